@@ -1,0 +1,35 @@
+# GoogleTest comes as sources and is built for the target. A test program is one executable of a room's
+# tests, run under Wine by scripts/wine-run.sh with a time limit.
+if(NOT EXISTS /usr/src/googletest/CMakeLists.txt)
+    message(FATAL_ERROR "GoogleTest's sources are missing: run scripts/bootstrap.sh")
+endif()
+set(BUILD_GMOCK ON CACHE BOOL "" FORCE)
+set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+set(gtest_disable_pthreads ON CACHE BOOL "" FORCE)
+add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+
+# orv_test_program(NAME SOURCES... LINK libs... [TIMEOUT seconds] [DRIVER] [DISPLAY])
+#   DRIVER   uses the real device: such programs never run side by side
+#   DISPLAY  opens windows: run under a virtual display of its own
+function(orv_test_program name)
+    cmake_parse_arguments(ARG "DRIVER;DISPLAY" "TIMEOUT" "SOURCES;LINK" ${ARGN})
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 60)
+    endif()
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE ${ARG_LINK} orv_compile orv_image gtest_main gmock)
+    set(options --timeout ${ARG_TIMEOUT})
+    if(ARG_DISPLAY)
+        list(APPEND options --display)
+    endif()
+    if(ARG_DRIVER)
+        list(APPEND options --driver)
+    endif()
+    add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/scripts/wine-run.sh ${options} --
+                                  $<TARGET_FILE:${name}>)
+    math(EXPR ctest_limit_s "${ARG_TIMEOUT} + 30")
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${ctest_limit_s})
+    if(ARG_DRIVER)
+        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK orvdrv)
+    endif()
+endfunction()

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+#include "ovufc/ipc/drvport/wire.h"
+
+namespace ov::ipc::drvport::details {
+
+/// How long a reply is waited for.
+inline constexpr std::uint32_t default_timeout_ms = 30000;
+
+/// The mailbox to the kernel driver: opened on first use, open until destruction.
+///
+/// Any thread may call any member; nothing here throws or allocates. The handles belong to this object. The
+/// section is memory that other processes write: `status()` is read a word at a time, each word once.
+class client_port {
+  public:
+    explicit client_port(std::uint32_t timeout = default_timeout_ms) noexcept;
+    client_port(const client_port&) = delete;
+    client_port& operator=(const client_port&) = delete;
+    virtual ~client_port();
+
+    /// Opens the device unless it is open. True when section and semaphore are there. A failure leaves the
+    /// port closed and the next call tries again.
+    [[nodiscard]] bool connect() noexcept;
+
+    /// The status block; only after `connect` has returned true.
+    [[nodiscard]] const volatile orv_status_block& status() const noexcept;
+
+    /// Claims a free slot, posts `request` in it and signals the driver. Null when the driver is absent or
+    /// serves nothing, or when every slot stayed busy for five passes.
+    [[nodiscard]] volatile orv_slot* acquire_slot(const orv_request& request) noexcept;
+
+    /// One exchange. `reply` is null or has room for 2048 bytes, zeroed by the caller; on true `reply_bytes`
+    /// of it were filled. On false both are untouched. Blocks for at most `timeout_ms`. A null `reply` posts
+    /// the request without waiting and reports true even when the driver is absent: nobody may rely on it.
+    [[nodiscard]] bool transact(const orv_request& request, char* reply, std::uint32_t& reply_bytes) noexcept;
+
+  private:
+    std::uint32_t timeout_ms;
+    orv_open_reply opened{};  // section, semaphore and the word nobody reads
+    HANDLE device = INVALID_HANDLE_VALUE;
+    CRITICAL_SECTION lock;
+};
+
+}  // namespace ov::ipc::drvport::details

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <windows.h>
+
+namespace ov::win {
+
+/// Holds a slim reader/writer lock exclusively for the length of a scope.
+class [[nodiscard]] exclusive_lock {
+  public:
+    explicit exclusive_lock(SRWLOCK& lock) noexcept : lock_(lock) { AcquireSRWLockExclusive(&lock_); }
+    exclusive_lock(const exclusive_lock&) = delete;
+    exclusive_lock& operator=(const exclusive_lock&) = delete;
+    ~exclusive_lock() { ReleaseSRWLockExclusive(&lock_); }
+
+  private:
+    SRWLOCK& lock_;
+};
+
+/// Holds a slim reader/writer lock shared for the length of a scope.
+class [[nodiscard]] shared_lock {
+  public:
+    explicit shared_lock(SRWLOCK& lock) noexcept : lock_(lock) { AcquireSRWLockShared(&lock_); }
+    shared_lock(const shared_lock&) = delete;
+    shared_lock& operator=(const shared_lock&) = delete;
+    ~shared_lock() { ReleaseSRWLockShared(&lock_); }
+
+  private:
+    SRWLOCK& lock_;
+};
+
+}  // namespace ov::win

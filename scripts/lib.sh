@@ -1,0 +1,51 @@
+# Shared by every script of this project; to be sourced. Sets ORV_ROOT and the functions below.
+# shellcheck shell=bash
+set -euo pipefail
+ORV_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+ORV_PRESET=${ORV_PRESET:-x64-release}
+
+say() { printf '%s\n' "$*"; }
+step() { printf '== %s\n' "$*"; }
+die() {
+    printf '%s: %s\n' "$(basename "$0")" "$*" >&2
+    exit 1
+}
+
+# Prints the comment block at the head of the calling script and ends it: each script's --help.
+show_help() {
+    sed -n '2,/^[^#]/{s/^# \{0,1\}//p}' "$0"
+    exit 0
+}
+
+# The prefix of the preset in use; ORV_PREFIX names another.
+prefix_dir() { printf '%s' "${ORV_PREFIX:-$ORV_ROOT/build/$ORV_PRESET/prefix}"; }
+
+# Exports what every Wine process of the project runs with. Debian's wrapper prints a notice about 32-bit
+# programs at each start, so the loader itself is used where it is known.
+wine_environment() {
+    local loader
+    for loader in /usr/lib/wine/wine64 wine64 wine; do
+        if command -v "$loader" >/dev/null 2>&1; then
+            WINE=$loader
+            break
+        fi
+    done
+    [ -n "${WINE:-}" ] || die "Wine is missing; run scripts/bootstrap.sh"
+    WINEPREFIX=$(prefix_dir)
+    export WINE WINEPREFIX
+    export WINEDEBUG=${WINEDEBUG:--all}
+    export WINEDLLOVERRIDES="winedbg.exe=d;mscoree=d;mshtml=d"
+    local display_file="$WINEPREFIX.display"
+    if [ -f "$display_file" ]; then
+        DISPLAY=$(cut -d' ' -f1 "$display_file")
+        export DISPLAY
+        unset XAUTHORITY WAYLAND_DISPLAY
+    fi
+}
+
+# run_wine SECONDS PROGRAM [ARG...]: one Wine process under a time limit.
+run_wine() {
+    local limit_s=$1
+    shift
+    timeout --kill-after=10 "$limit_s" "$WINE" "$@"
+}

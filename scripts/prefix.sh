@@ -1,0 +1,82 @@
+#!/usr/bin/env bash
+# The private Wine prefix of a build: made on first use, kept in build/PRESET/prefix.
+#
+#   scripts/prefix.sh up       makes the prefix if need be, starts its display and server
+#   scripts/prefix.sh down     stops all that runs in it
+#   scripts/prefix.sh remove   stops it and deletes it
+#
+# ORV_PRESET names the preset (x64-release), ORV_PREFIX another folder altogether. While it is up, one Wine
+# server keeps the prefix's services and drivers running and one virtual display shows its windows: a desktop
+# belongs to the display that its first window met, so all runs share one.
+. "$(dirname "$0")/lib.sh"
+
+prefix=$(prefix_dir)
+display_file="$prefix.display"
+lock_file="$prefix.lock"
+
+display_is_up() {
+    [ -f "$display_file" ] || return 1
+    kill -0 "$(cut -d' ' -f2 "$display_file")" 2>/dev/null
+}
+
+start_display() {
+    display_is_up && return
+    rm -f "$display_file"
+    local number_file
+    number_file=$(mktemp)
+    # The display outlives this script; it lets go of the lock and of our output.
+    setsid Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$number_file" 9>&- >/dev/null 2>&1 </dev/null &
+    local pid=$! waited=0
+    while [ ! -s "$number_file" ]; do
+        sleep 0.1
+        waited=$((waited + 1))
+        if [ "$waited" -gt 100 ] || ! kill -0 "$pid" 2>/dev/null; then
+            rm -f "$number_file"
+            die "the virtual display did not start"
+        fi
+    done
+    printf ':%s %s\n' "$(tr -d '\n' <"$number_file")" "$pid" >"$display_file"
+    rm -f "$number_file"
+}
+
+make_prefix() {
+    [ -f "$prefix/.made" ] && return
+    step "Making a Wine prefix"
+    rm -rf "$prefix"
+    mkdir -p "$prefix"
+    run_wine 180 wineboot -i >/dev/null 2>&1 || die "the Wine prefix could not be made"
+    run_wine 60 winecfg /v win10 >/dev/null 2>&1 || die "the prefix's Windows version could not be set"
+    timeout 60 wineserver -w || true
+    : >"$prefix/.made"
+}
+
+server_is_up() { timeout 10 wineserver -k0 2>/dev/null; }
+
+up() {
+    mkdir -p "$(dirname "$prefix")"
+    exec 9>"$lock_file"
+    flock -w 300 9 || die "another run has been setting up $prefix for five minutes"
+    start_display
+    wine_environment
+    make_prefix
+    # Without a persistent server everything in the prefix would end with the last program.
+    server_is_up || timeout 30 wineserver -p 9>&- || die "the Wine server did not start"
+    exec 9>&-
+}
+
+down() {
+    wine_environment
+    timeout 30 wineserver -k 2>/dev/null || true
+    if display_is_up; then
+        kill "$(cut -d' ' -f2 "$display_file")" 2>/dev/null || true
+    fi
+    rm -f "$display_file"
+}
+
+case "${1:-}" in
+-h | --help) show_help ;;
+up) up ;;
+down) down ;;
+remove) down && rm -rf "$prefix" "$lock_file" ;;
+*) die "say up, down or remove; see --help" ;;
+esac
