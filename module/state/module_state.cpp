@@ -9,6 +9,7 @@ namespace {
 
 // The longest module path that is taken, in characters.
 constexpr DWORD path_limit_chars = 2048;
+constexpr const wchar_t* resource_library_name = L"orvres.dll";
 
 void read_module_directory(HINSTANCE instance) {
     std::array<wchar_t, path_limit_chars> path{};
@@ -52,6 +53,14 @@ void record_process_attach(HINSTANCE instance) noexcept {
         module_directory.clear();
     }
     restoreInProgress = 0;
+}
+
+void load_resource_library() noexcept {
+    try {
+        (void)resource_strings.load(module_directory + resource_library_name);
+    } catch (...) {
+        // Out of memory for the path: as with a missing library, the next request tries again.
+    }
 }
 
 }  // namespace ov::module_state

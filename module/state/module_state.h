@@ -45,4 +45,8 @@ extern com::live_count namespace_object_count;
 /// libraries in place of the module.
 void record_process_attach(HINSTANCE instance) noexcept;
 
+/// Loads "orvres.dll" from the module's directory into `resource_strings` unless it is loaded. A missing or
+/// rejected library is no failure: texts then come out empty.
+void load_resource_library() noexcept;
+
 }  // namespace ov::module_state

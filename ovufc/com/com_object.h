@@ -34,8 +34,8 @@ class com_object;
 ///
 /// The count starts at 1 and is a plain integer on purpose: an object is used by one apartment, and only the
 /// live-object counts are atomic. The last `Release` frees the object and then lowers `Live`, so that the
-/// module may be unloaded only after the destructor has run; `Live` is raised at construction. `Live` is null
-/// for the companions of the namespace folder, which are not counted.
+/// module may be unloaded only after the destructor has run; `make_object` raises it. `Live` is null for the
+/// companions of the namespace folder, which are not counted.
 ///
 /// `Self` must have been made by `make_object` and must have a virtual or final destructor reachable here.
 template <class Self, class... Interfaces, class... Answers, live_count* Live>
@@ -44,7 +44,8 @@ class com_object<Self, bases<Interfaces...>, answers<Answers...>, Live> : public
     com_object(const com_object&) = delete;
     com_object& operator=(const com_object&) = delete;
 
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) noexcept override {
+    STDMETHODIMP
+    QueryInterface(REFIID riid, void** ppv) noexcept override {
         if (ppv == nullptr) {
             return E_POINTER;
         }
@@ -77,12 +78,15 @@ class com_object<Self, bases<Interfaces...>, answers<Answers...>, Live> : public
         return 0;
     }
 
-  protected:
-    com_object() noexcept {
+    /// For `make_object` alone: only an object whose constructor has come to its end is counted.
+    static void count_one_more() noexcept {
         if constexpr (Live != nullptr) {
             Live->raise();
         }
     }
+
+  protected:
+    com_object() noexcept = default;
     ~com_object() = default;
 
   private:
@@ -93,7 +97,11 @@ class com_object<Self, bases<Interfaces...>, answers<Answers...>, Live> : public
 /// What the constructor throws is passed on.
 template <class T, class... Args>
 [[nodiscard]] T* make_object(Args&&... args) {
-    return new (std::nothrow) T(std::forward<Args>(args)...);
+    T* made = new (std::nothrow) T(std::forward<Args>(args)...);
+    if (made != nullptr) {
+        T::count_one_more();
+    }
+    return made;
 }
 
 }  // namespace ov::com

@@ -7,8 +7,8 @@ namespace ov::com {
 
 /// How many objects of a kind are alive: what DllCanUnloadNow asks.
 ///
-/// Changed only atomically, from any thread; read without a lock. Each count fills a cache line of its own, so
-/// that threads which create different kinds of object do not slow each other down.
+/// Changed only atomically, from any thread; read without a lock. Each count fills a cache line of its own,
+/// so that threads which create different kinds of object do not slow each other down.
 class alignas(64) live_count {
   public:
     void raise() noexcept { count_.fetch_add(1); }

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <windows.h>
+
+/// The module's own class ids: each is registered, and each has one class object.
+namespace ov::class_ids {
+
+/// {3C41A7E2-6B0D-4F93-9E25-7A1D0C6B2E48}
+inline constexpr CLSID shell_extension = {
+    0x3C41A7E2, 0x6B0D, 0x4F93, {0x9E, 0x25, 0x7A, 0x1D, 0x0C, 0x6B, 0x2E, 0x48}};
+/// {9B2E6D14-C3A8-4E57-A1F0-5D8C27B4E913}
+inline constexpr CLSID namespace_folder = {
+    0x9B2E6D14, 0xC3A8, 0x4E57, {0xA1, 0xF0, 0x5D, 0x8C, 0x27, 0xB4, 0xE9, 0x13}};
+/// {E7A05C3B-2D91-4B68-8F4C-16B93AD0725E}
+inline constexpr CLSID one_click_restore = {
+    0xE7A05C3B, 0x2D91, 0x4B68, {0x8F, 0x4C, 0x16, 0xB9, 0x3A, 0xD0, 0x72, 0x5E}};
+/// {5D8F13A6-74E2-4C0B-B39D-E2A6F7081C54}
+inline constexpr CLSID addons = {
+    0x5D8F13A6, 0x74E2, 0x4C0B, {0xB3, 0x9D, 0xE2, 0xA6, 0xF7, 0x08, 0x1C, 0x54}};
+
+}  // namespace ov::class_ids
