@@ -2,9 +2,12 @@
 
 #include <windows.h>
 
+#include <atomic>
+#include <cstddef>
 #include <cstdint>
 
 #include "ovufc/ipc/drvport/wire.h"
+#include "ovufc/win/critical_section.h"
 
 namespace ov::ipc::drvport::details {
 
@@ -13,8 +16,9 @@ inline constexpr std::uint32_t default_timeout_ms = 30000;
 
 /// The mailbox to the kernel driver: opened on first use, open until destruction.
 ///
-/// Any thread may call any member; nothing here throws or allocates. The handles belong to this object. The
-/// section is memory that other processes write: `status()` is read a word at a time, each word once.
+/// Any thread may call any member; nothing here throws or allocates. The handles belong to this object, the
+/// mapping of the section to the driver, which takes it away when the device handle is closed. The section is
+/// memory that other processes write: `status()` is read a word at a time, each word once.
 class client_port {
   public:
     explicit client_port(std::uint32_t timeout = default_timeout_ms) noexcept;
@@ -39,10 +43,19 @@ class client_port {
     [[nodiscard]] bool transact(const orv_request& request, char* reply, std::uint32_t& reply_bytes) noexcept;
 
   private:
+    [[nodiscard]] bool open() noexcept;
+    [[nodiscard]] volatile orv_slot* claim_slot() noexcept;
+    [[nodiscard]] bool post_one_way(const orv_request& request) noexcept;
+    void wait_for_reply(const volatile orv_slot& slot) noexcept;
+
     std::uint32_t timeout_ms;
     orv_open_reply opened{};  // section, semaphore and the word nobody reads
-    HANDLE device = INVALID_HANDLE_VALUE;
-    CRITICAL_SECTION lock;
+    // Stored with release order once `opened` is filled, loaded with acquire order by the path without the
+    // lock: whoever sees a valid handle sees the section and the semaphore too.
+    std::atomic<HANDLE> device{INVALID_HANDLE_VALUE};
+    win::critical_section lock;  // serialises opening, nothing else
+    // How far the mapping reaches: the section's own size word is a claim that any client can overwrite.
+    std::uint64_t mapped_bytes = 0;
 };
 
 }  // namespace ov::ipc::drvport::details

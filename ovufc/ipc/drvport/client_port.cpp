@@ -1,0 +1,203 @@
+#include "ovufc/ipc/drvport/client_port.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace ov::ipc::drvport::details {
+
+namespace {
+
+constexpr DWORD lock_spin_count = 100;
+constexpr DWORD poll_interval_ms = 10;
+constexpr int claim_passes = 5;
+
+template <class To>
+To from_word(std::uint64_t word) noexcept {
+    return reinterpret_cast<To>(static_cast<std::uintptr_t>(word));
+}
+
+// The slot words that are ever exchanged atomically. Windows declares its LONG for them.
+volatile LONG* exchangeable(volatile std::uint32_t& word) noexcept {
+    return reinterpret_cast<volatile LONG*>(&word);
+}
+
+std::uint32_t load_acquire(const volatile std::uint32_t& word) noexcept {
+    const std::uint32_t value = word;
+    std::atomic_thread_fence(std::memory_order_acquire);
+    return value;
+}
+
+void store_release(volatile std::uint32_t& word, std::uint32_t value) noexcept {
+    std::atomic_thread_fence(std::memory_order_release);
+    word = value;
+}
+
+// Bytes from the section's start to the end of the pages that are mapped alike.
+std::uint64_t mapped_length(const void* section) noexcept {
+    MEMORY_BASIC_INFORMATION region{};
+    if (VirtualQuery(section, &region, sizeof region) == 0) {
+        return 0;
+    }
+    const auto* end = static_cast<const char*>(region.BaseAddress) + region.RegionSize;
+    return static_cast<std::uint64_t>(end - static_cast<const char*>(section));
+}
+
+// The order of the words is the driver's contract; the state goes last, because from then on the slot is
+// read.
+void post(volatile orv_slot& slot, const orv_request& request) noexcept {
+    slot.claimant = GetCurrentProcessId();
+    slot.word_20 = 0;
+    slot.kind = ORV_KIND_REQUEST;
+    slot.payload_bytes = ORV_REQUEST_BYTES;
+    std::memcpy(const_cast<std::uint8_t*>(slot.payload), &request, sizeof request);
+    store_release(slot.state, ORV_SLOT_POSTED);
+}
+
+std::uint32_t take_reply(const volatile orv_slot& slot, char* reply) noexcept {
+    const std::uint32_t claimed_bytes = slot.payload_bytes;
+    const std::uint32_t taken_bytes = std::min<std::uint32_t>(claimed_bytes, ORV_REPLY_LIMIT_BYTES);
+    std::memcpy(reply, const_cast<const std::uint8_t*>(slot.payload), taken_bytes);
+    return taken_bytes;
+}
+
+void release(volatile orv_slot& slot) noexcept {
+    std::memset(const_cast<std::uint8_t*>(slot.payload), 0, ORV_PAYLOAD_CLEARED_BYTES);
+    std::memset(const_cast<std::uint8_t*>(slot.cleared_96), 0, sizeof slot.cleared_96);
+    slot.abandoned = 0;
+    slot.word_20 = 0;
+    slot.state = ORV_SLOT_TAKEN;
+    slot.claimant = ORV_CLAIMANT_RELEASED;
+    slot.kind = ORV_KIND_RELEASED;
+    slot.payload_bytes = 0;
+    InterlockedExchange(exchangeable(slot.owner), 0);
+}
+
+// The slot stays owned: the driver may be about to write into it, and frees it when it no longer is.
+void abandon(volatile orv_slot& slot) noexcept {
+    InterlockedExchange(exchangeable(slot.abandoned), 1);
+}
+
+}  // namespace
+
+client_port::client_port(std::uint32_t timeout) noexcept : timeout_ms(timeout), lock(lock_spin_count) {}
+
+client_port::~client_port() {
+    const HANDLE handle = device.load(std::memory_order_acquire);
+    if (handle != INVALID_HANDLE_VALUE) {
+        CloseHandle(handle);
+    }
+    if (opened.semaphore != 0) {
+        CloseHandle(from_word<HANDLE>(opened.semaphore));
+    }
+}
+
+bool client_port::connect() noexcept {
+    if (device.load(std::memory_order_acquire) != INVALID_HANDLE_VALUE) {
+        return true;
+    }
+    const win::critical_section_lock opening(lock);
+    return device.load(std::memory_order_relaxed) != INVALID_HANDLE_VALUE || open();
+}
+
+bool client_port::open() noexcept {
+    const HANDLE handle = CreateFileW(ORV_DEVICE_PATH, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    orv_open_reply answer{};
+    DWORD answer_bytes = 0;
+    const bool answered = DeviceIoControl(handle, ORV_IOCTL_OPEN, nullptr, 0, &answer, sizeof answer,
+                                          &answer_bytes, nullptr) != FALSE;
+    if (!answered || answer.semaphore == 0 || answer.section == 0) {
+        if (answered && answer.semaphore != 0) {
+            CloseHandle(from_word<HANDLE>(answer.semaphore));
+        }
+        CloseHandle(handle);
+        return false;
+    }
+    opened = answer;
+    mapped_bytes = mapped_length(from_word<const void*>(answer.section));
+    device.store(handle, std::memory_order_release);
+    return true;
+}
+
+const volatile orv_status_block& client_port::status() const noexcept {
+    return *from_word<const volatile orv_status_block*>(opened.section);
+}
+
+volatile orv_slot* client_port::acquire_slot(const orv_request& request) noexcept {
+    if (!connect() || status().state == 0) {
+        return nullptr;
+    }
+    volatile orv_slot* slot = claim_slot();
+    if (slot != nullptr) {
+        post(*slot, request);
+        ReleaseSemaphore(from_word<HANDLE>(opened.semaphore), 1, nullptr);
+    }
+    return slot;
+}
+
+volatile orv_slot* client_port::claim_slot() noexcept {
+    auto* const section = from_word<volatile std::uint8_t*>(opened.section);
+    const auto process_id = static_cast<LONG>(GetCurrentProcessId());
+    for (int pass = 0; pass < claim_passes; ++pass) {
+        std::uint64_t offset = ORV_STATUS_BLOCK_BYTES;
+        std::uint64_t section_bytes = 0;
+        // The first slot is tried whatever the size word says. The word is read anew before each further one:
+        // the driver may shrink the section's use at any time.
+        do {
+            auto* const slot = reinterpret_cast<volatile orv_slot*>(section + offset);
+            if (InterlockedCompareExchange(exchangeable(slot->owner), process_id, 0) == 0) {
+                return slot;
+            }
+            offset += ORV_SLOT_BYTES;
+            section_bytes = std::min<std::uint64_t>(status().section_bytes, mapped_bytes);
+        } while (offset + ORV_SLOT_BYTES <= section_bytes);
+    }
+    return nullptr;
+}
+
+void client_port::wait_for_reply(const volatile orv_slot& slot) noexcept {
+    const DWORD started = GetTickCount();
+    while (slot.state != ORV_SLOT_REPLIED) {
+        SleepEx(poll_interval_ms, TRUE);
+        // Unsigned subtraction: right across the wrap of the tick count.
+        if (GetTickCount() - started > timeout_ms || !connect() || status().state == 0) {
+            return;
+        }
+    }
+}
+
+bool client_port::post_one_way(const orv_request& request) noexcept {
+    if (!connect()) {
+        return true;
+    }
+    volatile orv_slot* slot = acquire_slot(request);
+    if (slot == nullptr) {
+        return false;
+    }
+    abandon(*slot);
+    return true;
+}
+
+bool client_port::transact(const orv_request& request, char* reply, std::uint32_t& reply_bytes) noexcept {
+    if (reply == nullptr) {
+        return post_one_way(request);
+    }
+    volatile orv_slot* slot = acquire_slot(request);
+    if (slot == nullptr) {
+        return false;
+    }
+    wait_for_reply(*slot);
+    // Looked at once more after the wait has ended: a reply that came during the last nap is taken.
+    if (load_acquire(slot->state) != ORV_SLOT_REPLIED) {
+        abandon(*slot);
+        return false;
+    }
+    reply_bytes = take_reply(*slot, reply);
+    release(*slot);
+    return true;
+}
+
+}  // namespace ov::ipc::drvport::details
