@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+#include <shlobj.h>
+#include <wrl/client.h>
+
+#include "tests/module/frame/classes_under_test.h"
+#include "tests/support/shipped_module.h"
+
+using Microsoft::WRL::ComPtr;
+
+namespace ov::test {
+namespace {
+
+TEST(Unload, FreshModule_mayGo) {
+    const shipped_module module;
+    EXPECT_EQ(module.can_unload_now(), S_OK);
+}
+
+TEST(Unload, LiveClassObject_keepsTheModule) {
+    const shipped_module module;
+    for (const auto& row : classes_under_test) {
+        ComPtr<IClassFactory> factory;
+        ASSERT_EQ(module.get_class_object(row.id, IID_PPV_ARGS(&factory)), S_OK);
+        EXPECT_EQ(module.can_unload_now(), S_FALSE) << row.name;
+        factory.Reset();
+        EXPECT_EQ(module.can_unload_now(), S_OK) << row.name;
+    }
+}
+
+TEST(Unload, LiveObject_keepsTheModule) {
+    const shipped_module module;
+    for (const auto& row : classes_under_test) {
+        ComPtr<IUnknown> made;
+        ASSERT_EQ(
+            module.create(row.id, row.instance_interface, reinterpret_cast<void**>(made.GetAddressOf())),
+            S_OK);
+        EXPECT_EQ(module.can_unload_now(), S_FALSE) << row.name;
+        made.Reset();
+        EXPECT_EQ(module.can_unload_now(), S_OK) << row.name;
+    }
+}
+
+TEST(Unload, LivePropertyPage_doesNotKeepTheModule) {
+    const shipped_module module;
+    ComPtr<IShellPropSheetExt> page;
+    ASSERT_EQ(module.create(class_ids::shell_extension, IID_PPV_ARGS(&page)), S_OK);
+    ASSERT_NE(page, nullptr);
+    EXPECT_EQ(module.can_unload_now(), S_OK);
+}
+
+TEST(Unload, LockedAndReleasedClassObject_keepsTheModuleForGood) {
+    // The object that is left over keeps its count: a module of its own, so that no other test sees it.
+    const std::wstring copy = program_directory() + L"orvshellext_locked.dll";
+    ASSERT_TRUE(CopyFileW((program_directory() + L"orvshellext.dll").c_str(), copy.c_str(), FALSE));
+    {
+        const shipped_module module(copy);
+        IClassFactory* factory = nullptr;
+        ASSERT_EQ(module.get_class_object(class_ids::shell_extension, IID_PPV_ARGS(&factory)), S_OK);
+        EXPECT_EQ(factory->LockServer(TRUE), 1);
+        EXPECT_EQ(factory->Release(), 0U);
+        EXPECT_EQ(module.can_unload_now(), S_FALSE);
+        EXPECT_EQ(factory->LockServer(FALSE), 0);
+        EXPECT_EQ(module.can_unload_now(), S_FALSE);
+        // One more Release on a count that is 0 already, now that the lock is gone, frees it.
+        EXPECT_EQ(factory->Release(), 0U);
+        EXPECT_EQ(module.can_unload_now(), S_OK);
+    }
+    EXPECT_TRUE(DeleteFileW(copy.c_str()));
+}
+
+TEST(Unload, ThousandsOfLoads_costTheHostNothing) {
+    // A module that throws while it works leaks one TLS index for each time it is loaded: after some 1,086
+    // loads the host is out of them. Using a class that asks the absent driver takes the road of failure.
+    for (int load = 0; load < 1500; ++load) {
+        const shipped_module module;
+        ComPtr<IShellFolder> folder;
+        ASSERT_EQ(module.create(class_ids::namespace_folder, IID_PPV_ARGS(&folder)), S_OK) << "load " << load;
+    }
+    const DWORD index = TlsAlloc();
+    EXPECT_NE(index, TLS_OUT_OF_INDEXES);
+    TlsFree(index);
+}
+
+}  // namespace
+}  // namespace ov::test
