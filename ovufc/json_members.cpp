@@ -1,0 +1,38 @@
+#include "ovufc/json_members.h"
+
+#include <limits>
+
+namespace ov {
+
+const json* find_member(const json& value, std::string_view key) noexcept {
+    if (!value.is_object()) {
+        return nullptr;
+    }
+    const auto found = value.find(key);
+    return found == value.end() ? nullptr : &*found;
+}
+
+const std::string* as_text(const json& value) noexcept {
+    return value.get_ptr<const std::string*>();
+}
+
+std::optional<std::int64_t> as_integer(const json& value) noexcept {
+    if (const auto* number = value.get_ptr<const json::number_unsigned_t*>()) {
+        if (*number > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
+            return std::nullopt;
+        }
+        return static_cast<std::int64_t>(*number);
+    }
+    if (const auto* number = value.get_ptr<const json::number_integer_t*>()) {
+        return *number;
+    }
+    if (const auto* number = value.get_ptr<const json::number_float_t*>()) {
+        constexpr double beyond = 0x1p63;
+        if (*number >= -beyond && *number < beyond) {
+            return static_cast<std::int64_t>(*number);
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace ov
