@@ -9,16 +9,16 @@
 
 /// What the shell code asks of the driver: one function per service call.
 ///
-/// Each runs on the caller's thread and blocks it until the reply, for at most 30 seconds. Nothing is retried,
-/// logged or shown. Every failure of the exchange ends in the function's plain failure value; only the two
-/// chronel commands let an error out, and say so. Text is UTF-16 unless said otherwise.
+/// Each runs on the caller's thread and blocks it until the reply, for at most 30 seconds. Nothing is
+/// retried, logged or shown. Every failure of the exchange ends in the function's plain failure value; only
+/// the two chronel commands let an error out, and say so. Text is UTF-16 unless said otherwise.
 namespace ov::service {
 
 enum class export_kind { deleted_files, chronels };
 
-/// True when the folder is protected; false on any failure. `restricted` is set to whether the driver restricts
-/// the user interface, and left alone when the reply does not say. `exports_available` is set to true when the
-/// driver offers exports, and left alone otherwise.
+/// True when the folder is protected; false on any failure. `restricted` is set to whether the driver
+/// restricts the user interface, and left alone when the reply does not say. `exports_available` is set to
+/// true when the driver offers exports, and left alone otherwise.
 [[nodiscard]] bool get_folder_status(const std::wstring& folder_path, bool& restricted,
                                      bool& exports_available) noexcept;
 
@@ -32,9 +32,9 @@ enum class export_kind { deleted_files, chronels };
 /// The chronel list of a tracked file, as the driver wrote it (UTF-8, unparsed); empty on any failure.
 [[nodiscard]] std::string get_file_chronels(const std::wstring& file_path) noexcept;
 
-/// Sends a chronel to be restored, or opened under `file_name`. The driver reports the outcome itself; a failed
-/// exchange is not told. `chronel_identifier` is the UTF-8 JSON text that the chronel dialog returned: when it
-/// is not JSON, the JSON library's parse_error is thrown and nothing is sent.
+/// Sends a chronel to be restored, or opened under `file_name`. The driver reports the outcome itself; a
+/// failed exchange is not told. `chronel_identifier` is the UTF-8 JSON text that the chronel dialog returned:
+/// when it is not JSON, the JSON library's parse_error is thrown and nothing is sent.
 void restore_file_chronel(const std::wstring& file_path, const std::string& chronel_identifier);
 void open_file_chronel(const std::wstring& file_path, const std::string& chronel_identifier,
                        const std::wstring& file_name);

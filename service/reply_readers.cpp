@@ -1,0 +1,108 @@
+#include "service/reply_readers.h"
+
+#include <string_view>
+
+#include "ovufc/json_bounded.h"
+#include "ovufc/json_members.h"
+#include "service/text.h"
+
+namespace ov::service {
+namespace {
+
+constexpr std::int64_t status_success = 0;
+/// The one call with another success value; 0 is a failure there.
+constexpr std::int64_t status_timestamp_present = -2;
+constexpr std::string_view ui_level_restricted = "restricted";
+
+/// Null when the call did not succeed or has no "data", which every call but one needs, even one that reads
+/// nothing of it. Looking has no effect, so which of the two is missing makes no difference to anybody.
+const json* data_of_success(const reply& answer, std::int64_t success) noexcept {
+    return answer.status() == success ? answer.data() : nullptr;
+}
+
+std::optional<std::int64_t> integer_member(const json& value, std::string_view key) noexcept {
+    const json* const member = find_member(value, key);
+    return member == nullptr ? std::nullopt : as_integer(*member);
+}
+
+}  // namespace
+
+HRESULT read_outcome(const reply& answer) noexcept {
+    return data_of_success(answer, status_success) == nullptr ? E_UNEXPECTED : S_OK;
+}
+
+bool read_folder_status(const reply& answer, bool& is_protected, bool& restricted) noexcept {
+    const json* const data = data_of_success(answer, status_success);
+    const json* const protected_folder = data == nullptr ? nullptr : find_member(*data, "protectedFolder");
+    if (protected_folder == nullptr || !protected_folder->is_boolean()) {
+        return false;
+    }
+    is_protected = *protected_folder->get_ptr<const json::boolean_t*>();
+    const json* const ui_level = find_member(*data, "uiLevel");
+    if (ui_level == nullptr) {
+        return true;
+    }
+    const std::string* const level = as_text(*ui_level);
+    if (level == nullptr) {
+        return false;
+    }
+    restricted = *level == ui_level_restricted;
+    return true;
+}
+
+std::wstring read_file_path(const reply& answer) {
+    const json* const data = data_of_success(answer, status_success);
+    const json* const path = data == nullptr ? nullptr : find_member(*data, "objPath");
+    const std::string* const text = path == nullptr ? nullptr : as_text(*path);
+    return text == nullptr ? std::wstring() : from_utf8(*text);
+}
+
+std::vector<std::wstring> read_restore_folders(const std::string& file_text) {
+    const json document = parse_bounded(file_text);
+    const json* const listed = find_member(document, "restoreFolders");
+    if (listed == nullptr || !listed->is_array()) {
+        return {};
+    }
+    std::vector<std::wstring> folders;
+    folders.reserve(listed->size());
+    for (const json& entry : *listed) {
+        const std::string* const path = as_text(entry);
+        if (path == nullptr) {
+            return {};
+        }
+        folders.push_back(from_utf8(*path));
+    }
+    return folders;
+}
+
+bool read_restore_point(const reply& answer, std::int64_t& createdOn, std::int64_t& sequenceNumber) noexcept {
+    const json* const data = data_of_success(answer, status_success);
+    const json* const points = data == nullptr ? nullptr : find_member(*data, "restorePoints");
+    if (points == nullptr || !points->is_array() || points->empty()) {
+        return false;
+    }
+    const json& first = *points->begin();
+    const auto created = integer_member(first, "createdOn");
+    const auto sequence = integer_member(first, "sequenceNumber");
+    if (!created || !sequence) {
+        return false;
+    }
+    createdOn = *created;
+    sequenceNumber = *sequence;
+    return true;
+}
+
+bool read_restore_refused(const reply& answer) noexcept {
+    return answer.status().value_or(status_success) != status_success;
+}
+
+std::optional<std::uint64_t> read_last_timestamp(const reply& answer) noexcept {
+    const json* const data = data_of_success(answer, status_timestamp_present);
+    const auto timestamp = data == nullptr ? std::nullopt : integer_member(*data, "lastTimestamp");
+    if (!timestamp) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint64_t>(*timestamp);
+}
+
+}  // namespace ov::service
