@@ -32,14 +32,22 @@ void store_release(volatile std::uint32_t& word, std::uint32_t value) noexcept {
     word = value;
 }
 
-// Bytes from the section's start to the end of the pages that are mapped alike.
+// Bytes from the section's start to the end of its mapping, across pages of different protection: the driver
+// may map the status block read-only and the slots writable.
 std::uint64_t mapped_length(const void* section) noexcept {
+    const auto* const start = static_cast<const char*>(section);
+    const char* end = start;
     MEMORY_BASIC_INFORMATION region{};
-    if (VirtualQuery(section, &region, sizeof region) == 0) {
-        return 0;
+    const void* mapping = nullptr;
+    while (VirtualQuery(end, &region, sizeof region) != 0 && region.State == MEM_COMMIT) {
+        if (mapping == nullptr) {
+            mapping = region.AllocationBase;
+        } else if (region.AllocationBase != mapping) {
+            break;
+        }
+        end = static_cast<const char*>(region.BaseAddress) + region.RegionSize;
     }
-    const auto* end = static_cast<const char*>(region.BaseAddress) + region.RegionSize;
-    return static_cast<std::uint64_t>(end - static_cast<const char*>(section));
+    return static_cast<std::uint64_t>(end - start);
 }
 
 // The order of the words is the driver's contract; the state goes last, because from then on the slot is
