@@ -1,0 +1,114 @@
+#!/usr/bin/env bash
+# Signs Windows images, for development with a certificate authority of this build alone.
+#
+#   scripts/signing.sh authority DIR     makes the authority in DIR, unless it is there
+#   scripts/signing.sh leaf DIR NAME SUBJECT [DAYS]
+#                                        makes NAME.crt and NAME.key in DIR: a signer whose common name is
+#                                        SUBJECT; with negative DAYS one that has expired
+#   scripts/signing.sh sign DIR FILE     signs FILE in place
+#   scripts/signing.sh sign-as DIR NAME FILE
+#                                        the same with the signer NAME of DIR
+#
+# DIR holds authority.{key,crt,der} and signer.{key,crt}. The keys stay on this machine: they are made here,
+# readable by their owner only, and DIR lies in the build folder, which is never committed.
+#
+# A release signs with the certificate of the maker: ORV_SIGNING_PKCS12 names the file that holds it,
+# ORV_SIGNING_PASSWORD_FILE a file with its password, ORV_SIGNING_TIMESTAMP_URL a time-stamping service.
+. "$(dirname "$0")/lib.sh"
+
+maker='Orvane, Inc.'
+long_days=3650
+
+quietly() {
+    local output
+    output=$("$@" 2>&1) || die "$1 failed: $output"
+}
+
+make_leaf() {
+    local dir=$1 name=$2 subject=$3 days=${4:-$long_days}
+    local dates=(-days "$days")
+    if [ "$days" -lt 0 ]; then
+        dates=(-startdate 20200101000000Z -enddate 20200201000000Z)
+    fi
+    local work
+    work=$(mktemp -d "$dir/making.XXXXXX")
+    cat >"$work/leaf.cnf" <<EOF
+[ca]
+default_ca = authority
+[authority]
+database = $work/index
+rand_serial = yes
+new_certs_dir = $work
+default_md = sha256
+policy = anything
+x509_extensions = leaf
+[anything]
+commonName = supplied
+[leaf]
+basicConstraints = critical,CA:FALSE
+keyUsage = critical,digitalSignature
+extendedKeyUsage = codeSigning
+subjectKeyIdentifier = hash
+authorityKeyIdentifier = keyid
+EOF
+    : >"$work/index"
+    quietly openssl req -new -newkey rsa:2048 -nodes -sha256 -utf8 -subj "/CN=$subject" \
+        -keyout "$work/leaf.key" -out "$work/leaf.csr"
+    quietly openssl ca -batch -notext -utf8 -config "$work/leaf.cnf" "${dates[@]}" -in "$work/leaf.csr" \
+        -cert "$dir/authority.crt" -keyfile "$dir/authority.key" -out "$work/leaf.crt"
+    mv -f "$work/leaf.key" "$dir/$name.key"
+    mv -f "$work/leaf.crt" "$dir/$name.crt"
+    rm -rf "$work"
+}
+
+# The signer's certificate comes last: with it the authority is complete.
+make_authority() {
+    local dir=$1
+    mkdir -p "$dir"
+    exec 9>"$dir/.lock"
+    flock -w 120 9 || die "another run has been making $dir for two minutes"
+    [ ! -f "$dir/signer.crt" ] || return 0
+    quietly openssl req -x509 -newkey rsa:3072 -nodes -sha256 -days "$long_days" \
+        -subj "/CN=Orvane Vaultkeep development $(date +%Y-%m-%dT%H:%M:%S) on $(uname -n | cut -c1-20)" \
+        -addext 'basicConstraints=critical,CA:TRUE' -addext 'keyUsage=critical,keyCertSign,cRLSign' \
+        -keyout "$dir/authority.key" -out "$dir/authority.crt"
+    quietly openssl x509 -in "$dir/authority.crt" -outform DER -out "$dir/authority.der"
+    make_leaf "$dir" signer "$maker"
+}
+
+# The file is replaced in one step, so that nobody finds it half signed.
+sign_with() {
+    local file=$1
+    shift
+    local signed="$file.signed"
+    rm -f "$signed"
+    quietly osslsigncode sign "$@" -h sha256 -n 'Orvane Vaultkeep' -in "$file" -out "$signed"
+    chmod --reference="$file" "$signed"
+    mv -f "$signed" "$file"
+}
+
+sign() {
+    local dir=$1 file=$2
+    if [ -z "${ORV_SIGNING_PKCS12:-}" ]; then
+        sign_with "$file" -certs "$dir/signer.crt" -key "$dir/signer.key"
+        return
+    fi
+    local options=(-pkcs12 "$ORV_SIGNING_PKCS12")
+    if [ -n "${ORV_SIGNING_PASSWORD_FILE:-}" ]; then
+        options+=(-readpass "$ORV_SIGNING_PASSWORD_FILE")
+    fi
+    if [ -n "${ORV_SIGNING_TIMESTAMP_URL:-}" ]; then
+        options+=(-ts "$ORV_SIGNING_TIMESTAMP_URL")
+    fi
+    sign_with "$file" "${options[@]}"
+}
+
+umask 077
+case "${1:-} $#" in
+-h\ * | --help\ *) show_help ;;
+'authority 2') make_authority "$2" ;;
+'leaf 4' | 'leaf 5') make_leaf "${@:2}" ;;
+'sign 3') sign "$2" "$3" ;;
+'sign-as 4') sign_with "$4" -certs "$2/$3.crt" -key "$2/$3.key" ;;
+*) die "say authority, leaf, sign or sign-as with their arguments; see --help" ;;
+esac
