@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+
+namespace ov::name_space {
+
+/// One item of the namespace folder, as the folder and its enumerators hold it. A plain value: copied and
+/// moved freely, owns its name.
+class ItemData {
+  public:
+    /// What `type` and `index` are until the record is filled, and what the entry of another folder reads as.
+    static constexpr std::uint16_t unset = 0xFFFF;
+
+    ItemData() = default;
+    ItemData(std::wstring item_name, std::uint16_t item_type, std::uint16_t item_index) noexcept
+        : name(std::move(item_name)), type(item_type), index(item_index) {}
+    ItemData(const ItemData&) = default;
+    ItemData(ItemData&&) noexcept = default;
+    ItemData& operator=(const ItemData&) = default;
+    ItemData& operator=(ItemData&&) noexcept = default;
+    virtual ~ItemData() = default;
+
+    /// Folders: the full path as the driver or the system gave it. Action entries: their localised name.
+    std::wstring name;
+    /// One of `item_types`.
+    std::uint16_t type = unset;
+    /// The folder's running counter when the item was added; informational.
+    std::uint16_t index = unset;
+};
+
+}  // namespace ov::name_space

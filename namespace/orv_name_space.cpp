@@ -1,0 +1,53 @@
+#include "namespace/orv_name_space.h"
+
+#include <shlguid.h>
+#include <shlobj.h>
+
+namespace ov::name_space {
+
+orvNameSpace::~orvNameSpace() = default;
+
+STDMETHODIMP
+orvNameSpace::GetClassID(CLSID* clsid) noexcept {
+    if (clsid == nullptr) {
+        return E_POINTER;
+    }
+    *clsid = namespace_folder_clsid;
+    return S_OK;
+}
+
+STDMETHODIMP
+orvNameSpace::Initialize(PCIDLIST_ABSOLUTE id_list) noexcept {
+    unique_absolute_id_list clone(id_list != nullptr ? ILCloneFull(id_list) : nullptr);
+    if (clone == nullptr) {
+        return E_FAIL;
+    }
+    folderIdList = std::move(clone);
+    return S_OK;
+}
+
+STDMETHODIMP
+orvNameSpace::GetCurFolder(PIDLIST_ABSOLUTE* result) noexcept {
+    if (result == nullptr) {
+        return E_POINTER;
+    }
+    *result = nullptr;
+    if (folderIdList == nullptr) {
+        return E_FAIL;
+    }
+    *result = ILCloneFull(folderIdList.get());
+    return *result != nullptr ? S_OK : E_OUTOFMEMORY;
+}
+
+STDMETHODIMP
+orvNameSpace::GetPaneState(REFEXPLORERPANE pane, EXPLORERPANESTATE* state) noexcept {
+    if (pane == EP_Ribbon) {
+        if (state == nullptr) {
+            return E_POINTER;
+        }
+        *state = EPS_DEFAULT_ON | EPS_FORCE;
+    }
+    return S_OK;
+}
+
+}  // namespace ov::name_space

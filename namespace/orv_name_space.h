@@ -1,0 +1,132 @@
+#pragma once
+
+#include <windows.h>
+#include <shobjidl.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "module/state/module_state.h"
+#include "namespace/item_data.h"
+#include "namespace/location_document.h"
+#include "namespace/task_memory.h"
+#include "ovufc/com/com_object.h"
+
+namespace ov::name_space {
+
+/// {9B2E6D14-C3A8-4E57-A1F0-5D8C27B4E913}: the namespace folder.
+inline constexpr CLSID namespace_folder_clsid = {
+    0x9B2E6D14, 0xC3A8, 0x4E57, {0xA1, 0xF0, 0x5D, 0x8C, 0x27, 0xB4, 0xE9, 0x13}};
+
+class orvNameSpace;
+
+// IUnknown first, then exactly the six.
+using orvNameSpaceBase = com::com_object<
+    orvNameSpace, com::bases<IShellFolder2, IPersistFolder2, IExplorerPaneVisibility>,
+    com::answers<com::answer<IUnknown, IShellFolder2>, com::answer<IShellFolder, IShellFolder2>,
+                 com::answer<IShellFolder2>, com::answer<IPersist, IPersistFolder2>,
+                 com::answer<IPersistFolder, IPersistFolder2>, com::answer<IPersistFolder2>,
+                 com::answer<IExplorerPaneVisibility>>,
+    &module_state::namespace_object_count>;
+
+/// The folder "Orvane" of the navigation pane: the protected locations and up to two action entries, as one
+/// flat list.
+///
+/// The list is built in the constructor from the cached protected-locations document and never changes; who
+/// wants the current list makes a new folder. `refresh_protected_locations` must have been called before.
+/// Make it with `com::make_object`: the caller owns the one reference. Called from several threads:
+/// `itemsLock` guards the items, `folderIdList` is set once before the folder is used. Every ID list handed
+/// in is bounded by its own size words and otherwise untrusted.
+class orvNameSpace final : public orvNameSpaceBase {
+  public:
+    /// An error while the list is built leaves the list as it is by then; construction never fails.
+    orvNameSpace() noexcept;
+    virtual ~orvNameSpace();
+
+    // IShellFolder
+    /// The first item that has the name, compared as a whole and without regard to letter case.
+    STDMETHODIMP
+    ParseDisplayName(HWND hwnd, IBindCtx* bind_context, LPWSTR name, ULONG* eaten, PIDLIST_RELATIVE* id_list,
+                     ULONG* attributes) noexcept override;
+    STDMETHODIMP
+    EnumObjects(HWND hwnd, SHCONTF wanted, IEnumIDList** enumerator) noexcept override;
+    /// Hands the request to the real folder that the item names.
+    STDMETHODIMP
+    BindToObject(PCUIDLIST_RELATIVE id_list, IBindCtx* bind_context, REFIID riid,
+                 void** result) noexcept override;
+    STDMETHODIMP
+    BindToStorage(PCUIDLIST_RELATIVE id_list, IBindCtx* bind_context, REFIID riid,
+                  void** result) noexcept override;
+    /// All items are equal, so that the view keeps the order of the enumeration.
+    STDMETHODIMP
+    CompareIDs(LPARAM flags, PCUIDLIST_RELATIVE first, PCUIDLIST_RELATIVE second) noexcept override;
+    STDMETHODIMP
+    CreateViewObject(HWND owner, REFIID riid, void** result) noexcept override;
+    STDMETHODIMP
+    GetAttributesOf(UINT count, PCUITEMID_CHILD_ARRAY entries, SFGAOF* in_out) noexcept override;
+    STDMETHODIMP
+    GetUIObjectOf(HWND owner, UINT count, PCUITEMID_CHILD_ARRAY entries, REFIID riid, UINT* reserved,
+                  void** result) noexcept override;
+    STDMETHODIMP
+    GetDisplayNameOf(PCUITEMID_CHILD entry, SHGDNF flags, STRRET* result) noexcept override;
+    STDMETHODIMP
+    SetNameOf(HWND hwnd, PCUITEMID_CHILD entry, LPCWSTR name, SHGDNF flags,
+              PITEMID_CHILD* result) noexcept override;
+
+    // IShellFolder2
+    STDMETHODIMP
+    GetDefaultSearchGUID(GUID* guid) noexcept override;
+    STDMETHODIMP
+    EnumSearches(IEnumExtraSearch** result) noexcept override;
+    STDMETHODIMP
+    GetDefaultColumn(DWORD reserved, ULONG* sort, ULONG* display) noexcept override;
+    STDMETHODIMP
+    GetDefaultColumnState(UINT column, SHCOLSTATEF* state) noexcept override;
+    STDMETHODIMP
+    GetDetailsEx(PCUITEMID_CHILD entry, const SHCOLUMNID* key, VARIANT* value) noexcept override;
+    STDMETHODIMP
+    GetDetailsOf(PCUITEMID_CHILD entry, UINT column, SHELLDETAILS* details) noexcept override;
+    STDMETHODIMP
+    MapColumnToSCID(UINT column, SHCOLUMNID* key) noexcept override;
+
+    // IPersist, IPersistFolder, IPersistFolder2
+    STDMETHODIMP
+    GetClassID(CLSID* clsid) noexcept override;
+    STDMETHODIMP
+    Initialize(PCIDLIST_ABSOLUTE id_list) noexcept override;
+    STDMETHODIMP
+    GetCurFolder(PIDLIST_ABSOLUTE* result) noexcept override;
+
+    // IExplorerPaneVisibility
+    /// Forces the ribbon on and leaves the caller's value for every other pane.
+    STDMETHODIMP
+    GetPaneState(REFEXPLORERPANE pane, EXPLORERPANESTATE* state) noexcept override;
+
+  private:
+    void build_items();
+    void add_item(std::wstring name, std::uint16_t type);
+    void add_user_folder(std::uint32_t bit);
+    void add_category_items(location_document& document);
+    [[nodiscard]] bool add_all(location_list& list, std::uint16_t type);
+    void add_action_entries();
+    void read_flags() noexcept;
+
+    [[nodiscard]] HRESULT create_view(IShellView** result) noexcept;
+    [[nodiscard]] HRESULT create_context_menu(HWND owner, UINT count, PCUITEMID_CHILD_ARRAY entries,
+                                              REFIID riid, void** result) noexcept;
+
+    std::vector<ItemData> items;  // in display order
+    SRWLOCK itemsLock = SRWLOCK_INIT;
+    std::int32_t nextIndex = 0;  // numbers items as they are added
+    // From the driver's flags word as it was when the folder was made.
+    bool uiRestricted = false;
+    [[maybe_unused]] bool isServer = false;  // kept, not asked for by anything yet
+    bool showRestore = false;
+    bool showAddons = false;
+    bool detailsView = false;
+    [[maybe_unused]] bool exportsAvailable = false;  // likewise
+    unique_absolute_id_list folderIdList;            // where the shell has put this folder
+};
+
+}  // namespace ov::name_space
