@@ -60,7 +60,7 @@ up() {
     wine_environment
     make_prefix
     # Without a persistent server everything in the prefix would end with the last program.
-    server_is_up || timeout 30 wineserver -p 9>&- || die "the Wine server did not start"
+    server_is_up || timeout 30 wineserver -p 9>&- >/dev/null 2>&1 </dev/null || die "the Wine server did not start"
     exec 9>&-
 }
 
