@@ -1,0 +1,43 @@
+#pragma once
+
+#include <windows.h>
+#include <shobjidl.h>
+#include <wrl/client.h>
+
+#include <vector>
+
+#include "ovufc/win/handle.h"
+#include "tools/shellhost/menu_tree.h"
+
+namespace ov::shellhost {
+
+struct menu_traits {
+    using type = HMENU;
+    static type invalid() noexcept { return nullptr; }
+    static void close(type value) noexcept { DestroyMenu(value); }
+};
+using unique_menu = win::unique_handle<menu_traits>;
+
+/// A context menu object that has been asked for its items.
+class queried_menu {
+  public:
+    /// Command ids as Explorer gives them: from 1 on.
+    static constexpr UINT first_id = 1;
+    static constexpr UINT last_id = 0x7FFF;
+
+    queried_menu(Microsoft::WRL::ComPtr<IContextMenu> handlers, UINT flags);
+
+    /// What the query returned.
+    [[nodiscard]] HRESULT result() const noexcept { return result_; }
+    [[nodiscard]] HMENU menu() const noexcept { return menu_.get(); }
+    [[nodiscard]] std::vector<menu_item> items() const;
+    /// Runs the command at `offset`, as a click would.
+    [[nodiscard]] HRESULT invoke(UINT offset, HWND owner) const;
+
+  private:
+    Microsoft::WRL::ComPtr<IContextMenu> handlers_;
+    unique_menu menu_;
+    HRESULT result_;
+};
+
+}  // namespace ov::shellhost

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "ovufc/noncopyable.h"
+
+namespace ov::shellhost {
+
+/// Makes the product's classes ready to be created, and says what it did on standard output.
+///
+/// Without a path the classes come from the registry, as in Explorer; under Wine their modules are loaded
+/// beforehand, so that what Wine lacks can be supplied through their import tables. With a path that module's
+/// classes are registered for this process alone, in place of what the registry says, until destruction.
+class product_module : noncopyable, nonmoveable {
+  public:
+    /// Throws usage_error when the module at `path` cannot be loaded or has none of the classes.
+    explicit product_module(const std::wstring& path);
+    ~product_module();
+
+  private:
+    void load(const std::wstring& path);
+    void load_registered();
+
+    std::vector<DWORD> registrations_;
+};
+
+/// The file that the registry names for an in-process class; empty when it is not registered.
+[[nodiscard]] std::wstring registered_module_of(const CLSID& clsid);
+
+}  // namespace ov::shellhost
