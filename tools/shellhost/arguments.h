@@ -28,7 +28,8 @@ class arguments {
     /// when it is the last word.
     [[nodiscard]] std::optional<std::wstring> take_value(const std::wstring& name);
     /// As take_value, for a number from `least` to `most`; anything else throws usage_error.
-    [[nodiscard]] std::optional<unsigned> take_number(const std::wstring& name, unsigned least, unsigned most);
+    [[nodiscard]] std::optional<unsigned> take_number(const std::wstring& name, unsigned least,
+                                                      unsigned most);
     /// The words that are left. Throws usage_error when one of them looks like an option.
     [[nodiscard]] std::vector<std::wstring> take_rest();
     /// Throws usage_error unless every word has been taken.

@@ -30,7 +30,9 @@ void write_line(DWORD stream, std::wstring_view text) {
 
 }  // namespace
 
-void print_line(std::wstring_view text) { write_line(STD_OUTPUT_HANDLE, text); }
+void print_line(std::wstring_view text) {
+    write_line(STD_OUTPUT_HANDLE, text);
+}
 
 void print_error(std::wstring_view text) {
     write_line(STD_ERROR_HANDLE, L"shellhost: " + std::wstring(text));
@@ -51,10 +53,9 @@ std::wstring describe(HRESULT result) {
         return text;
     }
     std::array<wchar_t, 256> message{};
-    DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS |
-                                      FORMAT_MESSAGE_MAX_WIDTH_MASK,
-                                  nullptr, static_cast<DWORD>(result), 0, message.data(),
-                                  static_cast<DWORD>(message.size()), nullptr);
+    DWORD length = FormatMessageW(
+        FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK, nullptr,
+        static_cast<DWORD>(result), 0, message.data(), static_cast<DWORD>(message.size()), nullptr);
     while (length != 0 && (message[length - 1] == L' ' || message[length - 1] == L'.')) {
         --length;
     }

@@ -45,7 +45,8 @@ unique_absolute_list list_of_path(const std::wstring& path) {
 /// Adds one more item, which must lie in the folder of those before.
 void add(file_selection& selection, const std::wstring& path) {
     unique_absolute_list list = list_of_path(path);
-    selection.ids.items.emplace_back(ILCloneChild(reinterpret_cast<PCUITEMID_CHILD>(ILFindLastID(list.get()))));
+    selection.ids.items.emplace_back(
+        ILCloneChild(reinterpret_cast<PCUITEMID_CHILD>(ILFindLastID(list.get()))));
     ILRemoveLastID(list.get());
     if (selection.ids.folder == nullptr) {
         selection.ids.folder = std::move(list);
@@ -69,9 +70,9 @@ ComPtr<IDataObject> data_object_of(const file_selection& selection) {
                                           reinterpret_cast<void**>(data.GetAddressOf()));
     if (data == nullptr || !has_drop_files(data.Get())) {
         data.Reset();
-        const HRESULT result = wine_shell::create_data_object(
-            selection.ids.folder.get(), static_cast<UINT>(children.size()), children.data(), nullptr,
-            IID_PPV_ARGS(data.GetAddressOf()));
+        const HRESULT result =
+            wine_shell::create_data_object(selection.ids.folder.get(), static_cast<UINT>(children.size()),
+                                           children.data(), nullptr, IID_PPV_ARGS(data.GetAddressOf()));
         if (FAILED(result)) {
             throw usage_error(L"no data object can be made for the selection: " + describe(result));
         }
@@ -91,8 +92,8 @@ file_selection select_files(const std::vector<std::wstring>& paths) {
     unique_absolute_list first = list_of_path(selection.paths.front());
     const HRESULT result = SHBindToParent(first.get(), IID_PPV_ARGS(folder.GetAddressOf()), &child);
     if (FAILED(result)) {
-        throw usage_error(L"the folder of '" + selection.paths.front() +
-                          L"' cannot be opened: " + describe(result));
+        throw usage_error(L"the folder of '" + selection.paths.front() + L"' cannot be opened: " +
+                          describe(result));
     }
     selection.folder = folder;
     selection.data = data_object_of(selection);

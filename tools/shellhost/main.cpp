@@ -27,7 +27,8 @@ const std::array commands = {
 };
 
 constexpr const wchar_t* exit_code_help =
-    L"Exit codes: 0 done; 1 failed, or the command run returned a failure; 2 the call's words are off; 3 the\n"
+    L"Exit codes: 0 done; 1 failed, or the command run returned a failure; 2 the call's words are off; 3 "
+    L"the\n"
     L"menu has no such command, or it is greyed.\n";
 
 void print_help() {
@@ -57,7 +58,8 @@ int run_command(const command& chosen, std::vector<std::wstring> words) {
 }
 
 int run(std::vector<std::wstring> words) {
-    if (!words.empty() && (words.front() == L"--help" || words.front() == L"-h" || words.front() == L"help")) {
+    if (!words.empty() &&
+        (words.front() == L"--help" || words.front() == L"-h" || words.front() == L"help")) {
         print_help();
         return exit_done;
     }

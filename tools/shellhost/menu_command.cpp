@@ -23,7 +23,8 @@ const wchar_t* const menu_usage =
     L"  Right-clicks a selection as Explorer does: creates the registered context-menu handlers, shows them\n"
     L"  the selection and prints the menu they make. A command's number stands in brackets.\n"
     L"\n"
-    L"  --invoke COMMAND  runs a command, named by its text (accelerators and case aside) or its number, and\n"
+    L"  --invoke COMMAND  runs a command, named by its text (accelerators and case aside) or its number, "
+    L"and\n"
     L"                    prints what it returned; a greyed one is run only when named by its number\n"
     L"  --extended        as with Shift held (CMF_EXTENDEDVERBS)\n"
     L"  --default-only    asks for the default verb only, as a double-click does (CMF_DEFAULTONLY)\n"
@@ -74,9 +75,8 @@ void add_unregistered(std::vector<menu_source>& sources, const file_selection& s
 }
 
 std::vector<menu_source> sources_of(const file_selection& selection, bool has_module) {
-    auto sources =
-        wine_shell::sources_of_handlers(wine_shell::class_keys_of_path(selection.paths.front()),
-                                        selection.ids.folder.get(), selection.data.Get());
+    auto sources = wine_shell::sources_of_handlers(wine_shell::class_keys_of_path(selection.paths.front()),
+                                                   selection.ids.folder.get(), selection.data.Get());
     const bool registered = !registered_module_of(class_ids::shell_extension).empty();
     if (has_module && !registered) {
         add_unregistered(sources, selection);
@@ -141,8 +141,7 @@ int measure(const std::vector<menu_source>& sources, const menu_options& options
         const stopwatch watch;
         {
             ComPtr<IContextMenu> merged;
-            if (FAILED(
-                    wine_shell::make_merged_menu(sources, IID_PPV_ARGS(merged.GetAddressOf())))) {
+            if (FAILED(wine_shell::make_merged_menu(sources, IID_PPV_ARGS(merged.GetAddressOf())))) {
                 return exit_failed;
             }
             const queried_menu menu(merged, options.flags);

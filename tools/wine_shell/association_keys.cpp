@@ -9,7 +9,9 @@ namespace ov::wine_shell {
 
 using Microsoft::WRL::ComPtr;
 
-unique_registry_key duplicate_key(HKEY key) noexcept { return open_key_to_read(key, nullptr); }
+unique_registry_key duplicate_key(HKEY key) noexcept {
+    return open_key_to_read(key, nullptr);
+}
 
 std::vector<unique_registry_key> class_keys_of(IUnknown* associations) {
     std::vector<unique_registry_key> keys;

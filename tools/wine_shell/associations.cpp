@@ -119,12 +119,13 @@ class class_associations final
     explicit class_associations(std::vector<unique_registry_key> keys) : keys_(std::move(keys)) {}
     virtual ~class_associations() = default;
 
-    STDMETHODIMP Init(ASSOCF /*flags*/, LPCWSTR /*name*/, HKEY /*key*/, HWND /*owner*/) noexcept override {
+    STDMETHODIMP
+    Init(ASSOCF /*flags*/, LPCWSTR /*name*/, HKEY /*key*/, HWND /*owner*/) noexcept override {
         return E_NOTIMPL;  // The classes were given when the object was made.
     }
 
-    STDMETHODIMP GetString(ASSOCF flags, ASSOCSTR kind, LPCWSTR extra, LPWSTR out,
-                           DWORD* capacity) noexcept override {
+    STDMETHODIMP
+    GetString(ASSOCF flags, ASSOCSTR kind, LPCWSTR extra, LPWSTR out, DWORD* capacity) noexcept override {
         if (capacity == nullptr) {
             return E_UNEXPECTED;
         }
@@ -139,7 +140,8 @@ class class_associations final
         });
     }
 
-    STDMETHODIMP GetKey(ASSOCF /*flags*/, ASSOCKEY kind, LPCWSTR /*extra*/, HKEY* key) noexcept override {
+    STDMETHODIMP
+    GetKey(ASSOCF /*flags*/, ASSOCKEY kind, LPCWSTR /*extra*/, HKEY* key) noexcept override {
         if (key == nullptr) {
             return E_INVALIDARG;
         }
@@ -152,12 +154,14 @@ class class_associations final
         return *key != nullptr ? S_OK : no_association;
     }
 
-    STDMETHODIMP GetData(ASSOCF /*flags*/, ASSOCDATA /*kind*/, LPCWSTR /*extra*/, LPVOID /*out*/,
-                         DWORD* /*size_bytes*/) noexcept override {
+    STDMETHODIMP
+    GetData(ASSOCF /*flags*/, ASSOCDATA /*kind*/, LPCWSTR /*extra*/, LPVOID /*out*/,
+            DWORD* /*size_bytes*/) noexcept override {
         return no_association;
     }
-    STDMETHODIMP GetEnum(ASSOCF /*flags*/, ASSOCENUM /*kind*/, LPCWSTR /*extra*/, REFIID /*riid*/,
-                         LPVOID* result) noexcept override {
+    STDMETHODIMP
+    GetEnum(ASSOCF /*flags*/, ASSOCENUM /*kind*/, LPCWSTR /*extra*/, REFIID /*riid*/,
+            LPVOID* result) noexcept override {
         if (result != nullptr) {
             *result = nullptr;
         }

@@ -27,13 +27,14 @@ class shell_data_object final
     shell_data_object(item_selection selection, IDataObject* inner)
         : selection_(std::move(selection)), inner_(inner) {
         const auto children = selection_.children();
-        store(id_list_array_format(),
-              make_id_list_array(selection_.folder.get(), static_cast<UINT>(children.size()),
-                                 children.data()));
+        store(
+            id_list_array_format(),
+            make_id_list_array(selection_.folder.get(), static_cast<UINT>(children.size()), children.data()));
     }
     virtual ~shell_data_object() = default;
 
-    STDMETHODIMP GetData(FORMATETC* asked, STGMEDIUM* medium) noexcept override {
+    STDMETHODIMP
+    GetData(FORMATETC* asked, STGMEDIUM* medium) noexcept override {
         if (asked == nullptr || medium == nullptr) {
             return E_INVALIDARG;
         }
@@ -47,11 +48,11 @@ class shell_data_object final
         });
     }
 
-    STDMETHODIMP GetDataHere(FORMATETC* /*asked*/, STGMEDIUM* /*medium*/) noexcept override {
-        return E_NOTIMPL;
-    }
+    STDMETHODIMP
+    GetDataHere(FORMATETC* /*asked*/, STGMEDIUM* /*medium*/) noexcept override { return E_NOTIMPL; }
 
-    STDMETHODIMP QueryGetData(FORMATETC* asked) noexcept override {
+    STDMETHODIMP
+    QueryGetData(FORMATETC* asked) noexcept override {
         if (asked == nullptr) {
             return E_INVALIDARG;
         }
@@ -64,7 +65,8 @@ class shell_data_object final
         });
     }
 
-    STDMETHODIMP GetCanonicalFormatEtc(FORMATETC* asked, FORMATETC* canonical) noexcept override {
+    STDMETHODIMP
+    GetCanonicalFormatEtc(FORMATETC* asked, FORMATETC* canonical) noexcept override {
         if (asked == nullptr || canonical == nullptr) {
             return E_INVALIDARG;
         }
@@ -73,7 +75,8 @@ class shell_data_object final
         return DATA_S_SAMEFORMATETC;
     }
 
-    STDMETHODIMP SetData(FORMATETC* format, STGMEDIUM* medium, BOOL release) noexcept override {
+    STDMETHODIMP
+    SetData(FORMATETC* format, STGMEDIUM* medium, BOOL release) noexcept override {
         if (format == nullptr || medium == nullptr) {
             return E_INVALIDARG;
         }
@@ -90,7 +93,8 @@ class shell_data_object final
         });
     }
 
-    STDMETHODIMP EnumFormatEtc(DWORD direction, IEnumFORMATETC** formats) noexcept override {
+    STDMETHODIMP
+    EnumFormatEtc(DWORD direction, IEnumFORMATETC** formats) noexcept override {
         if (formats == nullptr) {
             return E_INVALIDARG;
         }
@@ -109,14 +113,15 @@ class shell_data_object final
         });
     }
 
-    STDMETHODIMP DAdvise(FORMATETC* /*format*/, DWORD /*flags*/, IAdviseSink* /*sink*/,
-                         DWORD* /*connection*/) noexcept override {
+    STDMETHODIMP
+    DAdvise(FORMATETC* /*format*/, DWORD /*flags*/, IAdviseSink* /*sink*/,
+            DWORD* /*connection*/) noexcept override {
         return OLE_E_ADVISENOTSUPPORTED;
     }
-    STDMETHODIMP DUnadvise(DWORD /*connection*/) noexcept override { return OLE_E_ADVISENOTSUPPORTED; }
-    STDMETHODIMP EnumDAdvise(IEnumSTATDATA** /*connections*/) noexcept override {
-        return OLE_E_ADVISENOTSUPPORTED;
-    }
+    STDMETHODIMP
+    DUnadvise(DWORD /*connection*/) noexcept override { return OLE_E_ADVISENOTSUPPORTED; }
+    STDMETHODIMP
+    EnumDAdvise(IEnumSTATDATA** /*connections*/) noexcept override { return OLE_E_ADVISENOTSUPPORTED; }
 
   private:
     void store(CLIPFORMAT format, unique_global memory) {
@@ -140,8 +145,8 @@ class shell_data_object final
     }
 
     [[nodiscard]] const stored_medium* search(const FORMATETC& asked) const {
-        const auto found = std::find_if(stored_.begin(), stored_.end(),
-                                        [&](const auto& each) { return each.holds(asked); });
+        const auto found =
+            std::find_if(stored_.begin(), stored_.end(), [&](const auto& each) { return each.holds(asked); });
         return found != stored_.end() ? &*found : nullptr;
     }
 

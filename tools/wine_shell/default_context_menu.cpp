@@ -30,9 +30,9 @@ std::vector<unique_registry_key> class_keys_of_selection(const DEFCONTEXTMENU& d
         return class_keys_of(description.punkAssociationInfo);
     }
     ComPtr<IQueryAssociations> associations;
-    if (SUCCEEDED(description.psf->GetUIObjectOf(
-            description.hwnd, 1, description.apidl, __uuidof(IQueryAssociations), nullptr,
-            reinterpret_cast<void**>(associations.GetAddressOf()))) &&
+    if (SUCCEEDED(description.psf->GetUIObjectOf(description.hwnd, 1, description.apidl,
+                                                 __uuidof(IQueryAssociations), nullptr,
+                                                 reinterpret_cast<void**>(associations.GetAddressOf()))) &&
         associations != nullptr) {
         keys = class_keys_of(associations.Get());
     }

@@ -39,29 +39,29 @@ class default_extract_icon final
   public:
     virtual ~default_extract_icon() = default;
 
-    STDMETHODIMP SetFlags(UINT flags) noexcept override {
+    STDMETHODIMP
+    SetFlags(UINT flags) noexcept override {
         flags_ = flags;
         return S_OK;
     }
-    STDMETHODIMP SetKey(HKEY key) noexcept override {
+    STDMETHODIMP
+    SetKey(HKEY key) noexcept override {
         return com::guarded([&] {
             key_icon_ = default_icon_of(key);
             return S_OK;
         });
     }
-    STDMETHODIMP SetNormalIcon(LPCWSTR file, int index) noexcept override {
-        return set(normal_, file, index);
-    }
-    STDMETHODIMP SetOpenIcon(LPCWSTR file, int index) noexcept override { return set(open_, file, index); }
-    STDMETHODIMP SetShortcutIcon(LPCWSTR file, int index) noexcept override {
-        return set(shortcut_, file, index);
-    }
-    STDMETHODIMP SetDefaultIcon(LPCWSTR file, int index) noexcept override {
-        return set(default_, file, index);
-    }
+    STDMETHODIMP
+    SetNormalIcon(LPCWSTR file, int index) noexcept override { return set(normal_, file, index); }
+    STDMETHODIMP
+    SetOpenIcon(LPCWSTR file, int index) noexcept override { return set(open_, file, index); }
+    STDMETHODIMP
+    SetShortcutIcon(LPCWSTR file, int index) noexcept override { return set(shortcut_, file, index); }
+    STDMETHODIMP
+    SetDefaultIcon(LPCWSTR file, int index) noexcept override { return set(default_, file, index); }
 
-    STDMETHODIMP GetIconLocation(UINT asked, PWSTR file, UINT capacity, int* index,
-                                 UINT* flags) noexcept override {
+    STDMETHODIMP
+    GetIconLocation(UINT asked, PWSTR file, UINT capacity, int* index, UINT* flags) noexcept override {
         if (file == nullptr || capacity == 0 || index == nullptr || flags == nullptr) {
             return E_INVALIDARG;
         }
@@ -80,13 +80,13 @@ class default_extract_icon final
         return S_OK;
     }
 
-    STDMETHODIMP Extract(PCWSTR file, UINT index, HICON* large, HICON* small_icon,
-                         UINT sizes) noexcept override {
+    STDMETHODIMP
+    Extract(PCWSTR file, UINT index, HICON* large, HICON* small_icon, UINT sizes) noexcept override {
         return SHDefExtractIconW(file, static_cast<int>(index), 0, large, small_icon, sizes);
     }
 
-    STDMETHODIMP GetIconLocation(UINT asked, PSTR file, UINT capacity, int* index,
-                                 UINT* flags) noexcept override {
+    STDMETHODIMP
+    GetIconLocation(UINT asked, PSTR file, UINT capacity, int* index, UINT* flags) noexcept override {
         std::array<wchar_t, MAX_PATH> wide{};
         if (file == nullptr || capacity == 0) {
             return E_INVALIDARG;
@@ -99,8 +99,8 @@ class default_extract_icon final
         return result;
     }
 
-    STDMETHODIMP Extract(PCSTR file, UINT index, HICON* large, HICON* small_icon,
-                         UINT sizes) noexcept override {
+    STDMETHODIMP
+    Extract(PCSTR file, UINT index, HICON* large, HICON* small_icon, UINT sizes) noexcept override {
         return SHDefExtractIconA(file, static_cast<int>(index), 0, large, small_icon, sizes);
     }
 

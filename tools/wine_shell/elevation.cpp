@@ -15,9 +15,13 @@ void (*prompt_listener)(consent) = nullptr;
 
 }  // namespace
 
-void set_elevation_answer(consent answer) noexcept { prompt_answer = answer; }
+void set_elevation_answer(consent answer) noexcept {
+    prompt_answer = answer;
+}
 
-void set_elevation_listener(void (*listener)(consent answer)) noexcept { prompt_listener = listener; }
+void set_elevation_listener(void (*listener)(consent answer)) noexcept {
+    prompt_listener = listener;
+}
 
 STDAPI get_object(PCWSTR name, BIND_OPTS* options, REFIID riid, void** result) {
     if (name == nullptr || result == nullptr) {

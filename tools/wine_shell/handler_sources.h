@@ -11,8 +11,8 @@
 
 namespace ov::wine_shell {
 
-/// Menu sources for every handler registered under `class_keys`, each to be initialised with the selection and
-/// the first of the keys. The folder's list is copied, the data object and the keys are kept.
+/// Menu sources for every handler registered under `class_keys`, each to be initialised with the selection
+/// and the first of the keys. The folder's list is copied, the data object and the keys are kept.
 [[nodiscard]] std::vector<menu_source> sources_of_handlers(std::vector<unique_registry_key> class_keys,
                                                            PCIDLIST_ABSOLUTE folder, IDataObject* selection);
 

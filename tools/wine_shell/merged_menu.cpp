@@ -64,18 +64,17 @@ void set_site(IUnknown* object, IUnknown* site) noexcept {
 }
 
 class merged_menu final
-    : public com::com_object<merged_menu, com::bases<IContextMenu3, IObjectWithSite, IMergedMenu>,
-                             com::answers<com::answer<IUnknown, IContextMenu3>,
-                                          com::answer<IContextMenu, IContextMenu3>,
-                                          com::answer<IContextMenu2, IContextMenu3>,
-                                          com::answer<IContextMenu3>, com::answer<IObjectWithSite>,
-                                          com::answer<IMergedMenu>>> {
+    : public com::com_object<
+          merged_menu, com::bases<IContextMenu3, IObjectWithSite, IMergedMenu>,
+          com::answers<com::answer<IUnknown, IContextMenu3>, com::answer<IContextMenu, IContextMenu3>,
+                       com::answer<IContextMenu2, IContextMenu3>, com::answer<IContextMenu3>,
+                       com::answer<IObjectWithSite>, com::answer<IMergedMenu>>> {
   public:
     explicit merged_menu(std::vector<menu_source> sources) : sources_(std::move(sources)) {}
     virtual ~merged_menu() { detach_parts(); }
 
-    STDMETHODIMP QueryContextMenu(HMENU menu, UINT index, UINT first, UINT last,
-                                  UINT flags) noexcept override {
+    STDMETHODIMP
+    QueryContextMenu(HMENU menu, UINT index, UINT first, UINT last, UINT flags) noexcept override {
         if (menu == nullptr || first > last) {
             return E_INVALIDARG;
         }
@@ -105,7 +104,8 @@ class merged_menu final
         });
     }
 
-    STDMETHODIMP InvokeCommand(CMINVOKECOMMANDINFO* info) noexcept override {
+    STDMETHODIMP
+    InvokeCommand(CMINVOKECOMMANDINFO* info) noexcept override {
         if (info == nullptr || info->cbSize < sizeof(CMINVOKECOMMANDINFO)) {
             return E_INVALIDARG;
         }
@@ -114,8 +114,8 @@ class merged_menu final
             const bool extended = info->cbSize >= sizeof passed;
             CopyMemory(&passed, info, extended ? sizeof passed : sizeof *info);
             passed.cbSize = extended ? sizeof passed : sizeof *info;
-            const UINT offset = IS_INTRESOURCE(info->lpVerb) ? LOWORD(info->lpVerb)
-                                                             : offset_of_verb(passed, extended);
+            const UINT offset =
+                IS_INTRESOURCE(info->lpVerb) ? LOWORD(info->lpVerb) : offset_of_verb(passed, extended);
             const menu_part* part = part_of(offset);
             if (part == nullptr) {
                 return E_INVALIDARG;
@@ -126,20 +126,22 @@ class merged_menu final
         });
     }
 
-    STDMETHODIMP GetCommandString(UINT_PTR command, UINT type, UINT* reserved, LPSTR text,
-                                  UINT capacity) noexcept override {
+    STDMETHODIMP
+    GetCommandString(UINT_PTR command, UINT type, UINT* reserved, LPSTR text,
+                     UINT capacity) noexcept override {
         const menu_part* part = command <= largest_offset ? part_of(static_cast<UINT>(command)) : nullptr;
         return part != nullptr ? part->menu->GetCommandString(command - part->first_offset, type, reserved,
                                                               text, capacity)
                                : E_INVALIDARG;
     }
 
-    STDMETHODIMP HandleMenuMsg(UINT message, WPARAM wparam, LPARAM lparam) noexcept override {
+    STDMETHODIMP
+    HandleMenuMsg(UINT message, WPARAM wparam, LPARAM lparam) noexcept override {
         return HandleMenuMsg2(message, wparam, lparam, nullptr);
     }
 
-    STDMETHODIMP HandleMenuMsg2(UINT message, WPARAM wparam, LPARAM lparam,
-                                LRESULT* answer) noexcept override {
+    STDMETHODIMP
+    HandleMenuMsg2(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* answer) noexcept override {
         HRESULT result = E_NOTIMPL;
         for (const menu_part& part : parts_) {
             ComPtr<IContextMenu3> third;
@@ -153,14 +155,16 @@ class merged_menu final
         return result;
     }
 
-    STDMETHODIMP SetSite(IUnknown* site) noexcept override {
+    STDMETHODIMP
+    SetSite(IUnknown* site) noexcept override {
         site_ = site;
         for (const menu_part& part : parts_) {
             set_site(part.menu.Get(), site);
         }
         return S_OK;
     }
-    STDMETHODIMP GetSite(REFIID riid, void** result) noexcept override {
+    STDMETHODIMP
+    GetSite(REFIID riid, void** result) noexcept override {
         if (result == nullptr) {
             return E_POINTER;
         }
@@ -219,9 +223,8 @@ class merged_menu final
         for (const menu_part& part : parts_) {
             for (UINT i = 0; i < part.count; ++i) {
                 std::array<wchar_t, verb_chars> verb{};
-                if (SUCCEEDED(part.menu->GetCommandString(i, GCS_VERBW, nullptr,
-                                                          reinterpret_cast<LPSTR>(verb.data()),
-                                                          verb_chars)) &&
+                if (SUCCEEDED(part.menu->GetCommandString(
+                        i, GCS_VERBW, nullptr, reinterpret_cast<LPSTR>(verb.data()), verb_chars)) &&
                     lstrcmpiW(verb.data(), wanted.c_str()) == 0) {
                     return part.first_offset + i;
                 }

@@ -54,8 +54,7 @@ struct IMergedMenu : IUnknown {
 /// verb given as a text goes to the part that names it so (GCS_VERBW), never to a part that does not. When
 /// only the default verb is asked for and no source marked a default item, the first command becomes it.
 /// `result` is null and E_OUTOFMEMORY returned when there is no memory.
-[[nodiscard]] HRESULT make_merged_menu(std::vector<menu_source> sources, REFIID riid,
-                                       void** result) noexcept;
+[[nodiscard]] HRESULT make_merged_menu(std::vector<menu_source> sources, REFIID riid, void** result) noexcept;
 
 }  // namespace ov::wine_shell
 

@@ -21,16 +21,15 @@ constexpr const wchar_t* item_text = L"&Open";
 constexpr const char* verb = "open";
 
 class open_folder_menu final
-    : public com::com_object<
-          open_folder_menu, com::bases<IContextMenu, IObjectWithSite>,
-          com::answers<com::answer<IUnknown, IContextMenu>, com::answer<IContextMenu>,
-                       com::answer<IObjectWithSite>>> {
+    : public com::com_object<open_folder_menu, com::bases<IContextMenu, IObjectWithSite>,
+                             com::answers<com::answer<IUnknown, IContextMenu>, com::answer<IContextMenu>,
+                                          com::answer<IObjectWithSite>>> {
   public:
     explicit open_folder_menu(PCIDLIST_ABSOLUTE target) : target_(ILCloneFull(target)) {}
     virtual ~open_folder_menu() = default;
 
-    STDMETHODIMP QueryContextMenu(HMENU menu, UINT index, UINT first, UINT /*last*/,
-                                  UINT /*flags*/) noexcept override {
+    STDMETHODIMP
+    QueryContextMenu(HMENU menu, UINT index, UINT first, UINT /*last*/, UINT /*flags*/) noexcept override {
         if (!InsertMenuW(menu, index, MF_BYPOSITION | MF_STRING, first, item_text)) {
             return HRESULT_FROM_WIN32(GetLastError());
         }
@@ -38,7 +37,8 @@ class open_folder_menu final
         return MAKE_HRESULT(SEVERITY_SUCCESS, 0, 1);
     }
 
-    STDMETHODIMP InvokeCommand(CMINVOKECOMMANDINFO* info) noexcept override {
+    STDMETHODIMP
+    InvokeCommand(CMINVOKECOMMANDINFO* info) noexcept override {
         if (info == nullptr) {
             return E_INVALIDARG;
         }
@@ -49,8 +49,9 @@ class open_folder_menu final
         return com::guarded([&] { return open(info->hwnd); });
     }
 
-    STDMETHODIMP GetCommandString(UINT_PTR command, UINT type, UINT* /*reserved*/, LPSTR text,
-                                  UINT capacity) noexcept override {
+    STDMETHODIMP
+    GetCommandString(UINT_PTR command, UINT type, UINT* /*reserved*/, LPSTR text,
+                     UINT capacity) noexcept override {
         if (command != 0 || (type != GCS_VERBW && type != GCS_VERBA) || text == nullptr) {
             return E_INVALIDARG;
         }
@@ -62,11 +63,13 @@ class open_folder_menu final
         return S_OK;
     }
 
-    STDMETHODIMP SetSite(IUnknown* site) noexcept override {
+    STDMETHODIMP
+    SetSite(IUnknown* site) noexcept override {
         site_ = site;
         return S_OK;
     }
-    STDMETHODIMP GetSite(REFIID riid, void** result) noexcept override {
+    STDMETHODIMP
+    GetSite(REFIID riid, void** result) noexcept override {
         if (result == nullptr) {
             return E_POINTER;
         }

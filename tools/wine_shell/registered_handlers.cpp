@@ -18,8 +18,7 @@ constexpr int guid_chars = 39;
 bool may_change_default(const CLSID& clsid) {
     std::array<wchar_t, guid_chars> text{};
     StringFromGUID2(clsid, text.data(), guid_chars);
-    const std::wstring path =
-        std::wstring(L"CLSID\\") + text.data() + L"\\ShellEx\\MayChangeDefaultMenu";
+    const std::wstring path = std::wstring(L"CLSID\\") + text.data() + L"\\ShellEx\\MayChangeDefaultMenu";
     return static_cast<bool>(open_key_to_read(HKEY_CLASSES_ROOT, path.c_str()));
 }
 
@@ -86,8 +85,8 @@ HRESULT open_handler(const registered_handler& handler, PCIDLIST_ABSOLUTE folder
                      HKEY class_key, IContextMenu** menu) noexcept {
     *menu = nullptr;
     ComPtr<IContextMenu> created;
-    HRESULT result = CoCreateInstance(handler.clsid, nullptr, CLSCTX_INPROC_SERVER,
-                                      IID_PPV_ARGS(created.GetAddressOf()));
+    HRESULT result =
+        CoCreateInstance(handler.clsid, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(created.GetAddressOf()));
     if (FAILED(result)) {
         return result;
     }
