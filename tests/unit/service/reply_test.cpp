@@ -1,0 +1,102 @@
+#include "service/reply.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using ov::service::reply;
+
+reply of(std::string_view text) {
+    return reply::parse(text.data(), text.size());
+}
+
+TEST(Reply, whole_tellsStatusAndData) {
+    const reply answer = of(R"({"statusCode":7,"data":{"a":1}})");
+    EXPECT_EQ(answer.status(), 7);
+    ASSERT_NE(answer.data(), nullptr);
+    EXPECT_EQ(answer.data()->dump(), R"({"a":1})");
+    EXPECT_EQ(answer.error(), "");
+}
+
+TEST(Reply, failedExchange_tellsTheErrorAlone) {
+    const reply answer = reply::failed(reply::transact_failed);
+    EXPECT_EQ(answer.error(), "transact_drvport return unexpected result");
+    EXPECT_EQ(answer.status(), std::nullopt);
+    EXPECT_EQ(answer.data(), nullptr);
+}
+
+TEST(Reply, bytesAfterTheFirstNul_doNotCount) {
+    EXPECT_EQ(of(std::string_view("{\"statusCode\":1}\0garbage", 24)).status(), 1);
+}
+
+TEST(Reply, thatFillsTheBuffer_needsNoNul) {
+    EXPECT_EQ(of(R"({"statusCode":1})").status(), 1);
+    EXPECT_EQ(reply::parse(R"({"statusCode":12})", 17).status(), 12);
+}
+
+TEST(Reply, nothingOrNoJson_hasNeitherStatusNorData) {
+    for (const std::string_view text :
+         {std::string_view(), std::string_view("\0\0", 2), std::string_view("OK"),
+          std::string_view("{\"statusCode\":0"), std::string_view("{\"statusCode\":0,\"data\":{}}}"),
+          std::string_view("\xFF\xFE")}) {
+        const reply answer = of(text);
+        EXPECT_EQ(answer.status(), std::nullopt) << text;
+        EXPECT_EQ(answer.data(), nullptr) << text;
+        EXPECT_EQ(answer.error(), "") << text;
+    }
+}
+
+TEST(Reply, jsonThatIsNoObject_hasNeitherStatusNorData) {
+    for (const char* text : {"null", "0", "\"statusCode\"", "[0,{}]", "[{\"statusCode\":0}]", "true"}) {
+        EXPECT_EQ(of(text).status(), std::nullopt) << text;
+        EXPECT_EQ(of(text).data(), nullptr) << text;
+    }
+}
+
+TEST(Reply, nestedTooDeeply_countsAsNoJson) {
+    const std::string deep = std::string(900, '[') + std::string(900, ']');
+    const reply answer = of(R"({"statusCode":0,"data":)" + deep + "}");
+    EXPECT_EQ(answer.status(), std::nullopt);
+    EXPECT_EQ(answer.data(), nullptr);
+}
+
+TEST(ReplyStatus, fraction_isCutTowardZero) {
+    EXPECT_EQ(of(R"({"statusCode":0.9})").status(), 0);
+    EXPECT_EQ(of(R"({"statusCode":-0.9})").status(), 0);
+    EXPECT_EQ(of(R"({"statusCode":-2.9})").status(), -2);
+    EXPECT_EQ(of(R"({"statusCode":1.0})").status(), 1);
+}
+
+TEST(ReplyStatus, numberBeyond64Bits_isAStatusNobodyKnows) {
+    for (const char* text :
+         {R"({"statusCode":1e300})", R"({"statusCode":-1e300})", R"({"statusCode":18446744073709551614})",
+          R"({"statusCode":18446744073709551616})"}) {
+        EXPECT_EQ(of(text).status(), std::numeric_limits<std::int64_t>::max()) << text;
+    }
+}
+
+TEST(ReplyStatus, anythingButANumber_isNone) {
+    for (const char* text : {R"({"statusCode":null})", R"({"statusCode":"0"})", R"({"statusCode":false})",
+                             R"({"statusCode":[0]})", R"({"statusCode":{}})", R"({"StatusCode":0})"}) {
+        EXPECT_EQ(of(text).status(), std::nullopt) << text;
+    }
+}
+
+TEST(ReplyData, ofAnyType_isThere) {
+    for (const char* text : {R"({"data":null})", R"({"data":0})", R"({"data":""})", R"({"data":[]})"}) {
+        EXPECT_NE(of(text).data(), nullptr) << text;
+    }
+}
+
+TEST(Reply, keyGivenTwice_countsAsItsLast) {
+    const reply answer = of(R"({"statusCode":5,"data":1,"statusCode":0,"data":2})");
+    EXPECT_EQ(answer.status(), 0);
+    EXPECT_EQ(*answer.data(), 2);
+}
+
+}  // namespace

@@ -1,0 +1,92 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "module/state/module_state.h"
+#include "service/envelope.h"
+#include "service/text.h"
+#include "tests/support/module_attach.h"
+
+namespace {
+
+using ov::json;
+using ov::service::frame_request;
+using ov::service::request_text;
+using ov::service::service_call;
+using ov::service::to_utf8;
+
+TEST(RequestText, callWithoutArguments_sendsAnEmptyObject) {
+    EXPECT_EQ(request_text(service_call::get_restore_points, json::object()),
+              R"({"parameters":{},"serviceCall":36})");
+}
+
+TEST(RequestText, parameters_areCompactAndInAscendingOrder) {
+    json parameters = json::object();
+    parameters["sequenceNumber"] = std::int64_t{-1};
+    parameters["tempFolder"] = "C:\\Temp\\";
+    parameters["createdOn"] = std::int64_t{9007199254740993};
+    EXPECT_EQ(request_text(service_call::get_restore_folders, parameters),
+              R"({"parameters":{"createdOn":9007199254740993,"sequenceNumber":-1,"tempFolder":"C:\\Temp\\"},)"
+              R"("serviceCall":37})");
+}
+
+TEST(RequestText, charactersBeyondAscii_travelAsRawUtf8) {
+    const json parameters = {{"folderName", to_utf8(L"C:\\J\u00F6rg\\\u6587\\\U0001F4C1")}};
+    EXPECT_EQ(request_text(service_call::get_folder_status, parameters),
+              "{\"parameters\":{\"folderName\":\"C:\\\\J\xC3\xB6rg\\\\\xE6\x96\x87\\\\\xF0\x9F\x93\x81\"},"
+              "\"serviceCall\":13}");
+}
+
+TEST(RequestText, pathWithALoneSurrogate_isSentWithAReplacementCharacter) {
+    const json parameters = {{"folderName", to_utf8(L"C:\\\xD800")}};
+    EXPECT_EQ(request_text(service_call::protect_folder, parameters),
+              "{\"parameters\":{\"folderName\":\"C:\\\\\xEF\xBF\xBD\"},\"serviceCall\":3}");
+}
+
+TEST(RequestText, bytesThatAreNotUtf8_areRefused) {
+    const json parameters = {{"folderName", "C:\\\xFF"}};
+    EXPECT_THROW(static_cast<void>(request_text(service_call::protect_folder, parameters)), json::type_error);
+}
+
+TEST(ServiceCall, numbers_areThoseOfTheDriver) {
+    EXPECT_EQ(static_cast<int>(service_call::protect_folder), 3);
+    EXPECT_EQ(static_cast<int>(service_call::get_folder_status), 13);
+    EXPECT_EQ(static_cast<int>(service_call::unprotect_folder), 14);
+    EXPECT_EQ(static_cast<int>(service_call::protect_folder_as), 28);
+    EXPECT_EQ(static_cast<int>(service_call::get_protected_folders), 35);
+    EXPECT_EQ(static_cast<int>(service_call::get_restore_points), 36);
+    EXPECT_EQ(static_cast<int>(service_call::get_restore_folders), 37);
+    EXPECT_EQ(static_cast<int>(service_call::restore_from_point), 39);
+    EXPECT_EQ(static_cast<int>(service_call::restore_file_chronel), 42);
+    EXPECT_EQ(static_cast<int>(service_call::export_folder), 44);
+    EXPECT_EQ(static_cast<int>(service_call::get_last_timestamp), 45);
+    EXPECT_EQ(static_cast<int>(service_call::get_file_chronels), 46);
+    EXPECT_EQ(static_cast<int>(service_call::open_file_chronel), 47);
+}
+
+TEST(FrameRequest, header_namesProcessThreadAndSession) {
+    const orv_request request = frame_request("{}");
+    EXPECT_EQ(request.process_id, GetCurrentProcessId());
+    EXPECT_EQ(request.thread_id, GetCurrentThreadId());
+    EXPECT_EQ(request.session_id, ov::module_state::current_session_id);
+}
+
+TEST(FrameRequest, shortText_isFollowedByZeros) {
+    const orv_request request = frame_request("{}");
+    EXPECT_EQ(std::string(request.text, sizeof(request.text)), "{}" + std::string(2046, '\0'));
+}
+
+TEST(FrameRequest, textOf2047Bytes_isWhole) {
+    const std::string text(2047, 'x');
+    EXPECT_EQ(std::string(frame_request(text).text), text);
+}
+
+TEST(FrameRequest, longerText_isCutAt2047Bytes) {
+    for (const std::size_t size : {2048u, 2049u, 100000u}) {
+        const orv_request request = frame_request(std::string(size, 'x'));
+        EXPECT_EQ(std::string(request.text, sizeof(request.text)), std::string(2047, 'x') + '\0') << size;
+    }
+}
+
+}  // namespace
