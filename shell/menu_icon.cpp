@@ -1,0 +1,68 @@
+#include "shell/menu_icon.h"
+
+#include "module/state/module_state.h"
+#include "res/resource_ids.h"
+
+namespace ov::shell {
+
+namespace {
+
+// One metric for both sides: the icon is square.
+int icon_side() noexcept {
+    return GetSystemMetrics(SM_CXMENUSIZE);
+}
+
+// An icon that cannot be taken apart cannot be drawn either. The two bitmaps that Windows hands out with the
+// answer are the caller's to delete.
+bool is_drawable(HICON icon) noexcept {
+    ICONINFO parts{};
+    if (GetIconInfo(icon, &parts) == FALSE) {
+        return false;
+    }
+    const unique_bitmap mask(parts.hbmMask);
+    const unique_bitmap colour(parts.hbmColor);
+    return true;
+}
+
+unique_bitmap make_dib(HDC dc, int side) noexcept {
+    BITMAPINFO format{};
+    format.bmiHeader.biSize = sizeof format.bmiHeader;
+    format.bmiHeader.biWidth = side;
+    format.bmiHeader.biHeight = side;  // positive: bottom-up
+    format.bmiHeader.biPlanes = 1;
+    format.bmiHeader.biBitCount = 32;
+    format.bmiHeader.biCompression = BI_RGB;
+    void* pixels = nullptr;
+    return unique_bitmap(CreateDIBSection(dc, &format, DIB_RGB_COLORS, &pixels, nullptr, 0));
+}
+
+}  // namespace
+
+unique_icon load_menu_icon() noexcept {
+    const int side = icon_side();
+    return unique_icon(
+        static_cast<HICON>(LoadImageW(module_state::module_instance, MAKEINTRESOURCEW(IDI_ORVANE), IMAGE_ICON,
+                                      side, side, LR_DEFAULTCOLOR)));
+}
+
+unique_bitmap make_menu_bitmap(HICON icon) noexcept {
+    if (icon == nullptr || !is_drawable(icon)) {
+        return {};
+    }
+    const unique_screen_dc screen(GetDC(nullptr));
+    const unique_memory_dc memory(CreateCompatibleDC(screen.get()));
+    if (!memory) {
+        return {};
+    }
+    const int side = icon_side();
+    unique_bitmap bitmap = make_dib(screen.get(), side);
+    if (bitmap) {
+        const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
+        // Without mirroring: in right-to-left hosts the product's mark must not be turned around.
+        DrawIconEx(memory.get(), 0, 0, icon, side, side, 0, nullptr, DI_NORMAL | DI_NOMIRROR);
+        SelectObject(memory.get(), before);
+    }
+    return bitmap;
+}
+
+}  // namespace ov::shell

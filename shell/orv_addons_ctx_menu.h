@@ -1,0 +1,14 @@
+#pragma once
+
+#include "shell/entry_ctx_menu.h"
+
+namespace ov::shell {
+
+/// The verb of the "Addons" entry: asks, then tells the driver's last timestamp.
+class OrvAddonsCtxMenu final : public EntryCtxMenu {
+  private:
+    [[nodiscard]] const wchar_t* verb_text() const noexcept override;
+    void run() override;
+};
+
+}  // namespace ov::shell
