@@ -9,8 +9,8 @@ namespace {
 constexpr UINT killed_exit_code = 0xDEAD;
 constexpr DWORD kill_patience_ms = 10000;
 
-// Quoted, where it needs to be, as the runtime's start-up code and CommandLineToArgvW take it apart: backslashes count only before
-// a quotation mark.
+// Quoted, where it needs to be, as the runtime's start-up code and CommandLineToArgvW take it apart:
+// backslashes count only before a quotation mark.
 std::wstring quoted(const std::wstring& argument) {
     if (!argument.empty() && argument.find_first_of(L" \t\"") == std::wstring::npos) {
         return argument;
