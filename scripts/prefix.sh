@@ -52,6 +52,12 @@ make_prefix() {
 
 server_is_up() { timeout 10 wineserver -k0 2>/dev/null; }
 
+# Without a persistent server everything in the prefix would end with the last program. The first program
+# starts the prefix's services, which keep its output open for as long as they run: so it is one of ours.
+start_server() {
+    timeout 30 wineserver -p && run_wine 60 cmd /c exit
+}
+
 up() {
     mkdir -p "$(dirname "$prefix")"
     exec 9>"$lock_file"
@@ -59,8 +65,7 @@ up() {
     start_display
     wine_environment
     make_prefix
-    # Without a persistent server everything in the prefix would end with the last program.
-    server_is_up || timeout 30 wineserver -p 9>&- >/dev/null 2>&1 </dev/null || die "the Wine server did not start"
+    server_is_up || start_server 9>&- >/dev/null 2>&1 </dev/null || die "the Wine server did not start"
     exec 9>&-
 }
 

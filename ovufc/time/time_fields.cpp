@@ -35,7 +35,10 @@ std::optional<std::uint64_t> utc_file_time(const time_fields& fields) noexcept {
     system_time.wSecond = static_cast<WORD>(fields.second);
     system_time.wMilliseconds = static_cast<WORD>(fields.milliseconds);
     FILETIME time{};
-    if (!SystemTimeToFileTime(&system_time, &time)) {
+    SYSTEMTIME check{};
+    // Wine takes 29 February in any year, for 1 March.
+    if (!SystemTimeToFileTime(&system_time, &time) || !FileTimeToSystemTime(&time, &check) ||
+        check.wDay != system_time.wDay) {
         return std::nullopt;
     }
     return number_of(time);
