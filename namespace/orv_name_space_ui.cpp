@@ -24,16 +24,16 @@ orvNameSpace::GetUIObjectOf(HWND owner, UINT count, PCUITEMID_CHILD_ARRAY entrie
     }
     const PCUITEMID_CHILD first = count != 0 ? entries[0] : nullptr;
     return com::guarded([&]() -> HRESULT {
-        if (riid == __uuidof(IContextMenu)) {
+        if (riid == IID_IContextMenu) {
             return create_context_menu(owner, count, entries, riid, result);
         }
-        if (riid == __uuidof(IExtractIconW)) {
+        if (riid == IID_IExtractIconW) {
             return create_item_icon(first, riid, result);
         }
-        if (riid == __uuidof(IQueryAssociations)) {
+        if (riid == IID_IQueryAssociations) {
             return create_item_associations(first, riid, result);
         }
-        if (riid == __uuidof(IDataObject)) {
+        if (riid == IID_IDataObject) {
             return create_item_data_object(folderIdList.get(), count, entries, riid, result);
         }
         return E_NOINTERFACE;
