@@ -71,6 +71,8 @@ std::uint32_t take_reply(const volatile orv_slot& slot, char* reply) noexcept {
 void release(volatile orv_slot& slot) noexcept {
     std::memset(const_cast<std::uint8_t*>(slot.payload), 0, ORV_PAYLOAD_CLEARED_BYTES);
     std::memset(const_cast<std::uint8_t*>(slot.cleared_96), 0, sizeof slot.cleared_96);
+    // Without it the compiler clears some of these bytes between the words below.
+    std::atomic_thread_fence(std::memory_order_release);
     slot.abandoned = 0;
     slot.word_20 = 0;
     slot.state = ORV_SLOT_TAKEN;

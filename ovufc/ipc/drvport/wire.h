@@ -20,7 +20,8 @@
 
 #define ORV_DEVICE_PATH L"\\\\.\\orvdrv"
 
-/* Open request: device type 0xA8A8, function 0x8AA, METHOD_BUFFERED, FILE_ANY_ACCESS; answers orv_open_reply. */
+/* Open request: device type 0xA8A8, function 0x8AA, METHOD_BUFFERED, FILE_ANY_ACCESS; answers orv_open_reply.
+ */
 #define ORV_IOCTL_OPEN 0xA8A822A8u
 
 #define ORV_SLOT_BYTES 4096u
@@ -100,9 +101,9 @@ ORV_WIRE_ASSERT(offsetof(orv_slot, payload) == 116);
 
 /* Payload of a request. */
 typedef struct orv_request {
-    uint32_t process_id; /* of the caller, taken at process attach */
-    uint32_t thread_id;  /* of the calling thread */
-    uint32_t session_id; /* Terminal Services session of the caller, taken at process attach */
+    uint32_t process_id;               /* of the caller, taken at process attach */
+    uint32_t thread_id;                /* of the calling thread */
+    uint32_t session_id;               /* Terminal Services session of the caller, taken at process attach */
     char text[ORV_REQUEST_TEXT_BYTES]; /* JSON, UTF-8, NUL-padded; at most 2047 bytes are used */
 } orv_request;
 ORV_WIRE_ASSERT(sizeof(orv_request) == ORV_REQUEST_BYTES);
