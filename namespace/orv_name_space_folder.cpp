@@ -13,6 +13,7 @@
 #include "namespace/name_space_enum_obj.h"
 #include "namespace/orv_name_space.h"
 #include "namespace/task_text.h"
+#include "ovufc/com/adopt.h"
 #include "ovufc/com/guard.h"
 #include "ovufc/win/srw_lock.h"
 
@@ -78,7 +79,7 @@ orvNameSpace::EnumObjects(HWND, SHCONTF wanted, IEnumIDList** enumerator) noexce
             copies = items;
         }
         ComPtr<NameSpaceEnumObj> made;
-        made.Attach(com::make_object<NameSpaceEnumObj>(this, wanted, std::move(copies)));
+        made = com::adopt(com::make_object<NameSpaceEnumObj>(this, wanted, std::move(copies)));
         return made != nullptr ? made.CopyTo(enumerator) : E_OUTOFMEMORY;
     });
 }

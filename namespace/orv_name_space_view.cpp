@@ -7,6 +7,7 @@
 #include "namespace/columns.h"
 #include "namespace/name_space_category_provider.h"
 #include "namespace/orv_name_space.h"
+#include "ovufc/com/adopt.h"
 
 namespace ov::name_space {
 
@@ -31,7 +32,7 @@ orvNameSpace::CreateViewObject(HWND, REFIID riid, void** result) noexcept {
     }
     if (riid == __uuidof(ICategoryProvider)) {
         ComPtr<NameSpaceCategoryProvider> provider;
-        provider.Attach(com::make_object<NameSpaceCategoryProvider>(this));
+        provider = com::adopt(com::make_object<NameSpaceCategoryProvider>(this));
         return provider != nullptr ? provider->QueryInterface(riid, result) : E_OUTOFMEMORY;
     }
     return E_NOINTERFACE;

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "ovufc/com/adopt.h"
 #include "ovufc/com/com_object.h"
 #include "ovufc/com/guard.h"
 #include "tools/wine_shell/association_keys.h"
@@ -195,7 +196,7 @@ STDAPI create_associations(const ASSOCIATIONELEMENT* classes, ULONG count, REFII
             }
         }
         Microsoft::WRL::ComPtr<class_associations> object;
-        object.Attach(com::make_object<class_associations>(std::move(keys)));
+        object = com::adopt(com::make_object<class_associations>(std::move(keys)));
         return object != nullptr ? object->QueryInterface(riid, result) : E_OUTOFMEMORY;
     });
 }

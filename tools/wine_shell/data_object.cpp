@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "ovufc/com/adopt.h"
 #include "ovufc/com/com_object.h"
 #include "ovufc/com/guard.h"
 #include "tools/wine_shell/drop_files.h"
@@ -190,7 +191,7 @@ STDAPI create_data_object(PCIDLIST_ABSOLUTE folder, UINT count, PCUITEMID_CHILD_
     }
     return com::guarded([&]() -> HRESULT {
         ComPtr<shell_data_object> object;
-        object.Attach(com::make_object<shell_data_object>(copy_selection(folder, count, items), inner));
+        object = com::adopt(com::make_object<shell_data_object>(copy_selection(folder, count, items), inner));
         return object != nullptr ? object->QueryInterface(riid, result) : E_OUTOFMEMORY;
     });
 }

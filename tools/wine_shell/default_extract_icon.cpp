@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "ovufc/com/adopt.h"
 #include "ovufc/com/com_object.h"
 #include "ovufc/com/guard.h"
 #include "tools/wine_shell/interface_ids.h"
@@ -147,7 +148,7 @@ STDAPI create_default_extract_icon(REFIID riid, void** result) {
     *result = nullptr;
     return com::guarded([&]() -> HRESULT {
         Microsoft::WRL::ComPtr<default_extract_icon> object;
-        object.Attach(com::make_object<default_extract_icon>());
+        object = com::adopt(com::make_object<default_extract_icon>());
         return object != nullptr ? object->QueryInterface(riid, result) : E_OUTOFMEMORY;
     });
 }

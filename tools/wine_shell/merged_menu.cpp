@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 
+#include "ovufc/com/adopt.h"
 #include "ovufc/com/com_object.h"
 #include "ovufc/com/guard.h"
 
@@ -252,7 +253,7 @@ HRESULT make_merged_menu(std::vector<menu_source> sources, REFIID riid, void** r
     *result = nullptr;
     return com::guarded([&]() -> HRESULT {
         ComPtr<merged_menu> object;
-        object.Attach(com::make_object<merged_menu>(std::move(sources)));
+        object = com::adopt(com::make_object<merged_menu>(std::move(sources)));
         return object != nullptr ? object->QueryInterface(riid, result) : E_OUTOFMEMORY;
     });
 }

@@ -2,6 +2,7 @@
 #include <shlobj.h>
 #include <wrl/client.h>
 
+#include "ovufc/com/adopt.h"
 #include "tests/module/frame/classes_under_test.h"
 #include "tests/support/shipped_module.h"
 
@@ -20,7 +21,7 @@ class ClassObject : public testing::Test {
 
     ComPtr<IClassFactory> factory_of(REFCLSID rclsid) {
         ComPtr<IClassFactory> factory;
-        factory.Attach(static_cast<IClassFactory*>(request(rclsid, IID_IClassFactory, S_OK)));
+        factory = com::adopt(static_cast<IClassFactory*>(request(rclsid, IID_IClassFactory, S_OK)));
         return factory;
     }
 
