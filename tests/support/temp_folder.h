@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace ov::test {
+
+/// A folder of its own under the user's temporary folder, deleted with all that it holds at the end of the
+/// scope. What cannot be made is a failure of the running test.
+class temp_folder {
+  public:
+    temp_folder();
+    temp_folder(const temp_folder&) = delete;
+    temp_folder& operator=(const temp_folder&) = delete;
+    ~temp_folder();
+
+    /// Full path, without a backslash at its end.
+    [[nodiscard]] const std::wstring& path() const noexcept { return path_; }
+
+    /// Makes a folder or file inside and returns its full path.
+    std::wstring make_folder(std::wstring_view name) const;
+    std::wstring make_file(std::wstring_view name, std::string_view content = {}) const;
+
+  private:
+    std::wstring path_;
+};
+
+}  // namespace ov::test
