@@ -3,8 +3,6 @@
 #include <shlguid.h>
 #include <shlobj.h>
 
-#include "module/state/class_ids.h"
-
 namespace ov::name_space {
 
 orvNameSpace::~orvNameSpace() = default;
@@ -14,7 +12,7 @@ orvNameSpace::GetClassID(CLSID* clsid) noexcept {
     if (clsid == nullptr) {
         return E_POINTER;
     }
-    *clsid = class_ids::namespace_folder;
+    *clsid = namespace_folder_clsid;
     return S_OK;
 }
 

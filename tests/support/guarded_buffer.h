@@ -1,0 +1,33 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <span>
+
+namespace ov::test {
+
+/// A copy of some bytes that ends exactly where a page begins that nobody may touch.
+///
+/// A reader that goes past the end does not end the program: the page is opened for it and the overrun
+/// counted, so that a test fails by name. One buffer at a time; only the thread that made it should read it.
+class guarded_buffer {
+  public:
+    explicit guarded_buffer(std::span<const std::byte> content);
+    guarded_buffer(const guarded_buffer&) = delete;
+    guarded_buffer& operator=(const guarded_buffer&) = delete;
+    ~guarded_buffer();
+
+    /// The copy; writable.
+    [[nodiscard]] std::byte* data() const noexcept { return guard_ - size_; }
+    /// How often the guard page was met: at most once, since meeting it opens it.
+    [[nodiscard]] int overruns() const noexcept;
+
+  private:
+    std::byte* base_;
+    std::byte* guard_;
+    std::size_t size_;
+    void* handler_;
+};
+
+}  // namespace ov::test
