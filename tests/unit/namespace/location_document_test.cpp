@@ -39,7 +39,7 @@ TEST(LocationDocument, all_seven_arrays_are_read_in_order) {
     EXPECT_EQ((names{L"b1", L"b2"}), document.box_syn.names);
     EXPECT_EQ(names{L"d"}, document.drop_box.names);
     EXPECT_EQ(names{L"ob"}, document.one_drive_business.names);
-    EXPECT_EQ(8u, document.entry_count());
+    EXPECT_EQ(9u, document.entry_count());
     EXPECT_EQ(0u, document.user_folder_mask);
 }
 
