@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 
-#include "module/class_ids.h"
+#include "module/state/class_ids.h"
 #include "namespace/orv_name_space.h"
 #include "namespace/protected_locations.h"
 #include "shell/orv_addons_ctx_menu.h"

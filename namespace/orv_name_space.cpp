@@ -3,6 +3,8 @@
 #include <shlguid.h>
 #include <shlobj.h>
 
+#include "module/state/class_ids.h"
+
 namespace ov::name_space {
 
 orvNameSpace::~orvNameSpace() = default;
@@ -12,7 +14,7 @@ orvNameSpace::GetClassID(CLSID* clsid) noexcept {
     if (clsid == nullptr) {
         return E_POINTER;
     }
-    *clsid = namespace_folder_clsid;
+    *clsid = class_ids::namespace_folder;
     return S_OK;
 }
 

@@ -15,10 +15,6 @@
 
 namespace ov::name_space {
 
-/// {9B2E6D14-C3A8-4E57-A1F0-5D8C27B4E913}: the namespace folder.
-inline constexpr CLSID namespace_folder_clsid = {
-    0x9B2E6D14, 0xC3A8, 0x4E57, {0xA1, 0xF0, 0x5D, 0x8C, 0x27, 0xB4, 0xE9, 0x13}};
-
 class orvNameSpace;
 
 // IUnknown first, then exactly the six.

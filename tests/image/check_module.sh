@@ -22,13 +22,18 @@ found:
 $2"
 }
 
-headers() { "$objdump" -p "$dll"; }
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+"$objdump" -p "$dll" >"$work/headers"
+headers() { cat "$work/headers"; }
+# Reads a file, not a pipe: a reader that stops early would look like a failure of the writer.
+headers_hold() { grep -qE "$1" "$work/headers"; }
 
 exports() {
     same_lines "DllCanUnloadNow
 DllGetClassObject
 DllRegisterServer
-DllUnregisterServer" "$(headers | sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/s/.*\] //p' | grep -v 'Pointer' | sort)"
+DllUnregisterServer" "$(headers | sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/s/^[[:space:]]*\[ *[0-9]*\] //p' | sort)"
 }
 
 # Only libraries that every Windows from 7 on has; no compiler runtime, nothing to install beside us.
@@ -41,9 +46,7 @@ imports() {
     other=$(grep -vE "$allowed" <<<"$found" || true)
     [ -z "$other" ] || fail "imports outside the allow-list: $other"
     # Every system function stands in the import table, but for the dialog library's two ordinals.
-    if headers | grep -q 'Delay Import Directory' && ! headers | grep -qE 'Entry d 0+ 0+ Delay'; then
-        fail "delay-loaded imports"
-    fi
+    headers_hold 'Entry d 0+ 0+ Delay' || fail "delay-loaded imports"
 }
 
 hardening() {
@@ -54,7 +57,7 @@ hardening() {
         grep -q "$flag" <<<"$flags" || fail "$flag is not set"
     done
     # Relocations make the address-space flags true.
-    headers | grep -qE 'Entry 5 0*[1-9a-f][0-9a-f]* ' || fail "no relocations"
+    headers_hold 'Entry 5 0*[1-9a-f][0-9a-f]* ' || fail "no relocations"
 }
 
 resources() {
@@ -66,7 +69,8 @@ resources() {
 --type=5 --name=104" "$(wrestool -l "$dll" | sed -E 's/^(--type=[^ ]+ --name=[^ ]+).*/\1/' | grep -vE 'type=3 ' | sort)"
     local icon sizes
     for icon in 103 105 107 108; do
-        sizes=$(wrestool -x -t 14 -n "$icon" "$dll" | icotool -l - | sed -E 's/.*--width=([0-9]+).*bit-depth=([0-9]+).*/\1:\2/' | sort -n | tr '\n' ' ')
+        wrestool -x -t 14 -n "$icon" "$dll" >"$work/$icon.ico"
+        sizes=$(icotool -l "$work/$icon.ico" | sed -E 's/.*--width=([0-9]+).*bit-depth=([0-9]+).*/\1:\2/' | sort -n | tr '\n' ' ')
         [ "$sizes" = "16:32 20:32 24:32 32:32 40:32 48:32 64:32 128:32 256:32 " ] || fail "icon $icon holds $sizes"
     done
 }

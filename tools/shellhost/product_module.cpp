@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <array>
 
-#include "module/class_ids.h"
+#include "module/state/class_ids.h"
 #include "ovufc/win/handle.h"
 #include "tools/shellhost/arguments.h"
 #include "tools/shellhost/console.h"

@@ -5,7 +5,7 @@
 
 #include <array>
 
-#include "module/class_ids.h"
+#include "module/state/class_ids.h"
 
 namespace ov::test {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "module/class_ids.h"
+#include "module/state/class_ids.h"
 #include "module/registration/registration_table.h"
 #include "module/registration/registry_names.h"
 
