@@ -28,7 +28,7 @@ struct exchange_result {
     std::string reply;                       // the whole buffer when the length is out of bounds
 };
 
-inline exchange_result exchange(ipc::drvport::details::client_port& port, std::string_view text) {
+inline exchange_result ask(ipc::drvport::details::client_port& port, std::string_view text) {
     // What follows the buffer must survive.
     std::array<char, ORV_REPLY_LIMIT_BYTES + 64> buffer{};
     std::fill(buffer.begin() + ORV_REPLY_LIMIT_BYTES, buffer.end(), '!');

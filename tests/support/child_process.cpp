@@ -36,7 +36,8 @@ std::wstring this_program() {
     return path;
 }
 
-child_process::child_process(const std::wstring& program, const std::vector<std::wstring>& arguments) {
+child_process::child_process(const std::wstring& program, const std::vector<std::wstring>& arguments,
+                             HANDLE token) {
     std::wstring command_line = quoted(program);
     for (const std::wstring& argument : arguments) {
         command_line += L' ' + quoted(argument);
@@ -44,8 +45,9 @@ child_process::child_process(const std::wstring& program, const std::vector<std:
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started{};
-    if (!CreateProcessW(program.c_str(), command_line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                        &startup, &started)) {
+    // Without a token this is CreateProcessW.
+    if (!CreateProcessAsUserW(token, program.c_str(), command_line.data(), nullptr, nullptr, FALSE, 0,
+                              nullptr, nullptr, &startup, &started)) {
         throw std::runtime_error("a child process did not start, error " + std::to_string(GetLastError()));
     }
     const win::unique_kernel_handle thread(started.hThread);

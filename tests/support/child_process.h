@@ -16,9 +16,10 @@ namespace ov::test {
 /// One child process. Killed by destruction if it still runs then.
 class child_process {
   public:
-    /// Starts `program` with `arguments`, each passed on whole whatever it holds. Throws std::runtime_error
-    /// when it cannot be started.
-    child_process(const std::wstring& program, const std::vector<std::wstring>& arguments);
+    /// Starts `program` with `arguments`, each passed on whole whatever it holds; under `token` when there is
+    /// one. Throws std::runtime_error when it cannot be started.
+    child_process(const std::wstring& program, const std::vector<std::wstring>& arguments,
+                  HANDLE token = nullptr);
     child_process(child_process&&) noexcept = default;
     child_process& operator=(child_process&&) = delete;
     child_process(const child_process&) = delete;

@@ -1,0 +1,68 @@
+#include <gtest/gtest.h>
+
+#include "tests/driver/driver_control.h"
+#include "tests/driver/exchange.h"
+#include "tests/driver/roles.h"
+#include "tests/support/scripted_service.h"
+
+namespace {
+
+namespace roles = ov::test::roles;
+using ov::ipc::drvport::details::client_port;
+using ov::test::ask;
+using ov::test::request_with;
+using ov::test::scripted_request;
+using ov::test::scripted_service;
+using ov::test::start_driver;
+using ov::test::stop_driver;
+
+std::string echo(const scripted_request& request) {
+    return "re: " + request.text;
+}
+
+class Lifetime : public testing::Test {
+  protected:
+    ~Lifetime() override { EXPECT_TRUE(start_driver()); }
+};
+
+TEST_F(Lifetime, AbsentThenStarted_SamePortConnects) {
+    ASSERT_TRUE(stop_driver());
+    client_port port;
+    EXPECT_FALSE(port.connect());
+    EXPECT_FALSE(ask(port, "x").ok);
+    std::uint32_t reply_bytes = 0;
+    EXPECT_TRUE(port.transact(request_with("one way"), nullptr, reply_bytes));
+    ASSERT_TRUE(start_driver());
+    scripted_service service(echo);
+    EXPECT_EQ(ask(port, "x").reply, "re: x");
+}
+
+TEST_F(Lifetime, StopWhileAPortIsOpen_ItsMappingStaysReadableAndSaysZero) {
+    scripted_service service(echo);
+    client_port port;
+    ASSERT_TRUE(ask(port, "x").ok);
+    ASSERT_TRUE(stop_driver());
+    EXPECT_TRUE(port.connect());  // it stays open for ever
+    EXPECT_EQ(port.status().state, 0u);
+    EXPECT_FALSE(ask(port, "x").ok);
+}
+
+TEST_F(Lifetime, StopWhileAnotherProcessWaits_ItsExchangeFailsSoon) {
+    roles::ready_child server(roles::server);
+    roles::ready_child waiter(roles::waiter);
+    EXPECT_FALSE(waiter.process().wait(100).has_value());
+    ASSERT_TRUE(stop_driver());
+    EXPECT_EQ(waiter.process().wait(5000), static_cast<DWORD>(roles::exchange_failed));
+}
+
+TEST_F(Lifetime, StoppedAndStartedAgainAndAgain_ServesEachTime) {
+    for (int i = 0; i < 5; ++i) {
+        ASSERT_TRUE(stop_driver());
+        ASSERT_TRUE(start_driver());
+        scripted_service service(echo);
+        client_port port;
+        EXPECT_EQ(ask(port, "x").reply, "re: x");
+    }
+}
+
+}  // namespace

@@ -1,0 +1,106 @@
+#include <gtest/gtest.h>
+
+#include <list>
+
+#include "tests/driver/eventually.h"
+#include "tests/driver/exchange.h"
+#include "tests/driver/roles.h"
+#include "tests/support/child_process.h"
+#include "tests/support/scripted_service.h"
+
+namespace {
+
+namespace roles = ov::test::roles;
+using ov::ipc::drvport::details::client_port;
+using ov::test::ask;
+using ov::test::child_process;
+using ov::test::eventually;
+using ov::test::scripted_reply;
+using ov::test::scripted_request;
+using ov::test::scripted_service;
+using ov::test::this_program;
+
+std::string answer(const scripted_request& request) {
+    return roles::answer_in_kind(request.text);
+}
+
+TEST(Processes, SeveralAtOnce_EachGetsItsOwnReplies) {
+    scripted_service service(answer);
+    constexpr int count = 6;
+    constexpr int exchanges = 40;
+    std::list<child_process> children;
+    for (int i = 0; i < count; ++i) {
+        children.emplace_back(this_program(), std::vector<std::wstring>{roles::client, std::to_wstring(i),
+                                                                        std::to_wstring(exchanges)});
+    }
+    for (child_process& child : children) {
+        EXPECT_EQ(child.wait(30000), static_cast<DWORD>(roles::exchange_done));
+    }
+    EXPECT_EQ(service.requests().size(), static_cast<std::size_t>(count * exchanges));
+}
+
+TEST(Processes, DeadHolder_LosesItsSlotOnceItIsAnswered) {
+    scripted_service service([](const scripted_request& request) {
+        scripted_reply reply(answer(request));
+        reply.delay_ms = 200;
+        return reply;
+    });
+    roles::ready_child holder(roles::holder);
+    ASSERT_TRUE(service.wait_for_requests(1));
+    volatile orv_slot& slot = service.side().slot(service.requests()[0].slot);
+    EXPECT_EQ(slot.owner, holder.process().id());
+    holder.process().kill();
+    EXPECT_TRUE(eventually([&] { return slot.owner == 0; }));
+    EXPECT_EQ(slot.abandoned, 0u);
+}
+
+TEST(Processes, DeadHolderInService_KeepsItsSlotUntilTheServiceSideIsDone) {
+    scripted_service service([](const scripted_request&) -> std::optional<scripted_reply> { return {}; });
+    roles::ready_child holder(roles::holder);
+    ASSERT_TRUE(service.wait_for_requests(1));
+    const scripted_request request = service.requests()[0];
+    volatile orv_slot& slot = service.side().slot(request.slot);
+    holder.process().kill();
+    Sleep(300);
+    EXPECT_EQ(slot.owner, holder.process().id());
+    service.side().reply(request, "to nobody");
+    EXPECT_TRUE(eventually([&] { return slot.owner == 0; }));
+}
+
+TEST(Processes, ClientKilledAgainAndAgain_LeavesNothingBehind) {
+    scripted_service service(answer);
+    for (int i = 0; i < 10; ++i) {
+        roles::ready_child idler(roles::idler);
+        idler.process().kill();
+    }
+    client_port port;
+    EXPECT_EQ(ask(port, "still there").reply, roles::answer_in_kind("still there"));
+    EXPECT_TRUE(eventually([&] {
+        std::uint32_t owned = 0;
+        for (std::uint32_t i = 0; i < service.side().slot_count(); ++i) {
+            owned += service.side().slot(i).owner != 0 ? 1 : 0;
+        }
+        return owned == 0;
+    }));
+}
+
+TEST(Processes, Vandals_CannotStopDriverOrServiceForOthers) {
+    {
+        scripted_service service(answer);
+        std::list<child_process> vandals;
+        for (int seed = 1; seed <= 3; ++seed) {
+            vandals.emplace_back(this_program(),
+                                 std::vector<std::wstring>{roles::vandal, std::to_wstring(seed)});
+        }
+        for (child_process& vandal : vandals) {
+            EXPECT_EQ(vandal.wait(30000), static_cast<DWORD>(roles::exchange_done));
+        }
+        // An abandoned word of garbage keeps nothing; what is in service goes when the service side does.
+    }
+    scripted_service service(answer);
+    client_port port;
+    EXPECT_TRUE(eventually([&] { return ask(port, "after").reply == roles::answer_in_kind("after"); }));
+    EXPECT_EQ(service.side().status().section_bytes, ORV_SECTION_BYTES);
+}
+
+}  // namespace
