@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <list>
+#include <vector>
 
 #include "tests/driver/eventually.h"
 #include "tests/driver/exchange.h"
@@ -84,6 +86,26 @@ TEST(Processes, ClientKilledAgainAndAgain_LeavesNothingBehind) {
     }));
 }
 
+bool is_mapped(const volatile void* address) {
+    MEMORY_BASIC_INFORMATION region{};
+    VirtualQuery(const_cast<const void*>(address), &region, sizeof region);
+    return region.Type == MEM_MAPPED;
+}
+
+// A host that loads and unloads the module again and again keeps no mapping.
+TEST(Processes, PortsOpenedAndClosed_TheirMappingsAreTakenAway) {
+    std::vector<const volatile void*> sections;
+    {
+        std::list<client_port> ports(50);
+        for (client_port& port : ports) {
+            ASSERT_TRUE(port.connect());
+            sections.push_back(&port.status());
+        }
+        EXPECT_TRUE(std::all_of(sections.begin(), sections.end(), is_mapped));
+    }
+    EXPECT_TRUE(eventually([&] { return std::none_of(sections.begin(), sections.end(), is_mapped); }));
+}
+
 TEST(Processes, Vandals_CannotStopDriverOrServiceForOthers) {
     {
         scripted_service service(answer);
@@ -95,7 +117,8 @@ TEST(Processes, Vandals_CannotStopDriverOrServiceForOthers) {
         for (child_process& vandal : vandals) {
             EXPECT_EQ(vandal.wait(30000), static_cast<DWORD>(roles::exchange_done));
         }
-        // An abandoned word of garbage keeps nothing; what is in service goes when the service side does.
+        // A garbage owner is nobody's, so the driver frees its slot; what the vandals left in service goes
+        // with this service side.
     }
     scripted_service service(answer);
     client_port port;

@@ -1,0 +1,73 @@
+#include "tests/support/scripted_service.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/driver/driver_control.h"
+#include "tests/driver/exchange.h"
+
+namespace {
+
+using ov::ipc::drvport::details::client_port;
+using ov::test::ask;
+using ov::test::scripted_reply;
+using ov::test::scripted_request;
+using ov::test::scripted_service;
+
+TEST(ScriptedService, Requests_AreKeptInOrderUntilForgotten) {
+    scripted_service service([](const scripted_request&) { return "fine"; });
+    client_port port;
+    (void)ask(port, "first");
+    (void)ask(port, "second");
+    ASSERT_EQ(service.requests().size(), 2u);
+    EXPECT_EQ(service.requests()[0].text, "first");
+    EXPECT_EQ(service.requests()[1].text, "second");
+    service.forget_requests();
+    EXPECT_TRUE(service.requests().empty());
+}
+
+TEST(ScriptedService, NewAnswer_HoldsFromTheNextRequest) {
+    scripted_service service([](const scripted_request&) { return "old"; });
+    client_port port;
+    EXPECT_EQ(ask(port, "x").reply, "old");
+    service.set_answer([](const scripted_request&) { return "new"; });
+    EXPECT_EQ(ask(port, "x").reply, "new");
+}
+
+TEST(ScriptedService, Silence_KeepsTheClientWaiting) {
+    scripted_service service([](const scripted_request& request) -> std::optional<scripted_reply> {
+        if (request.text == "say something") {
+            return "something";
+        }
+        return std::nullopt;
+    });
+    client_port port(30);
+    EXPECT_FALSE(ask(port, "x").ok);
+    EXPECT_EQ(service.requests().size(), 1u);
+    client_port patient;
+    EXPECT_EQ(ask(patient, "say something").reply, "something");
+}
+
+TEST(ScriptedService, WaitingForRequestsThatDoNotCome_IsFalse) {
+    scripted_service service([](const scripted_request&) { return "fine"; });
+    EXPECT_FALSE(service.wait_for_requests(1, 20));
+}
+
+TEST(ScriptedService, NextOne_StartsFromTheSameStatusWords) {
+    {
+        scripted_service service([](const scripted_request&) { return "fine"; });
+        service.set_generation(7);
+        service.set_flags(0xFF);
+    }
+    scripted_service service([](const scripted_request&) { return "fine"; });
+    EXPECT_EQ(service.side().status().state, 1u);
+    EXPECT_EQ(service.side().status().generation, 0u);
+    EXPECT_EQ(service.side().status().flags, 0u);
+}
+
+TEST(ScriptedService, WithoutADriver_Throws) {
+    ASSERT_TRUE(ov::test::stop_driver());
+    EXPECT_THROW(scripted_service([](const scripted_request&) { return "fine"; }), std::runtime_error);
+    EXPECT_TRUE(ov::test::start_driver());
+}
+
+}  // namespace
