@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "tools/shellhost/arguments.h"
+#include "tools/shellhost/command_failure.h"
 #include "tools/shellhost/console.h"
 #include "tools/wine_shell/data_object.h"
 
@@ -21,14 +21,14 @@ std::wstring full_path_of(const std::wstring& path) {
     std::vector<wchar_t> full(path_limit_chars);
     const DWORD length = GetFullPathNameW(path.c_str(), path_limit_chars, full.data(), nullptr);
     if (length == 0 || length >= path_limit_chars) {
-        throw usage_error(L"'" + path + L"' is not a path");
+        throw command_failure(L"'" + path + L"' is not a path");
     }
     std::wstring text(full.data(), length);
     if (text.size() > 3 && text.back() == L'\\') {
         text.pop_back();
     }
     if (GetFileAttributesW(text.c_str()) == INVALID_FILE_ATTRIBUTES) {
-        throw usage_error(L"there is no file or folder '" + text + L"'");
+        throw command_failure(L"there is no file or folder '" + text + L"'");
     }
     return text;
 }
@@ -37,7 +37,7 @@ unique_absolute_list list_of_path(const std::wstring& path) {
     PIDLIST_ABSOLUTE list = nullptr;
     const HRESULT result = SHParseDisplayName(path.c_str(), nullptr, &list, 0, nullptr);
     if (FAILED(result)) {
-        throw usage_error(L"the shell does not know '" + path + L"': " + describe(result));
+        throw command_failure(L"the shell does not know '" + path + L"': " + describe(result));
     }
     return unique_absolute_list(list);
 }
@@ -51,8 +51,8 @@ void add(file_selection& selection, const std::wstring& path) {
     if (selection.ids.folder == nullptr) {
         selection.ids.folder = std::move(list);
     } else if (!ILIsEqual(selection.ids.folder.get(), list.get())) {
-        throw usage_error(L"'" + path + L"' is in another folder than '" + selection.paths.front() +
-                          L"'; a selection is made in one folder");
+        throw command_failure(L"'" + path + L"' is in another folder than '" + selection.paths.front() +
+                              L"'; a selection is made in one folder");
     }
     selection.paths.push_back(path);
 }
@@ -74,7 +74,7 @@ ComPtr<IDataObject> data_object_of(const file_selection& selection) {
             wine_shell::create_data_object(selection.ids.folder.get(), static_cast<UINT>(children.size()),
                                            children.data(), nullptr, IID_PPV_ARGS(data.GetAddressOf()));
         if (FAILED(result)) {
-            throw usage_error(L"no data object can be made for the selection: " + describe(result));
+            throw command_failure(L"no data object can be made for the selection: " + describe(result));
         }
     }
     return data;
@@ -92,8 +92,8 @@ file_selection select_files(const std::vector<std::wstring>& paths) {
     unique_absolute_list first = list_of_path(selection.paths.front());
     const HRESULT result = SHBindToParent(first.get(), IID_PPV_ARGS(folder.GetAddressOf()), &child);
     if (FAILED(result)) {
-        throw usage_error(L"the folder of '" + selection.paths.front() + L"' cannot be opened: " +
-                          describe(result));
+        throw command_failure(L"the folder of '" + selection.paths.front() + L"' cannot be opened: " +
+                              describe(result));
     }
     selection.folder = folder;
     selection.data = data_object_of(selection);

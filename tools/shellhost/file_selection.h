@@ -21,8 +21,8 @@ struct file_selection {
     Microsoft::WRL::ComPtr<IDataObject> data;
 };
 
-/// Selects `paths`. Throws usage_error with a sentence for the person when one does not exist, when they are
-/// not in one folder, or when the shell has no object for them.
+/// Selects `paths`. Throws command_failure with a sentence for the person when one does not exist, when they
+/// are not in one folder, or when the shell has no object for them.
 [[nodiscard]] file_selection select_files(const std::vector<std::wstring>& paths);
 
 }  // namespace ov::shellhost

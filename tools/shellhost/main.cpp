@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/shellhost/command_failure.h"
 #include "tools/shellhost/commands.h"
 #include "tools/shellhost/console.h"
 #include "tools/shellhost/exit_codes.h"
@@ -24,6 +25,8 @@ struct command {
 
 const std::array commands = {
     command{L"menu", &run_menu, menu_usage},
+    command{L"verbs", &run_verbs, verbs_usage},
+    command{L"list", &run_list, list_usage},
 };
 
 constexpr const wchar_t* exit_code_help =
@@ -50,6 +53,9 @@ int run_command(const command& chosen, std::vector<std::wstring> words) {
     } catch (const usage_error& error) {
         print_error(error.message() + L"\nSee shellhost --help.");
         return exit_usage;
+    } catch (const command_failure& error) {
+        print_error(error.message());
+        return exit_failed;
     } catch (const std::exception& error) {
         const std::string text = error.what();
         print_error(std::wstring(text.begin(), text.end()));

@@ -9,7 +9,7 @@
 
 #include "module/state/class_ids.h"
 #include "ovufc/win/handle.h"
-#include "tools/shellhost/arguments.h"
+#include "tools/shellhost/command_failure.h"
 #include "tools/shellhost/console.h"
 #include "tools/wine_shell/registry_value.h"
 #include "tools/wine_shell/supply.h"
@@ -69,8 +69,8 @@ void product_module::load(const std::wstring& path) {
     // The class objects' code must outlive every object; it stays until the process ends.
     const HMODULE module = LoadLibraryExW(full.data(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     if (module == nullptr) {
-        throw usage_error(L"the module " + path + L" cannot be loaded: " +
-                          describe(HRESULT_FROM_WIN32(GetLastError())));
+        throw command_failure(L"the module " + path + L" cannot be loaded: " +
+                              describe(HRESULT_FROM_WIN32(GetLastError())));
     }
     supply(module, full.data());
     const auto get = reinterpret_cast<get_class_object>(
@@ -85,7 +85,7 @@ void product_module::load(const std::wstring& path) {
         }
     }
     if (registrations_.empty()) {
-        throw usage_error(L"the module " + path + L" has none of the product's classes");
+        throw command_failure(L"the module " + path + L" has none of the product's classes");
     }
 }
 

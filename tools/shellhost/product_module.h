@@ -16,7 +16,7 @@ namespace ov::shellhost {
 /// classes are registered for this process alone, in place of what the registry says, until destruction.
 class product_module : noncopyable, nonmoveable {
   public:
-    /// Throws usage_error when the module at `path` cannot be loaded or has none of the classes.
+    /// Throws command_failure when the module at `path` cannot be loaded or has none of the classes.
     explicit product_module(const std::wstring& path);
     ~product_module();
 
