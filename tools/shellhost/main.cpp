@@ -29,6 +29,8 @@ const std::array commands = {
     command{L"list", &run_list, list_usage},
 };
 
+const command window{L"", &run_window, window_usage};
+
 constexpr const wchar_t* exit_code_help =
     L"Exit codes: 0 done; 1 failed, or the command run returned a failure; 2 the call's words are off; 3 "
     L"the\n"
@@ -36,6 +38,7 @@ constexpr const wchar_t* exit_code_help =
 
 void print_help() {
     print_line(L"shellhost: a small Explorer for the Orvane Vaultkeep shell extension.\n");
+    print_line(window.usage);
     for (const command& each : commands) {
         print_line(each.usage);
     }
@@ -69,14 +72,15 @@ int run(std::vector<std::wstring> words) {
         print_help();
         return exit_done;
     }
-    if (!words.empty()) {
-        for (const command& each : commands) {
-            if (words.front() == each.name) {
-                return run_command(each, {words.begin() + 1, words.end()});
-            }
-        }
-        print_error(L"unknown command '" + words.front() + L"'\nSee shellhost --help.");
+    if (words.empty() || words.front().rfind(L"--", 0) == 0) {
+        return run_command(window, std::move(words));
     }
+    for (const command& each : commands) {
+        if (words.front() == each.name) {
+            return run_command(each, {words.begin() + 1, words.end()});
+        }
+    }
+    print_error(L"unknown command '" + words.front() + L"'\nSee shellhost --help.");
     return exit_usage;
 }
 

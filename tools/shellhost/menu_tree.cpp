@@ -64,7 +64,7 @@ class menu_reader {
             info.hbmpChecked != nullptr || info.hbmpUnchecked != nullptr || info.hbmpItem != nullptr;
         if (!item.is_separator && !item.is_submenu && info.wID >= first_id_) {
             item.offset = info.wID - first_id_;
-            item.help = help_of(handlers_, *item.offset);
+            item.help = handlers_ != nullptr ? help_of(handlers_, *item.offset) : std::wstring();
         }
         const bool goes_deeper = item.is_submenu && depth < deepest_submenu;
         items.push_back(std::move(item));

@@ -27,6 +27,7 @@ struct menu_item {
 };
 
 /// Reads a menu that `handlers` filled with command ids from `first_id` on; depth first, as it is shown.
+/// Without `handlers` (null) there is no help.
 [[nodiscard]] std::vector<menu_item> read_menu(HMENU menu, UINT first_id, IContextMenu* handlers);
 
 /// The item as one line: its number, text and state.

@@ -1,0 +1,150 @@
+#include "tools/wine_shell/view_menus.h"
+
+#include <commctrl.h>
+#include <windowsx.h>
+#include <wrl/client.h>
+
+#include <memory>
+#include <new>
+
+#include "ovufc/com/guard.h"
+#include "tools/wine_shell/item_paths.h"
+#include "tools/wine_shell/menu_tracking.h"
+#include "tools/wine_shell/selection_menu.h"
+#include "tools/wine_shell/system.h"
+
+namespace ov::wine_shell {
+
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+constexpr UINT_PTR subclass_id = 0x564D;
+/// A window property: this view has its menus already.
+constexpr const wchar_t* attached_mark = L"OrvaneViewMenus";
+
+/// What is selected in a view, with everything a menu needs.
+struct view_selection {
+    ComPtr<IShellFolder> folder;
+    ComPtr<IDataObject> data;
+    item_selection ids;
+};
+
+/// The view is asked anew each time through its window's data; it lives as long as its window.
+class attached_view {
+  public:
+    attached_view(IShellView* view, IUnknown* site) noexcept : view_(view), site_(site) {}
+
+    [[nodiscard]] HRESULT read(view_selection& read) const {
+        ComPtr<IFolderView> folder_view;
+        HRESULT result = view_->GetItemObject(SVGIO_SELECTION, IID_PPV_ARGS(read.data.GetAddressOf()));
+        if (SUCCEEDED(result)) {
+            result = view_->QueryInterface(IID_PPV_ARGS(folder_view.GetAddressOf()));
+        }
+        if (SUCCEEDED(result)) {
+            result = folder_view->GetFolder(IID_PPV_ARGS(read.folder.GetAddressOf()));
+        }
+        return SUCCEEDED(result) ? read_selection(read.data.Get(), read.ids) : result;
+    }
+
+    /// S_OK when the menu was shown; anything else leaves the click to the view.
+    [[nodiscard]] HRESULT show_menu(HWND window, POINT where) const {
+        view_selection selection;
+        ComPtr<IContextMenu> menu;
+        HRESULT result = read(selection);
+        if (SUCCEEDED(result)) {
+            result = make_selection_menu(window, selection.folder.Get(), selection.ids, selection.data.Get(),
+                                         menu.GetAddressOf());
+        }
+        if (SUCCEEDED(result)) {
+            const bool shift = GetKeyState(VK_SHIFT) < 0;
+            track_menu(window, menu.Get(), site_, where, CMF_NORMAL | (shift ? CMF_EXTENDEDVERBS : 0));
+        }
+        return result;
+    }
+
+    /// S_OK when the default verb of the item was run; anything else leaves the click to the view.
+    [[nodiscard]] HRESULT activate(HWND window) const {
+        view_selection selection;
+        ComPtr<IContextMenu> menu;
+        HRESULT result = read(selection);
+        if (FAILED(result) || selection.ids.items.size() != 1) {
+            return FAILED(result) ? result : S_FALSE;
+        }
+        if (attributes_of_item(selection.folder.Get(), selection.ids.items.front().get(), SFGAO_FOLDER) !=
+            0) {
+            return S_FALSE;
+        }
+        result = make_selection_menu(window, selection.folder.Get(), selection.ids, selection.data.Get(),
+                                     menu.GetAddressOf());
+        return SUCCEEDED(result) ? run_default_command(window, menu.Get(), site_) : result;
+    }
+
+  private:
+    IShellView* view_;
+    IUnknown* site_;
+};
+
+/// Where a menu called up by the keyboard opens: at the first selected item.
+POINT place_of_selection(HWND view_window) noexcept {
+    const HWND list = FindWindowExW(view_window, nullptr, WC_LISTVIEWW, nullptr);
+    RECT place{};
+    const int selected = ListView_GetNextItem(list, -1, LVNI_SELECTED);
+    if (selected >= 0) {
+        ListView_GetItemRect(list, selected, &place, LVIR_ICON);
+    }
+    POINT where{place.left + (place.right - place.left) / 2, place.top + (place.bottom - place.top) / 2};
+    ClientToScreen(list, &where);
+    return where;
+}
+
+bool answer_context_menu(const attached_view& view, HWND window, LPARAM lparam) {
+    POINT where{GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)};
+    if (where.x == -1 && where.y == -1) {
+        where = place_of_selection(window);
+    }
+    return com::guarded([&] { return view.show_menu(window, where); }) == S_OK;
+}
+
+LRESULT CALLBACK view_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR /*id*/,
+                                DWORD_PTR data) {
+    auto* view = reinterpret_cast<attached_view*>(data);
+    switch (message) {
+        case WM_CONTEXTMENU:
+            if (answer_context_menu(*view, window, lparam)) {
+                return 0;
+            }
+            break;
+        case WM_NOTIFY:
+            if (reinterpret_cast<const NMHDR*>(lparam)->code == LVN_ITEMACTIVATE &&
+                com::guarded([&] { return view->activate(window); }) == S_OK) {
+                return 0;
+            }
+            break;
+        case WM_NCDESTROY: {
+            RemoveWindowSubclass(window, &view_procedure, subclass_id);
+            RemovePropW(window, attached_mark);
+            const std::unique_ptr<attached_view> owner(view);
+            return DefSubclassProc(window, message, wparam, lparam);
+        }
+        default:
+            break;
+    }
+    return DefSubclassProc(window, message, wparam, lparam);
+}
+
+}  // namespace
+
+void attach_view_menus(IShellView* view, IUnknown* site) noexcept {
+    HWND window = nullptr;
+    if (!system_is_wine() || FAILED(view->GetWindow(&window)) || GetPropW(window, attached_mark) != nullptr) {
+        return;
+    }
+    std::unique_ptr<attached_view> made(new (std::nothrow) attached_view(view, site));
+    if (made != nullptr &&
+        SetWindowSubclass(window, &view_procedure, subclass_id, reinterpret_cast<DWORD_PTR>(made.get()))) {
+        SetPropW(window, attached_mark, made.release());  // The window owns it from here on.
+    }
+}
+
+}  // namespace ov::wine_shell
