@@ -4,11 +4,17 @@
 #include <shlobj.h>
 #include <shlwapi.h>
 
+#include <algorithm>
+
 #include "tools/shellhost/browser_events.h"
 #include "tools/shellhost/command_failure.h"
 #include "tools/shellhost/console.h"
+#include "tools/shellhost/control_reader.h"
 #include "tools/shellhost/namespace_root.h"
+#include "tools/wine_shell/system.h"
+#include "tools/wine_shell/tree_menus.h"
 #include "tools/wine_shell/view_menus.h"
+#include "tools/wine_shell/view_order.h"
 
 namespace ov::shellhost {
 
@@ -27,6 +33,39 @@ std::wstring name_of(PCIDLIST_ABSOLUTE place, SIGDN kind) {
     }
     const wine_shell::unique_task<wchar_t> owner(name);
     return name;
+}
+
+/// Wine's columns are as wide as the folder suggests, which cuts some texts and wastes room on others.
+void fit_columns(HWND list) {
+    constexpr int least_width = 70;
+    constexpr int most_width = 360;
+    constexpr int extra_width = 12;
+    const int columns = Header_GetItemCount(ListView_GetHeader(list));
+    for (int i = 0; i < columns; ++i) {
+        ListView_SetColumnWidth(list, i, LVSCW_AUTOSIZE);
+        const int width = ListView_GetColumnWidth(list, i) + extra_width;
+        ListView_SetColumnWidth(list, i, std::clamp(width, least_width, most_width));
+    }
+}
+
+HWND list_of(IUnknown* view) {
+    HWND window = nullptr;
+    (void)IUnknown_GetWindow(view, &window);
+    return FindWindowExW(window, nullptr, WC_LISTVIEWW, nullptr);
+}
+
+/// Makes a Wine view look as views look elsewhere: icons in rows and not in columns, columns that fit, and
+/// nothing left of the mode before.
+void tidy_view(IUnknown* view) {
+    const HWND list = list_of(view);
+    if (list == nullptr || !wine_shell::system_is_wine()) {
+        return;
+    }
+    const LONG_PTR style = GetWindowLongPtrW(list, GWL_STYLE);
+    SetWindowLongPtrW(list, GWL_STYLE, style & ~LONG_PTR{LVS_ALIGNMASK});
+    ListView_Arrange(list, LVA_DEFAULT);
+    fit_columns(list);
+    InvalidateRect(list, nullptr, TRUE);
 }
 
 UINT mode_of(int command) {
@@ -104,6 +143,7 @@ void browser_window::create_browser() {
     if (FAILED(result)) {
         throw command_failure(L"the system's explorer browser cannot be made: " + describe(result));
     }
+    site_.Attach(com::make_object<browser_site>(browser_.Get()));
     ComPtr<browser_events> events;
     events.Attach(com::make_object<browser_events>([this] { is_navigating_ = true; },
                                                    [this](PCIDLIST_ABSOLUTE place) { arrived(place); }));
@@ -129,7 +169,8 @@ void browser_window::describe_view() {
     const std::wstring name = name_of(place_.get(), SIGDN_NORMALDISPLAY);
     SetWindowTextW(window_, (name + title_end).c_str());
     const std::wstring path = name_of(place_.get(), SIGDN_FILESYSPATH);
-    tools_.show_place(path.empty() ? name : path);
+    const bool is_path = !path.empty() && path.rfind(L"::", 0) != 0;
+    tools_.show_place(is_path ? path : name);
 
     ComPtr<IFolderView2> folder_view;
     ComPtr<IShellView> view;
@@ -137,7 +178,7 @@ void browser_window::describe_view() {
         FAILED(view.As(&folder_view))) {
         return;
     }
-    wine_shell::attach_view_menus(view.Get(), browser_.Get());
+    complete_view(view.Get(), folder_view.Get());
     UINT mode = FVM_DETAILS;
     (void)folder_view->GetCurrentViewMode(&mode);
     tools_.show_mode(command_of(mode));
@@ -151,6 +192,16 @@ void browser_window::set_mode(int command) {
     if (SUCCEEDED(browser_->GetCurrentView(IID_PPV_ARGS(view.GetAddressOf())))) {
         (void)view->SetCurrentViewMode(mode_of(command));
         tools_.show_mode(command);
+        tidy_view(view.Get());
+    }
+}
+
+void browser_window::complete_view(IShellView* view, IFolderView* folder_view) {
+    if (wine_shell::system_is_wine()) {
+        wine_shell::attach_view_menus(view, site_.Get());
+        wine_shell::attach_tree_menus(find_descendant(window_, WC_TREEVIEWW), site_.Get());
+        wine_shell::keep_folder_order(folder_view, list_of(view));
+        tidy_view(view);
     }
 }
 
@@ -214,6 +265,7 @@ void browser_window::close() {
         (void)browser_->Unadvise(events_cookie_);
         (void)browser_->Destroy();
         browser_.Reset();
+        site_->forget_browser();
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include "ovufc/noncopyable.h"
 #include "tools/shellhost/browser_bars.h"
+#include "tools/shellhost/browser_site.h"
 #include "tools/wine_shell/task_memory.h"
 
 namespace ov::shellhost {
@@ -42,6 +43,8 @@ class browser_window : noncopyable, nonmoveable {
     void go(UINT where);
     void arrived(PCIDLIST_ABSOLUTE place);
     void describe_view();
+    /// Adds to a new view what Wine's views lack.
+    void complete_view(IShellView* view, IFolderView* folder_view);
     void close();
     [[nodiscard]] RECT browser_area() const;
 
@@ -50,6 +53,7 @@ class browser_window : noncopyable, nonmoveable {
     tool_bar tools_;
     status_bar status_;
     Microsoft::WRL::ComPtr<IExplorerBrowser> browser_;
+    Microsoft::WRL::ComPtr<browser_site> site_;
     DWORD events_cookie_ = 0;
     bool is_navigating_ = false;
     wine_shell::unique_absolute_list place_;

@@ -42,7 +42,9 @@ std::vector<std::wstring> file_system_paths(const item_selection& selection) {
     std::vector<std::wstring> paths;
     for (const unique_child_list& item : selection.items) {
         std::wstring path = name_of_item(folder.Get(), item.get(), SHGDN_FORPARSING);
-        if (path.empty() || attributes_of_item(folder.Get(), item.get(), SFGAO_FILESYSTEM) == 0) {
+        // "::{class id}" names a place that is no path, whatever its attributes say.
+        if (path.empty() || path.rfind(L"::", 0) == 0 ||
+            attributes_of_item(folder.Get(), item.get(), SFGAO_FILESYSTEM) == 0) {
             return {};
         }
         paths.push_back(std::move(path));

@@ -2,10 +2,17 @@
 
 #include <commctrl.h>
 #include <shellapi.h>
+#include <shlguid.h>
+#include <shlobj.h>
 #include <shlwapi.h>
 #include <wrl/client.h>
 
+#include <array>
+
+#include "ovufc/com/guard.h"
 #include "ovufc/win/handle.h"
+#include "tools/wine_shell/item_paths.h"
+#include "tools/wine_shell/menu_pictures.h"
 
 namespace ov::wine_shell {
 
@@ -81,19 +88,49 @@ HRESULT invoke(HWND owner, IContextMenu* menu, UINT offset) noexcept {
     return menu->InvokeCommand(reinterpret_cast<CMINVOKECOMMANDINFO*>(&info));
 }
 
+/// True when the command opens the folder and the site's browser went there.
+bool browses(IContextMenu* menu, UINT offset, IUnknown* site, PCIDLIST_ABSOLUTE target) noexcept {
+    constexpr UINT verb_chars = 64;
+    std::array<wchar_t, verb_chars> verb{};
+    ComPtr<IShellBrowser> browser;
+    if (target == nullptr ||
+        FAILED(menu->GetCommandString(offset, GCS_VERBW, nullptr, reinterpret_cast<LPSTR>(verb.data()),
+                                      verb_chars))) {
+        return false;
+    }
+    const bool opens = lstrcmpiW(verb.data(), L"open") == 0 || lstrcmpiW(verb.data(), L"explore") == 0;
+    return opens &&
+           SUCCEEDED(
+               IUnknown_QueryService(site, SID_STopLevelBrowser, IID_PPV_ARGS(browser.GetAddressOf()))) &&
+           SUCCEEDED(browser->BrowseObject(target, SBSP_SAMEBROWSER | SBSP_ABSOLUTE));
+}
+
 }  // namespace
 
-void track_menu(HWND owner, IContextMenu* menu, IUnknown* site, POINT where, UINT flags) noexcept {
+unique_absolute_list folder_target(IShellFolder* folder, const item_selection& selection) noexcept {
+    if (selection.items.size() != 1 ||
+        attributes_of_item(folder, selection.items.front().get(), SFGAO_FOLDER) == 0) {
+        return nullptr;
+    }
+    return unique_absolute_list(ILCombine(selection.folder.get(), selection.items.front().get()));
+}
+
+void track_menu(HWND owner, IContextMenu* menu, IUnknown* site, POINT where, UINT flags,
+                PCIDLIST_ABSOLUTE target) noexcept {
     const unique_menu popup(CreatePopupMenu());
     const site_scope scope(menu, site);
     if (FAILED(menu->QueryContextMenu(popup.get(), 0, first_id, last_id, flags)) ||
         GetMenuItemCount(popup.get()) <= 0) {
         return;
     }
-    const UINT chosen = choose(owner, menu, popup.get(), where);
-    if (chosen >= first_id) {
-        (void)invoke(owner, menu, chosen - first_id);
-    }
+    (void)com::guarded([&] {
+        const auto pictures = show_marks_as_pictures(popup.get());
+        const UINT chosen = choose(owner, menu, popup.get(), where);
+        if (chosen < first_id || browses(menu, chosen - first_id, site, target)) {
+            return S_FALSE;
+        }
+        return invoke(owner, menu, chosen - first_id);
+    });
 }
 
 HRESULT run_default_command(HWND owner, IContextMenu* menu, IUnknown* site) noexcept {

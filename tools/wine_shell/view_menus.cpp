@@ -47,7 +47,20 @@ class attached_view {
         return SUCCEEDED(result) ? read_selection(read.data.Get(), read.ids) : result;
     }
 
-    /// S_OK when the menu was shown; anything else leaves the click to the view.
+    /// True when something is selected: the menu is ours to show.
+    [[nodiscard]] bool has_selection() const {
+        view_selection selection;
+        return SUCCEEDED(read(selection));
+    }
+
+    /// True when the selected item's own menu has the registered handlers, as those of this library have.
+    /// Wine's own folders know how to open their items, with a menu of their own.
+    [[nodiscard]] bool activates() const {
+        view_selection selection;
+        ComPtr<IContextMenu> menu;
+        return SUCCEEDED(read(selection)) && SUCCEEDED(own_menu(selection, menu)) && has_handlers(menu.Get());
+    }
+
     [[nodiscard]] HRESULT show_menu(HWND window, POINT where) const {
         view_selection selection;
         ComPtr<IContextMenu> menu;
@@ -58,29 +71,32 @@ class attached_view {
         }
         if (SUCCEEDED(result)) {
             const bool shift = GetKeyState(VK_SHIFT) < 0;
-            track_menu(window, menu.Get(), site_, where, CMF_NORMAL | (shift ? CMF_EXTENDEDVERBS : 0));
+            const auto target = folder_target(selection.folder.Get(), selection.ids);
+            track_menu(window, menu.Get(), site_, where, CMF_NORMAL | (shift ? CMF_EXTENDEDVERBS : 0),
+                       target.get());
         }
         return result;
     }
 
-    /// S_OK when the default verb of the item was run; anything else leaves the click to the view.
     [[nodiscard]] HRESULT activate(HWND window) const {
         view_selection selection;
         ComPtr<IContextMenu> menu;
         HRESULT result = read(selection);
-        if (FAILED(result) || selection.ids.items.size() != 1) {
-            return FAILED(result) ? result : S_FALSE;
+        if (SUCCEEDED(result)) {
+            result = own_menu(selection, menu);
         }
-        if (attributes_of_item(selection.folder.Get(), selection.ids.items.front().get(), SFGAO_FOLDER) !=
-            0) {
-            return S_FALSE;
-        }
-        result = make_selection_menu(window, selection.folder.Get(), selection.ids, selection.data.Get(),
-                                     menu.GetAddressOf());
         return SUCCEEDED(result) ? run_default_command(window, menu.Get(), site_) : result;
     }
 
   private:
+    [[nodiscard]] static HRESULT own_menu(const view_selection& selection, ComPtr<IContextMenu>& menu) {
+        const auto children = selection.ids.children();
+        const HRESULT result = selection.folder->GetUIObjectOf(
+            nullptr, static_cast<UINT>(children.size()), children.data(), __uuidof(IContextMenu), nullptr,
+            reinterpret_cast<void**>(menu.ReleaseAndGetAddressOf()));
+        return SUCCEEDED(result) && menu == nullptr ? E_NOINTERFACE : result;
+    }
+
     IShellView* view_;
     IUnknown* site_;
 };
@@ -98,26 +114,49 @@ POINT place_of_selection(HWND view_window) noexcept {
     return where;
 }
 
-bool answer_context_menu(const attached_view& view, HWND window, LPARAM lparam) {
-    POINT where{GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)};
+/// Runs `body`; true when it returned true. What it throws is a failed allocation: the click is the view's
+/// then.
+template <class Body>
+bool holds(Body&& body) noexcept {
+    return com::guarded([&] { return body() ? S_OK : S_FALSE; }) == S_OK;
+}
+
+/// What a click leads to may take the view away, which its list control would not survive in the middle of
+/// its own notification: clicks are answered by a message of their own.
+enum posted_task : WPARAM { task_show_menu, task_activate };
+
+UINT posted_message() noexcept {
+    static const UINT message = RegisterWindowMessageW(L"OrvaneViewMenus");
+    return message;
+}
+
+void run_posted(const attached_view& view, HWND window, WPARAM task, LPARAM parameter) {
+    POINT where{GET_X_LPARAM(parameter), GET_Y_LPARAM(parameter)};
     if (where.x == -1 && where.y == -1) {
         where = place_of_selection(window);
     }
-    return com::guarded([&] { return view.show_menu(window, where); }) == S_OK;
+    (void)com::guarded(
+        [&] { return task == task_show_menu ? view.show_menu(window, where) : view.activate(window); });
 }
 
 LRESULT CALLBACK view_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR /*id*/,
                                 DWORD_PTR data) {
     auto* view = reinterpret_cast<attached_view*>(data);
+    if (message == posted_message()) {
+        run_posted(*view, window, wparam, lparam);
+        return 0;
+    }
     switch (message) {
         case WM_CONTEXTMENU:
-            if (answer_context_menu(*view, window, lparam)) {
+            if (holds([&] { return view->has_selection(); })) {
+                PostMessageW(window, posted_message(), task_show_menu, lparam);
                 return 0;
             }
             break;
         case WM_NOTIFY:
             if (reinterpret_cast<const NMHDR*>(lparam)->code == LVN_ITEMACTIVATE &&
-                com::guarded([&] { return view->activate(window); }) == S_OK) {
+                holds([&] { return view->activates(); })) {
+                PostMessageW(window, posted_message(), task_activate, 0);
                 return 0;
             }
             break;

@@ -6,8 +6,8 @@
 namespace ov::wine_shell {
 
 /// Gives one of Wine's folder views what Explorer's views do by themselves: a right-click on items shows the
-/// full menu with the registered handlers, and a double-click on an item that is no folder runs its default
-/// verb, asked for as such (CMF_DEFAULTONLY). Everything else stays the view's.
+/// full menu with the registered handlers, and a double-click on an item whose folder uses this library's
+/// menus runs the default verb, asked for as such (CMF_DEFAULTONLY). Everything else stays the view's.
 ///
 /// Call it once a view has its window; it lasts as long as the window. `site` is the site that the menus get;
 /// it must outlive the view's window. On Windows nothing is done.
