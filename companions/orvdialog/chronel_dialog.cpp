@@ -29,7 +29,10 @@ void chronel_dialog::fill(ChronelDialogResult& result) const noexcept {
 
 bool chronel_dialog::on_open() {
     SetWindowTextW(control(IDC_CHRONELS_FILE), file_path_.c_str());
-    SendMessageW(control(IDC_CHRONELS_ICON), STM_SETICON, reinterpret_cast<WPARAM>(icon_), 0);
+    // A copy of the size that there is room for: a caller's icon may be of any, or no icon at all.
+    const int side = GetSystemMetrics(SM_CXMENUSIZE);
+    shown_icon_.reset(static_cast<HICON>(CopyImage(icon_, IMAGE_ICON, side, side, 0)));
+    SendMessageW(control(IDC_CHRONELS_ICON), STM_SETICON, reinterpret_cast<WPARAM>(shown_icon_.get()), 0);
     const HWND list = control(IDC_CHRONELS_LIST);
     ListView_SetExtendedListViewStyle(list, LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP);
     add_chronel_columns(list);

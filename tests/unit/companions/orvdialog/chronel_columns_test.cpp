@@ -10,7 +10,7 @@ chronel sample() {
     chronel item;
     item.file_name = L"C:\\Album\\sea.txt";
     item.type = L"manual";
-    item.time = 133'500'000'000'000'000;  // 16 January 2024, 21:20 UTC
+    item.time = 133'500'000'000'000'000;  // 17 January 2024, 21:20 UTC
     item.size_bytes = 2048;
     return item;
 }
