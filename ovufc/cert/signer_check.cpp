@@ -5,7 +5,7 @@
 #include <wintrust.h>
 
 #include <algorithm>
-#include <cstring>
+#include <cstddef>
 #include <cwctype>
 
 #include "ovufc/cert/cert_context.h"
@@ -16,14 +16,9 @@ namespace {
 
 constexpr std::wstring_view maker = L"Orvane, Inc.";
 
-/// WINTRUST_DATA as Windows 8 and later have it: with a last pointer (signature settings) that not every
-/// header declares. The pointer stays null.
-constexpr DWORD trust_data_size = sizeof(void*) == 8 ? 80 : 52;
-union trust_data {
-    WINTRUST_DATA fields;
-    char whole[trust_data_size];
-};
-static_assert(sizeof(trust_data) == trust_data_size);
+/// WINTRUST_DATA up to the last member that every Windows has; newer headers declare one more behind it.
+constexpr DWORD trust_data_size = offsetof(WINTRUST_DATA, dwUIContext) + sizeof(DWORD);
+static_assert(sizeof(void*) != 8 || trust_data_size == 80);
 static_assert(sizeof(void*) != 8 || sizeof(WINTRUST_FILE_INFO) == 32);
 
 bool has_valid_signature(const wchar_t* path) noexcept {
@@ -31,22 +26,21 @@ bool has_valid_signature(const wchar_t* path) noexcept {
     file.cbStruct = sizeof file;
     file.pcwszFilePath = path;
 
-    trust_data data;
-    std::memset(&data, 0, sizeof data);
-    data.fields.cbStruct = trust_data_size;
-    data.fields.dwUIChoice = WTD_UI_NONE;
-    data.fields.fdwRevocationChecks = WTD_REVOKE_NONE;
-    data.fields.dwUnionChoice = WTD_CHOICE_FILE;
-    data.fields.pFile = &file;
-    data.fields.dwStateAction = WTD_STATEACTION_VERIFY;
-    data.fields.dwProvFlags = WTD_CACHE_ONLY_URL_RETRIEVAL;
+    WINTRUST_DATA data{};
+    data.cbStruct = trust_data_size;
+    data.dwUIChoice = WTD_UI_NONE;
+    data.fdwRevocationChecks = WTD_REVOKE_NONE;
+    data.dwUnionChoice = WTD_CHOICE_FILE;
+    data.pFile = &file;
+    data.dwStateAction = WTD_STATEACTION_VERIFY;
+    data.dwProvFlags = WTD_CACHE_ONLY_URL_RETRIEVAL;
 
     GUID action = WINTRUST_ACTION_GENERIC_VERIFY_V2;
     const auto no_window = static_cast<HWND>(INVALID_HANDLE_VALUE);
-    const LONG result = WinVerifyTrust(no_window, &action, &data.fields);
+    const LONG result = WinVerifyTrust(no_window, &action, &data);
     // The state of a verification that failed has to be freed too.
-    data.fields.dwStateAction = WTD_STATEACTION_CLOSE;
-    WinVerifyTrust(no_window, &action, &data.fields);
+    data.dwStateAction = WTD_STATEACTION_CLOSE;
+    WinVerifyTrust(no_window, &action, &data);
     return result == ERROR_SUCCESS;
 }
 
