@@ -1,0 +1,133 @@
+#include "shell/menu_icon.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+#include "tests/support/handle_ledger.h"
+#include "tests/support/import_patch.h"
+#include "tests/support/module_attach.h"
+
+namespace ov::shell {
+namespace {
+
+using test::import_patch;
+using testing::IsEmpty;
+
+HMODULE this_program() {
+    return GetModuleHandleW(nullptr);
+}
+
+TEST(MenuIcon, bitmap_isSquareWith32BitsAPixel_bottomUp) {
+    const unique_icon icon = load_menu_icon();
+    ASSERT_TRUE(icon);
+    const unique_bitmap bitmap = make_menu_bitmap(icon.get());
+    ASSERT_TRUE(bitmap);
+    DIBSECTION section{};
+    ASSERT_EQ(GetObjectW(bitmap.get(), sizeof section, &section), static_cast<int>(sizeof section));
+    const int side = GetSystemMetrics(SM_CXMENUSIZE);
+    EXPECT_EQ(section.dsBmih.biWidth, side);
+    EXPECT_EQ(section.dsBmih.biHeight, side);
+    EXPECT_EQ(section.dsBmih.biBitCount, 32);
+    EXPECT_EQ(section.dsBmih.biCompression, static_cast<DWORD>(BI_RGB));
+}
+
+TEST(MenuIcon, bitmap_carriesTheIconsTransparency) {
+    const unique_icon icon = load_menu_icon();
+    const unique_bitmap bitmap = make_menu_bitmap(icon.get());
+    DIBSECTION section{};
+    ASSERT_EQ(GetObjectW(bitmap.get(), sizeof section, &section), static_cast<int>(sizeof section));
+    ASSERT_NE(section.dsBm.bmBits, nullptr);
+    const auto pixels = static_cast<std::size_t>(section.dsBmih.biWidth) * section.dsBmih.biHeight;
+    std::vector<std::uint32_t> colours(pixels);
+    std::memcpy(colours.data(), section.dsBm.bmBits, pixels * sizeof(std::uint32_t));
+    int opaque = 0;
+    int transparent = 0;
+    for (const std::uint32_t colour : colours) {
+        opaque += (colour >> 24) == 0xFF ? 1 : 0;
+        transparent += (colour >> 24) == 0 ? 1 : 0;
+    }
+    EXPECT_GT(opaque, 0) << "without alpha the mark is drawn black or not at all";
+    EXPECT_GT(transparent, 0) << "without transparent pixels it stands on a square";
+}
+
+TEST(MenuIcon, noIcon_givesNoBitmap) {
+    EXPECT_FALSE(make_menu_bitmap(nullptr));
+}
+
+TEST(MenuIcon, icon_isAskedForAtMenuSizeFromThisModule) {
+    static HINSTANCE asked_module;
+    static LPCWSTR asked_name;
+    static int asked_cx;
+    static int asked_cy;
+    static UINT asked_type;
+    static UINT asked_flags;
+    const import_patch<decltype(LoadImageW)> patch(
+        this_program(), "user32.dll", "LoadImageW",
+        [](HINSTANCE module, LPCWSTR name, UINT type, int cx, int cy, UINT flags) -> HANDLE {
+            asked_module = module;
+            asked_name = name;
+            asked_type = type;
+            asked_cx = cx;
+            asked_cy = cy;
+            asked_flags = flags;
+            return nullptr;
+        });
+    EXPECT_FALSE(load_menu_icon());
+    EXPECT_EQ(asked_module, this_program());
+    EXPECT_EQ(asked_name, MAKEINTRESOURCEW(103));
+    EXPECT_EQ(asked_type, static_cast<UINT>(IMAGE_ICON));
+    EXPECT_EQ(asked_cx, GetSystemMetrics(SM_CXMENUSIZE));
+    EXPECT_EQ(asked_cy, asked_cx);
+    EXPECT_EQ(asked_flags, 0U);
+}
+
+TEST(MenuIcon, icon_isDrawnWholeAndNeverMirrored) {
+    static UINT asked_flags;
+    const import_patch<decltype(DrawIconEx)> patch(
+        this_program(), "user32.dll", "DrawIconEx",
+        [](HDC, int, int, HICON, int, int, UINT, HBRUSH, UINT flags) -> BOOL {
+            asked_flags = flags;
+            return TRUE;
+        });
+    const unique_icon icon = load_menu_icon();
+    EXPECT_TRUE(make_menu_bitmap(icon.get()));
+    EXPECT_EQ(asked_flags, 0x13U);
+}
+
+TEST(MenuIcon, everyHandle_isGivenBack) {
+    const test::handle_ledger ledger(this_program());
+    {
+        const unique_icon icon = load_menu_icon();
+        const unique_bitmap bitmap = make_menu_bitmap(icon.get());
+        EXPECT_TRUE(bitmap);
+    }
+    EXPECT_THAT(ledger.outstanding(), IsEmpty());
+    EXPECT_EQ(ledger.made_by("GetIconInfo"), 2);
+}
+
+// What fails half-way leaves no bitmap and no handle behind.
+template <class Function>
+void expect_no_bitmap_without(const char* dll, const char* name, Function* failing) {
+    const unique_icon icon = load_menu_icon();
+    const import_patch<Function> patch(this_program(), dll, name, failing);
+    const test::handle_ledger ledger(this_program());
+    EXPECT_FALSE(make_menu_bitmap(icon.get())) << name;
+    EXPECT_THAT(ledger.outstanding(), IsEmpty()) << name;
+}
+
+TEST(MenuIcon, failureOfEachStep_leavesNoBitmapAndNoHandle) {
+    expect_no_bitmap_without<decltype(GetIconInfo)>("user32.dll", "GetIconInfo",
+                                                    [](HICON, PICONINFO) -> BOOL { return FALSE; });
+    expect_no_bitmap_without<decltype(CreateCompatibleDC)>("gdi32.dll", "CreateCompatibleDC",
+                                                           [](HDC) -> HDC { return nullptr; });
+    expect_no_bitmap_without<decltype(CreateDIBSection)>(
+        "gdi32.dll", "CreateDIBSection",
+        [](HDC, const BITMAPINFO*, UINT, void**, HANDLE, DWORD) -> HBITMAP { return nullptr; });
+}
+
+}  // namespace
+}  // namespace ov::shell

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "module/state/module_state.h"
+#include "tests/support/message_texts.h"
+#include "tests/support/module_attach.h"
+#include "tests/support/shipped_module.h"
+
+namespace ov::test {
+
+/// Tests that see message numbers for texts. The resource library built beside the program is loaded once.
+class texts_fixture : public testing::Test {
+  protected:
+    static void SetUpTestSuite() { module_state::resource_strings.load(program_directory() + L"orvres.dll"); }
+
+  private:
+    message_texts texts_{GetModuleHandleW(nullptr)};
+};
+
+}  // namespace ov::test
