@@ -13,18 +13,22 @@
 
 namespace ov::test {
 
-/// A selection as a host hands it to a shell extension: a data object that holds a file list (CF_HDROP).
+/// A selection as a host hands it to a shell extension: a data object that holds a file list (CF_HDROP), and
+/// item ids where a test adds them.
 ///
-/// The memory block stays the data object's own: each medium that it lends names the object itself as the one
-/// to release, so a test sees whether every medium came back and whether the block was unlocked. One thread.
+/// The file list's memory stays the data object's own: each medium that it lends names the object itself as
+/// the one to release, so a test sees whether every medium came back and whether the block was unlocked. One
+/// thread.
 class data_object final
     : public com::com_object<data_object, com::bases<IDataObject>,
                              com::answers<com::answer<IUnknown, IDataObject>, com::answer<IDataObject>>> {
   public:
-    explicit data_object(const std::vector<std::byte>& block);
+    data_object() = default;
     ~data_object();
 
-    /// What the next requests get: S_OK lends the block, anything else is returned as it is.
+    void add(CLIPFORMAT format, const std::vector<std::byte>& block);
+
+    /// What the next requests get: S_OK lends a block, anything else is returned as it is.
     HRESULT answer = S_OK;
     /// The medium lent names no block.
     bool lend_nothing = false;
@@ -33,8 +37,8 @@ class data_object final
 
     [[nodiscard]] int requests() const noexcept { return requests_; }
     [[nodiscard]] FORMATETC last_format() const noexcept { return last_format_; }
-    /// How often the block is locked at this moment.
-    [[nodiscard]] UINT lock_count() const noexcept { return GlobalFlags(block_) & GMEM_LOCKCOUNT; }
+    /// How many locks are held on the blocks at this moment.
+    [[nodiscard]] UINT lock_count() const noexcept;
     /// References to the object; mediums that are out count.
     [[nodiscard]] ULONG references() noexcept;
 
@@ -58,7 +62,13 @@ class data_object final
     EnumDAdvise(IEnumSTATDATA** connections) noexcept override;
 
   private:
-    HGLOBAL block_;
+    [[nodiscard]] HGLOBAL find(const FORMATETC& format) const noexcept;
+
+    struct held_block {
+        CLIPFORMAT format;
+        HGLOBAL memory;
+    };
+    std::vector<held_block> blocks_;
     int requests_ = 0;
     FORMATETC last_format_{};
 };
@@ -70,6 +80,8 @@ class data_object final
 
 /// A selection of `paths`.
 [[nodiscard]] Microsoft::WRL::ComPtr<data_object> select_paths(const std::vector<std::wstring>& paths);
+/// A selection of paths that exist, with their item ids as the shell's own selections have them.
+[[nodiscard]] Microsoft::WRL::ComPtr<data_object> select_items(const std::vector<std::wstring>& paths);
 /// A selection whose file list is `block`, whatever that holds.
 [[nodiscard]] Microsoft::WRL::ComPtr<data_object> select_block(const std::vector<std::byte>& block);
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <shellapi.h>
+#include <shlobj.h>
 #include <shobjidl.h>
 
 namespace ov::test {
@@ -64,6 +65,18 @@ TEST(DataObject, refusal_isReturnedAsItIs) {
     STGMEDIUM medium{};
     EXPECT_EQ(selection->GetData(&format, &medium), E_ACCESSDENIED);
     EXPECT_EQ(selection->references(), 1U);
+}
+
+TEST(DataObject, itemIds_makeTheShellsOwnItems) {
+    const auto selection = select_items({L"C:\\windows"});
+    Microsoft::WRL::ComPtr<IShellItemArray> items;
+    ASSERT_EQ(SHCreateShellItemArrayFromDataObject(selection.Get(), IID_PPV_ARGS(&items)), S_OK);
+    Microsoft::WRL::ComPtr<IShellItem> item;
+    ASSERT_EQ(items->GetItemAt(0, &item), S_OK);
+    wchar_t* path = nullptr;
+    ASSERT_EQ(item->GetDisplayName(SIGDN_FILESYSPATH, &path), S_OK);
+    EXPECT_EQ(_wcsicmp(path, L"C:\\windows"), 0);
+    CoTaskMemFree(path);
 }
 
 TEST(DataObject, otherFormats_areNotThere) {
