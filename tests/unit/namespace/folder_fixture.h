@@ -17,6 +17,8 @@
 #include "namespace/item_id.h"
 #include "namespace/item_types.h"
 #include "namespace/orv_name_space.h"
+#include "ovufc/ipc/drvport/wire.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/module_attach.h"
 #include "tests/support/shipped_module.h"
 #include "ovufc/com/adopt.h"
@@ -24,6 +26,20 @@
 namespace ov::test {
 
 using Microsoft::WRL::ComPtr;
+
+/// Every file but the driver's device, which is absent whatever else runs on this system.
+inline HANDLE WINAPI open_all_but_the_device(LPCWSTR path, DWORD access, DWORD share,
+                                             SECURITY_ATTRIBUTES* security, DWORD disposition,
+                                             DWORD attributes, HANDLE model) {
+    if (_wcsicmp(path, ORV_DEVICE_PATH) == 0) {
+        SetLastError(ERROR_FILE_NOT_FOUND);
+        return INVALID_HANDLE_VALUE;
+    }
+    // Not by its import, which leads here.
+    static const auto real = reinterpret_cast<decltype(&CreateFileW)>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "CreateFileW")));
+    return real(path, access, share, security, disposition, attributes, model);
+}
 
 /// A thread with COM, the resource library's texts, and one real folder made while no driver is there: the
 /// standard user folders of this system and the One Click Restore entry.
@@ -56,6 +72,11 @@ class folder_test : public testing::Test {
         return module_state::resource_strings.lookup(number);
     }
 
+  private:
+    import_patch<decltype(CreateFileW)> no_device_{GetModuleHandleW(nullptr), "kernel32.dll", "CreateFileW",
+                                                   open_all_but_the_device};
+
+  protected:
     ComPtr<name_space::orvNameSpace> folder;
 };
 

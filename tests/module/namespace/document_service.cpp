@@ -1,0 +1,62 @@
+#include "tests/module/namespace/document_service.h"
+
+#include "ovufc/json_bounded.h"
+#include "service/text.h"
+
+namespace ov::test {
+
+namespace {
+
+constexpr int get_protected_folders_call = 35;
+
+void write_file(const std::wstring& path, const std::string& content) {
+    const win::unique_file file(
+        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    DWORD written = 0;
+    WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr);
+}
+
+}  // namespace
+
+document_service::document_service()
+    : service_([this](const scripted_request& request) { return answer(request); }) {}
+
+void document_service::publish(const std::string& document) {
+    const win::exclusive_lock lock(lock_);
+    document_ = document;
+    fails_ = false;
+    service_.set_generation(++generation_);
+}
+
+void document_service::fail() {
+    const win::exclusive_lock lock(lock_);
+    fails_ = true;
+}
+
+bool document_service::last_file_exists() const {
+    const win::shared_lock lock(lock_);
+    return GetFileAttributesW(last_file_.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+std::optional<scripted_reply> document_service::answer(const scripted_request& request) {
+    const json call = parse_bounded(request.text);
+    if (call.is_discarded() || call.value("serviceCall", 0) != get_protected_folders_call) {
+        return R"({"statusCode":1,"data":{}})";
+    }
+    const int number = ++fetches_;
+    const win::exclusive_lock lock(lock_);
+    scripted_reply reply(R"({"statusCode":1,"data":{}})");
+    if (!fails_) {
+        const std::string folder = call["parameters"].value("tempFolder", "");
+        last_file_ = service::from_utf8(folder + "orv_locations_" + std::to_string(GetCurrentProcessId()) +
+                                        "_" + std::to_string(number) + ".json");
+        write_file(last_file_, document_);
+        json data;
+        data["objPath"] = service::to_utf8(last_file_);
+        reply.bytes = json{{"statusCode", 0}, {"data", data}}.dump();
+    }
+    reply.delay_ms = delay_ms_;
+    return reply;
+}
+
+}  // namespace ov::test
