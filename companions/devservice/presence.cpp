@@ -1,0 +1,41 @@
+#include "companions/devservice/presence.h"
+
+#include "companions/devservice/named_objects.h"
+
+namespace ov::devservice {
+
+presence::presence(const std::wstring& state_folder) {
+    section_.reset(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
+                                      sizeof(presence_block),
+                                      object_name(state_folder, L"presence").c_str()));
+    error_ = GetLastError();
+    if (error_ == ERROR_ALREADY_EXISTS) {
+        error_ = ERROR_SERVICE_ALREADY_RUNNING;
+    }
+    if (error_ != ERROR_SUCCESS) {
+        return;
+    }
+    reload_.reset(CreateEventW(nullptr, FALSE, FALSE, object_name(state_folder, L"reload").c_str()));
+    stop_.reset(CreateEventW(nullptr, TRUE, FALSE, object_name(state_folder, L"stop").c_str()));
+    block_ = static_cast<presence_block*>(MapViewOfFile(section_.get(), FILE_MAP_ALL_ACCESS, 0, 0, 0));
+    if (!reload_ || !stop_ || block_ == nullptr) {
+        error_ = GetLastError();
+        return;
+    }
+    // A command may still hold the events of a service before this one.
+    ResetEvent(stop_.get());
+    error_ = ERROR_SUCCESS;
+    InterlockedExchange(&block_->process_id, static_cast<LONG>(GetCurrentProcessId()));
+}
+
+presence::~presence() {
+    if (block_ != nullptr) {
+        UnmapViewOfFile(block_);
+    }
+}
+
+void presence::publish(std::uint64_t revision) noexcept {
+    InterlockedExchange64(&block_->revision, static_cast<LONG64>(revision));
+}
+
+}  // namespace ov::devservice

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <string>
+
+#include "ovufc/win/handle.h"
+
+namespace ov::devservice {
+
+/// What a running service shows to the commands on the same state folder: a small shared section.
+struct presence_block {
+    volatile LONG process_id;
+    volatile LONG64 revision;  // of the state that it serves
+};
+
+/// The running service's side: the section, and the two events by which commands reach it. They vanish with
+/// the process, however it ends, so a service that crashed does not look alive.
+class presence {
+  public:
+    explicit presence(const std::wstring& state_folder);
+    presence(const presence&) = delete;
+    presence& operator=(const presence&) = delete;
+    ~presence();
+
+    /// ERROR_SUCCESS, or ERROR_SERVICE_ALREADY_RUNNING when another process serves this folder, or what
+    /// Windows says.
+    [[nodiscard]] DWORD error() const noexcept { return error_; }
+
+    /// Says that the state of this revision is the one being served now.
+    void publish(std::uint64_t revision) noexcept;
+
+    /// Set by a command that has changed the state file; resets itself.
+    [[nodiscard]] HANDLE reload_event() const noexcept { return reload_.get(); }
+    /// Set when the service shall end.
+    [[nodiscard]] HANDLE stop_event() const noexcept { return stop_.get(); }
+
+  private:
+    win::unique_kernel_handle section_;
+    win::unique_kernel_handle reload_;
+    win::unique_kernel_handle stop_;
+    presence_block* block_ = nullptr;
+    DWORD error_ = ERROR_SUCCESS;
+};
+
+}  // namespace ov::devservice

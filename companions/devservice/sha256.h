@@ -1,0 +1,33 @@
+#pragma once
+
+#include <windows.h>
+#include <bcrypt.h>
+
+#include <cstddef>
+#include <string>
+
+namespace ov::devservice {
+
+/// A running SHA-256 (BCrypt). One thread at a time.
+class sha256 {
+  public:
+    sha256() noexcept;
+    sha256(const sha256&) = delete;
+    sha256& operator=(const sha256&) = delete;
+    ~sha256();
+
+    void add(const void* bytes, std::size_t size_bytes) noexcept;
+
+    /// The digest as 64 lower-case hexadecimal digits; empty when the system's hash failed on the way.
+    /// Called once.
+    [[nodiscard]] std::string finish();
+
+  private:
+    BCRYPT_HASH_HANDLE hash_ = nullptr;
+    bool good_ = false;
+};
+
+/// True for text of the form that `finish` gives.
+[[nodiscard]] bool is_digest(const std::string& text) noexcept;
+
+}  // namespace ov::devservice

@@ -1,0 +1,179 @@
+#include "companions/devservice/state_json.h"
+
+#include <exception>
+#include <stdexcept>
+
+#include "companions/devservice/json_text.h"
+#include "companions/devservice/sha256.h"
+#include "companions/devservice/text.h"
+#include "ovufc/json_bounded.h"
+
+namespace ov::devservice {
+namespace {
+
+constexpr int format_version = 1;
+constexpr const char* copy_kind_names[] = {"first", "restorePoint", "beforeRestore"};
+
+// Every path in the state was checked to be well formed when it came in.
+std::string text_of(const std::wstring& path) {
+    return to_utf8_lossy(path);
+}
+
+std::wstring path_from(const json& value) {
+    std::optional<std::wstring> path = from_utf8(value.get_ref<const std::string&>());
+    if (!path) {
+        throw std::runtime_error("not UTF-8");
+    }
+    return *std::move(path);
+}
+
+json list_to_json(const std::vector<std::wstring>& list) {
+    json array = json::array();
+    for (const std::wstring& item : list) {
+        array.push_back(text_of(item));
+    }
+    return array;
+}
+
+std::vector<std::wstring> list_from_json(const json& array) {
+    std::vector<std::wstring> list;
+    for (const json& item : array.get_ref<const json::array_t&>()) {
+        list.push_back(path_from(item));
+    }
+    return list;
+}
+
+json record_to_json(const file_record& record) {
+    json value = {
+        {"path", text_of(record.relative)}, {"attributes", record.attributes}, {"written", record.written}};
+    if (!record.folder) {
+        value["object"] = record.digest;
+        value["size"] = record.size_bytes;
+    }
+    return value;
+}
+
+file_record record_from_json(const json& value) {
+    file_record record;
+    record.relative = path_from(value.at("path"));
+    record.folder = !value.contains("object");
+    record.written = value.at("written").get<std::int64_t>();
+    record.attributes = value.at("attributes").get<DWORD>();
+    if (!record.folder) {
+        record.digest = value.at("object").get<std::string>();
+        record.size_bytes = value.at("size").get<std::uint64_t>();
+    }
+    if (!is_safe_relative(record.relative) || (!record.folder && !is_digest(record.digest))) {
+        throw std::runtime_error("unsafe record");
+    }
+    return record;
+}
+
+json copy_to_json(const stored_copy& copy) {
+    json folders = json::array();
+    for (const folder_copy& folder : copy.folders) {
+        json records = json::array();
+        for (const file_record& record : folder.records) {
+            records.push_back(record_to_json(record));
+        }
+        folders.push_back({{"folder", text_of(folder.folder)}, {"files", std::move(records)}});
+    }
+    return {{"number", copy.number},
+            {"kind", name_of(copy.kind)},
+            {"takenOn", copy.taken_on},
+            {"folders", std::move(folders)}};
+}
+
+copy_kind kind_from(const std::string& name) {
+    for (int kind = 0; kind < static_cast<int>(std::size(copy_kind_names)); ++kind) {
+        if (name == copy_kind_names[kind]) {
+            return static_cast<copy_kind>(kind);
+        }
+    }
+    throw std::runtime_error("unknown kind of copy");
+}
+
+stored_copy copy_from_json(const json& value) {
+    stored_copy copy;
+    copy.number = value.at("number").get<std::int64_t>();
+    copy.kind = kind_from(value.at("kind").get_ref<const std::string&>());
+    copy.taken_on = value.at("takenOn").get<std::int64_t>();
+    for (const json& folder : value.at("folders")) {
+        folder_copy& taken = copy.folders.emplace_back();
+        taken.folder = path_from(folder.at("folder"));
+        for (const json& record : folder.at("files")) {
+            taken.records.push_back(record_from_json(record));
+        }
+    }
+    return copy;
+}
+
+service_state state_from_json(const json& root) {
+    if (root.at("version").get<int>() != format_version) {
+        throw std::runtime_error("another version");
+    }
+    service_state state;
+    state.revision = root.at("revision").get<std::uint64_t>();
+    state.generation = root.at("generation").get<std::uint32_t>();
+    state.flags = root.at("flags").get<std::uint32_t>();
+    state.next_copy = root.at("nextCopy").get<std::int64_t>();
+    for (const json& folder : root.at("folders")) {
+        state.folders.push_back({.path = path_from(folder.at("path")),
+                                 .object_path = path_from(folder.at("objectPath")),
+                                 .protected_on = folder.at("protectedOn").get<std::int64_t>()});
+    }
+    state.rules = list_from_json(root.at("rules"));
+    state.managed = list_from_json(root.at("mgmtCustom"));
+    for (std::size_t provider = 0; provider < cloud_providers.size(); ++provider) {
+        state.cloud[provider] = list_from_json(root.at("cloud").at(cloud_providers[provider]));
+    }
+    state.fixed_document = root.at("fixedDocument").get<bool>();
+    for (const json& copy : root.at("copies")) {
+        state.copies.push_back(copy_from_json(copy));
+    }
+    return state;
+}
+
+}  // namespace
+
+const char* name_of(copy_kind kind) noexcept {
+    return copy_kind_names[static_cast<int>(kind)];
+}
+
+std::string state_to_text(const service_state& state) {
+    json folders = json::array();
+    for (const protected_folder& folder : state.folders) {
+        folders.push_back({{"path", text_of(folder.path)},
+                           {"objectPath", text_of(folder.object_path)},
+                           {"protectedOn", folder.protected_on}});
+    }
+    json cloud = json::object();
+    for (std::size_t provider = 0; provider < cloud_providers.size(); ++provider) {
+        cloud[cloud_providers[provider]] = list_to_json(state.cloud[provider]);
+    }
+    json copies = json::array();
+    for (const stored_copy& copy : state.copies) {
+        copies.push_back(copy_to_json(copy));
+    }
+    const json root = {{"version", format_version},          {"revision", state.revision},
+                       {"generation", state.generation},     {"flags", state.flags},
+                       {"nextCopy", state.next_copy},        {"folders", std::move(folders)},
+                       {"rules", list_to_json(state.rules)}, {"mgmtCustom", list_to_json(state.managed)},
+                       {"cloud", std::move(cloud)},          {"fixedDocument", state.fixed_document},
+                       {"copies", std::move(copies)}};
+    return to_text(root, 1);
+}
+
+std::optional<service_state> state_from_text(const std::string& text) {
+    const json root = parse_bounded(text);
+    if (root.is_discarded()) {
+        return std::nullopt;
+    }
+    try {
+        return state_from_json(root);
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+}  // namespace ov::devservice

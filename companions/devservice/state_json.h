@@ -1,0 +1,20 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "companions/devservice/records.h"
+
+namespace ov::devservice {
+
+/// How a kind of copy is called in the state file and in chronel lists.
+[[nodiscard]] const char* name_of(copy_kind kind) noexcept;
+
+/// The state file's text: one JSON object.
+[[nodiscard]] std::string state_to_text(const service_state& state);
+
+/// None when the text is not one that `state_to_text` makes: not JSON, nested too deep, a member missing or
+/// of the wrong type, or a path that would lead out of its folder.
+[[nodiscard]] std::optional<service_state> state_from_text(const std::string& text);
+
+}  // namespace ov::devservice
