@@ -15,10 +15,10 @@ presence::presence(const std::wstring& state_folder) {
     if (error_ != ERROR_SUCCESS) {
         return;
     }
-    reload_.reset(CreateEventW(nullptr, FALSE, FALSE, object_name(state_folder, L"reload").c_str()));
+    wake_.reset(CreateEventW(nullptr, FALSE, FALSE, object_name(state_folder, L"wake").c_str()));
     stop_.reset(CreateEventW(nullptr, TRUE, FALSE, object_name(state_folder, L"stop").c_str()));
     block_ = static_cast<presence_block*>(MapViewOfFile(section_.get(), FILE_MAP_ALL_ACCESS, 0, 0, 0));
-    if (!reload_ || !stop_ || block_ == nullptr) {
+    if (!wake_ || !stop_ || block_ == nullptr) {
         error_ = GetLastError();
         return;
     }
@@ -32,6 +32,15 @@ presence::~presence() {
     if (block_ != nullptr) {
         UnmapViewOfFile(block_);
     }
+}
+
+bool presence::stopping() const noexcept {
+    return WaitForSingleObject(stop_.get(), 0) == WAIT_OBJECT_0;
+}
+
+void presence::ask_to_stop() const noexcept {
+    SetEvent(stop_.get());
+    SetEvent(wake_.get());
 }
 
 void presence::publish(std::uint64_t revision) noexcept {

@@ -31,14 +31,16 @@ class presence {
     /// Says that the state of this revision is the one being served now.
     void publish(std::uint64_t revision) noexcept;
 
-    /// Set by a command that has changed the state file; resets itself.
-    [[nodiscard]] HANDLE reload_event() const noexcept { return reload_.get(); }
-    /// Set when the service shall end.
-    [[nodiscard]] HANDLE stop_event() const noexcept { return stop_.get(); }
+    /// Set by a command that has changed the state file, and when the service shall end; resets itself.
+    [[nodiscard]] HANDLE wake_event() const noexcept { return wake_.get(); }
+    /// Whether the service shall end.
+    [[nodiscard]] bool stopping() const noexcept;
+    /// Asks this service to end; any thread.
+    void ask_to_stop() const noexcept;
 
   private:
     win::unique_kernel_handle section_;
-    win::unique_kernel_handle reload_;
+    win::unique_kernel_handle wake_;
     win::unique_kernel_handle stop_;
     presence_block* block_ = nullptr;
     DWORD error_ = ERROR_SUCCESS;

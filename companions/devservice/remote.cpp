@@ -57,7 +57,7 @@ bool remote::tell(std::uint64_t revision) const {
         if (now.process_id == 0 || now.revision >= revision) {
             return true;
         }
-        signal(state_folder_, L"reload");
+        signal(state_folder_, L"wake");
         Sleep(poll_ms);
     }
     return false;
@@ -70,6 +70,7 @@ bool remote::stop() const {
         return process_id() == 0;
     }
     signal(state_folder_, L"stop");
+    signal(state_folder_, L"wake");
     return WaitForSingleObject(process.get(), patience_ms) == WAIT_OBJECT_0;
 }
 

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <windows.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "companions/devservice/answering.h"
+#include "companions/devservice/vault.h"
+#include "ovufc/json.h"
+
+namespace ov::devservice {
+
+/// A folder of its own for each test, removed at its end: "user" is what a person's files are in, "state" is
+/// the service's, "desktop" takes the exports.
+class vault_fixture : public ::testing::Test {
+  protected:
+    vault_fixture();
+    ~vault_fixture() override;
+
+    [[nodiscard]] std::wstring user_path(const std::wstring& relative) const;
+    void write(const std::wstring& path, const std::string& content) const;
+    /// Content of a file; a text that no test writes when it cannot be read.
+    [[nodiscard]] static std::string read(const std::wstring& path);
+    [[nodiscard]] static bool exists(const std::wstring& path);
+    /// Every file below `folder` that holds `content`.
+    [[nodiscard]] static std::size_t count_with_content(const std::wstring& folder,
+                                                        const std::string& content);
+    [[nodiscard]] static std::size_t count_files(const std::wstring& folder);
+
+    /// Sends a call through the dispatcher; the parsed reply.
+    [[nodiscard]] json call(int number, const json& parameters);
+    [[nodiscard]] static int status_of_reply(const json& reply) { return reply.at("statusCode").get<int>(); }
+    /// The text of the file that a reply names, which is then deleted.
+    [[nodiscard]] static std::string handed_over(const json& reply);
+
+    void protect_user_folder();
+    /// Takes a restore point; its identity as call parameters.
+    [[nodiscard]] json take_point();
+
+    std::wstring root;
+    std::wstring user;
+    std::wstring desktop;
+    std::string user_utf8;
+    std::string temp_utf8;
+    vault store;
+    answering context;
+};
+
+}  // namespace ov::devservice
