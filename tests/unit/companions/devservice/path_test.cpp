@@ -7,7 +7,7 @@
 namespace ov::devservice {
 namespace {
 
-TEST(CleanPath_absolute_path, loses_dots_and_the_trailing_backslash) {
+TEST(CleanPath, absolute_path_loses_dots_and_the_trailing_backslash) {
     EXPECT_EQ(clean_path(L"C:\\a\\.\\b\\..\\c\\"), L"C:\\a\\c");
     EXPECT_EQ(clean_path(L"C:\\"), L"C:\\");
     EXPECT_EQ(clean_path(L"c:/a/b"), L"c:\\a\\b");
@@ -15,7 +15,7 @@ TEST(CleanPath_absolute_path, loses_dots_and_the_trailing_backslash) {
     EXPECT_EQ(clean_path(L"\\\\server\\share\\a\\"), L"\\\\server\\share\\a");
 }
 
-TEST(CleanPath_anything_else, is_refused) {
+TEST(CleanPath, anything_else_is_refused) {
     const std::wstring with_nul(L"C:\\a\0b", 6);
     for (const std::wstring& path :
          {std::wstring(), std::wstring(L"a"), std::wstring(L"..\\a"), std::wstring(L"C:a"),
@@ -26,12 +26,12 @@ TEST(CleanPath_anything_else, is_refused) {
     }
 }
 
-TEST(CleanPath_of_four_hundred_characters, is_kept_whole) {
+TEST(CleanPath, of_four_hundred_characters_is_kept_whole) {
     const std::wstring path = L"C:\\" + std::wstring(200, L'a') + L"\\" + std::wstring(200, L'b');
     EXPECT_EQ(clean_path(path), path);
 }
 
-TEST(IsWithin_folder, compares_whole_names_without_regard_to_case) {
+TEST(IsWithin, folder_compares_whole_names_without_regard_to_case) {
     EXPECT_TRUE(is_within(L"C:\\Data", L"c:\\data"));
     EXPECT_TRUE(is_within(L"C:\\DATA\\x\\y", L"c:\\data"));
     EXPECT_TRUE(is_within(L"C:\\x", L"C:\\"));
@@ -40,7 +40,7 @@ TEST(IsWithin_folder, compares_whole_names_without_regard_to_case) {
     EXPECT_TRUE(is_within(L"C:\\ÄRGER\\a", L"c:\\ärger"));
 }
 
-TEST(RelativeTo_and_joined, take_a_path_apart_and_together) {
+TEST(RelativeTo, and_joined_take_a_path_apart_and_together) {
     EXPECT_EQ(relative_to(L"C:\\a\\b\\c", L"C:\\a"), L"b\\c");
     EXPECT_EQ(relative_to(L"C:\\a", L"C:\\a"), L"");
     EXPECT_EQ(relative_to(L"C:\\a", L"C:\\"), L"a");
@@ -50,7 +50,7 @@ TEST(RelativeTo_and_joined, take_a_path_apart_and_together) {
     EXPECT_EQ(joined(L"C:\\a", L""), L"C:\\a");
 }
 
-TEST(IsSafeRelative_path, stays_below_its_folder) {
+TEST(IsSafeRelative, path_stays_below_its_folder) {
     EXPECT_TRUE(is_safe_relative(L"a\\b.txt"));
     EXPECT_TRUE(is_safe_relative(L"...a"));
     for (const wchar_t* path :
@@ -59,7 +59,7 @@ TEST(IsSafeRelative_path, stays_below_its_folder) {
     }
 }
 
-TEST(IsVolumeRoot_of, a_drive_and_a_share) {
+TEST(IsVolumeRoot, of_a_drive_and_a_share) {
     EXPECT_TRUE(is_volume_root(L"C:\\"));
     EXPECT_TRUE(is_volume_root(L"\\\\server\\share"));
     EXPECT_FALSE(is_volume_root(L"C:\\a"));

@@ -2,7 +2,7 @@
 
 #include "companions/devservice/file_io.h"
 #include "companions/devservice/state_json.h"
-#include "ovufc/win/handle.h"
+#include "tests/support/child_process.h"
 #include "tests/unit/companions/devservice/vault_fixture.h"
 
 namespace ov::devservice {
@@ -104,24 +104,14 @@ TEST(ChildProcess, DISABLED_saving_without_end) {
 void run_saving_and_end_it(const std::wstring& path, DWORD later_ms) {
     constexpr DWORD patience_ms = 10'000;
     constexpr DWORD poll_ms = 5;
-    wchar_t program[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
-    std::wstring line = L"\"" + std::wstring(program) +
-                        L"\" --gtest_also_run_disabled_tests --gtest_filter=*saving_without_end";
-    STARTUPINFOW startup{};
-    startup.cb = sizeof(startup);
-    PROCESS_INFORMATION started{};
-    ASSERT_TRUE(CreateProcessW(program, line.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr,
-                               nullptr, &startup, &started));
-    const win::unique_kernel_handle process(started.hProcess);
-    const win::unique_kernel_handle thread(started.hThread);
+    test::child_process child(test::this_program(),
+                              {L"--gtest_also_run_disabled_tests", L"--gtest_filter=*saving_without_end"});
     const ULONGLONG start_ms = GetTickCount64();
     while (attributes_of(path) == INVALID_FILE_ATTRIBUTES && GetTickCount64() - start_ms < patience_ms) {
         Sleep(poll_ms);
     }
-    EXPECT_EQ(WaitForSingleObject(process.get(), later_ms), DWORD{WAIT_TIMEOUT}) << "it ended by itself";
-    TerminateProcess(process.get(), 1);
-    WaitForSingleObject(process.get(), INFINITE);
+    EXPECT_EQ(child.wait(later_ms), std::nullopt) << "it ended by itself";
+    child.kill();
 }
 
 TEST_F(StateFile, process_ended_while_saving_leaves_a_whole_state) {
