@@ -6,7 +6,6 @@
 #include "companions/devservice/file_io.h"
 #include "companions/devservice/json_text.h"
 #include "companions/devservice/restored_file.h"
-#include "companions/devservice/state_json.h"
 #include "companions/devservice/take_copy.h"
 #include "companions/devservice/text.h"
 
@@ -81,7 +80,7 @@ std::string chronel_list_text(const std::vector<chronel>& chronels) {
     for (const chronel& version : chronels) {
         list.push_back({{"fileName", to_utf8_lossy(base_name(version.record->relative))},
                         {"cloneFileName", std::to_string(version.copy->number)},
-                        {"type", name_of(version.copy->kind)},
+                        {"type", words_for(version.copy->kind)},
                         {"createdOn", version.copy->taken_on},
                         {"writtenOn", version.record->written},
                         {"size", version.record->size_bytes}});

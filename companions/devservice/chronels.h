@@ -20,8 +20,8 @@ struct chronel {
 [[nodiscard]] std::vector<chronel> chronels_of(const service_state& state, const std::wstring& path);
 
 /// The list that the chronel dialog shows: an array of records with "fileName" (the file's own name),
-/// "cloneFileName" (an identifier that only this service reads), "type" (why the copy was taken), "createdOn"
-/// and "writtenOn" (file times), "size" (bytes).
+/// "cloneFileName" (an identifier that only this service reads), "type" (why the copy was taken, in English
+/// words), "createdOn" and "writtenOn" (file times), "size" (bytes).
 [[nodiscard]] std::string chronel_list_text(const std::vector<chronel>& chronels);
 
 /// The version of `path` that an identifier from outside names; no record when there is none. The identifier

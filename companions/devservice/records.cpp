@@ -14,6 +14,17 @@ bool any_holds(const std::vector<std::wstring>& folders, const std::wstring& pat
 
 }  // namespace
 
+const char* words_for(copy_kind kind) noexcept {
+    switch (kind) {
+        case copy_kind::first:
+            return "first copy";
+        case copy_kind::restore_point:
+            return "restore point";
+        default:
+            return "before a restore";
+    }
+}
+
 std::int64_t now_as_file_time() noexcept {
     FILETIME now{};
     GetSystemTimeAsFileTime(&now);

@@ -39,6 +39,9 @@ struct folder_copy {
 /// Why a copy was taken.
 enum class copy_kind { first, restore_point, before_restore };
 
+/// The same for people: "first copy", "restore point", "before a restore".
+[[nodiscard]] const char* words_for(copy_kind kind) noexcept;
+
 struct stored_copy {
     std::int64_t number = 0;  // unique, ascending; a restore point's sequence number
     copy_kind kind = copy_kind::first;

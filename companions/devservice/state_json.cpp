@@ -79,7 +79,7 @@ json copy_to_json(const stored_copy& copy) {
         folders.push_back({{"folder", text_of(folder.folder)}, {"files", std::move(records)}});
     }
     return {{"number", copy.number},
-            {"kind", name_of(copy.kind)},
+            {"kind", copy_kind_names[static_cast<int>(copy.kind)]},
             {"takenOn", copy.taken_on},
             {"folders", std::move(folders)}};
 }
@@ -135,10 +135,6 @@ service_state state_from_json(const json& root) {
 }
 
 }  // namespace
-
-const char* name_of(copy_kind kind) noexcept {
-    return copy_kind_names[static_cast<int>(kind)];
-}
 
 std::string state_to_text(const service_state& state) {
     json folders = json::array();

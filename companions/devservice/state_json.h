@@ -7,9 +7,6 @@
 
 namespace ov::devservice {
 
-/// How a kind of copy is called in the state file and in chronel lists.
-[[nodiscard]] const char* name_of(copy_kind kind) noexcept;
-
 /// The state file's text: one JSON object.
 [[nodiscard]] std::string state_to_text(const service_state& state);
 

@@ -14,17 +14,6 @@ void print_paths(const char* heading, const std::vector<std::wstring>& paths) {
     }
 }
 
-const char* describe_kind(copy_kind kind) {
-    switch (kind) {
-        case copy_kind::first:
-            return "first copy";
-        case copy_kind::restore_point:
-            return "restore point";
-        default:
-            return "before a restore";
-    }
-}
-
 void print_copy(const stored_copy& copy) {
     std::size_t files = 0;
     std::wstring folders;
@@ -35,7 +24,7 @@ void print_copy(const stored_copy& copy) {
         folders += L", ";
         folders += folder.folder;
     }
-    print("copy " + std::to_string(copy.number) + ": " + describe_kind(copy.kind) + " of " +
+    print("copy " + std::to_string(copy.number) + ": " + words_for(copy.kind) + " of " +
           to_utf8_lossy(file_name_time(copy.taken_on)) + ", " + std::to_string(files) + " files" +
           to_utf8_lossy(folders));
 }

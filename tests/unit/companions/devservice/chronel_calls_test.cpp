@@ -37,8 +37,8 @@ TEST_F(ChronelCalls, list_names_every_version_newest_first) {
     const json versions = list();
     ASSERT_EQ(versions.size(), 2u);
     EXPECT_EQ(versions[0].at("fileName"), "plän.txt");
-    EXPECT_EQ(versions[0].at("type"), "restorePoint");
-    EXPECT_EQ(versions[1].at("type"), "first");
+    EXPECT_EQ(versions[0].at("type"), "restore point");
+    EXPECT_EQ(versions[1].at("type"), "first copy");
     EXPECT_EQ(versions[0].at("size"), 3);
     EXPECT_GT(versions[0].at("createdOn"), versions[1].at("createdOn"));
 }
@@ -59,7 +59,7 @@ TEST_F(ChronelCalls, restore_puts_the_version_back_and_keeps_the_present_one) {
     EXPECT_EQ(read(file), "one");
     const json versions = list();
     ASSERT_EQ(versions.size(), 3u);
-    EXPECT_EQ(versions[0].at("type"), "beforeRestore");
+    EXPECT_EQ(versions[0].at("type"), "before a restore");
     EXPECT_EQ(status_of_reply(call(42, from_record(file_utf8, versions[0]))), 0);
     EXPECT_EQ(read(file), "three");
     EXPECT_EQ(count_files(user), 1u);
