@@ -12,20 +12,20 @@ using enum key_use;
 // Rows by what they write; `pass_2` is the only thing that a few of them say besides.
 constexpr registration_row with_text(root_key root, const wchar_t* path, key_use use, const wchar_t* name,
                                      const wchar_t* text, second_pass pass_2 = second_pass::same) {
-    return {root, path, use, name, data::text, text, 0, pass_2};
+    return {root, use, path, name, data::text, 0, text, pass_2};
 }
 constexpr registration_row with_number(root_key root, const wchar_t* path, key_use use, const wchar_t* name,
                                        std::uint32_t number) {
-    return {root, path, use, name, data::number, nullptr, number, second_pass::same};
+    return {root, use, path, name, data::number, number, nullptr, second_pass::same};
 }
 constexpr registration_row key_only(root_key root, const wchar_t* path) {
-    return {root, path, create, L"", data::none, nullptr, 0, second_pass::same};
+    return {root, create, path, L"", data::none, 0, nullptr, second_pass::same};
 }
 constexpr registration_row server(const wchar_t* path, second_pass pass_2 = second_pass::same) {
-    return {classes_root, path, create, L"", data::module_path, nullptr, 0, pass_2};
+    return {classes_root, create, path, L"", data::module_path, 0, nullptr, pass_2};
 }
 constexpr registration_row icon(const wchar_t* path) {
-    return {classes_root, path, create, L"", data::icon_location, nullptr, 0, second_pass::same};
+    return {classes_root, create, path, L"", data::icon_location, 0, nullptr, second_pass::same};
 }
 
 constexpr const wchar_t* unnamed = L"";

@@ -34,13 +34,13 @@ enum class second_pass {
 
 struct registration_row {
     root_key root;
-    const wchar_t* path;
     key_use use;
+    const wchar_t* path;
     /// Empty for the unnamed value. An unnamed text is written while its key is created.
     const wchar_t* value_name;
     data kind;
-    const wchar_t* text;
     std::uint32_t number;
+    const wchar_t* text;
     second_pass pass_2;
 };
 

@@ -1,13 +1,13 @@
 #include "ovufc/time/datetime.h"
 
-#include <array>
-#include <cwchar>
 #include <cstdlib>
+#include <cwchar>
 #include <optional>
 
 #include "ovufc/exception.h"
 #include "ovufc/time/text_patterns.h"
 #include "ovufc/time/time_fields.h"
+#include "ovufc/time/wide_print.h"
 
 namespace ov::time {
 
@@ -49,14 +49,6 @@ std::optional<std::uint64_t> read_with_offset(const std::wstring& text) {
     const time_zone_offset offset = read_time_zone_offset(text.substr(zone));
     const auto time = utc_file_time(read_fields(text.substr(0, zone)));
     return time ? add_minutes(*time, offset.bias) : std::nullopt;
-}
-
-// The runtime's own printing, whose formats and widths are those of Windows whatever the compiler.
-template <std::size_t LIMIT, class... Arguments>
-std::wstring print(const wchar_t* format, Arguments... arguments) {
-    std::array<wchar_t, LIMIT> buffer{};
-    _snwprintf(buffer.data(), buffer.size() - 1, format, arguments...);
-    return buffer.data();
 }
 
 std::wstring offset_text() {

@@ -7,6 +7,7 @@
 #include "ovufc/time/datetime.h"
 #include "ovufc/time/text_patterns.h"
 #include "ovufc/time/time_fields.h"
+#include "ovufc/time/wide_print.h"
 
 namespace ov::time {
 
@@ -77,13 +78,6 @@ read_text read_us_date(const std::wstring& text) {
     return read;
 }
 
-template <class... Arguments>
-std::wstring print(const wchar_t* format, Arguments... arguments) {
-    std::array<wchar_t, text_limit_chars> buffer{};
-    _snwprintf(buffer.data(), buffer.size() - 1, format, arguments...);
-    return buffer.data();
-}
-
 }  // namespace
 
 void datetime_rfc1123::parse(const std::wstring& text) {
@@ -121,9 +115,10 @@ std::wstring datetime_rfc1123::format(bool local, bool /*withMilliseconds*/) con
         }
     }
     // Month 0 wraps to an index that no name has.
-    return print(L"%ls, %02d %ls %04d %02d:%02d:%02d %ls", name_at(time->wDayOfWeek, day_names), time->wDay,
-                 name_at(static_cast<std::size_t>(time->wMonth) - 1, month_names), time->wYear, hour,
-                 time->wMinute, time->wSecond, suffix);
+    return print<text_limit_chars>(L"%ls, %02d %ls %04d %02d:%02d:%02d %ls",
+                                   name_at(time->wDayOfWeek, day_names), time->wDay,
+                                   name_at(static_cast<std::size_t>(time->wMonth) - 1, month_names),
+                                   time->wYear, hour, time->wMinute, time->wSecond, suffix);
 }
 
 }  // namespace ov::time

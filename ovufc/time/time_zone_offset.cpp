@@ -2,9 +2,8 @@
 
 #include <windows.h>
 
-#include <cstdlib>
+#include <cstddef>
 #include <cwchar>
-#include <iterator>
 
 #include "ovufc/exception.h"
 

@@ -11,7 +11,7 @@
 #include <cstdio>
 #include <optional>
 
-#include "module/class_ids.h"
+#include "module/state/class_ids.h"
 #include "tests/support/child_process.h"
 #include "tests/support/registry_snapshot.h"
 #include "tests/support/registry_watch.h"
