@@ -11,6 +11,12 @@ namespace {
 constexpr DWORD busy_pause_ms = 20;
 constexpr std::uint32_t request_header_bytes = offsetof(orv_request, text);
 
+// The driver hands out addresses and handles as 64-bit words.
+template <class To>
+To from_word(std::uint64_t word) noexcept {
+    return reinterpret_cast<To>(static_cast<std::uintptr_t>(word));  // NOLINT(performance-no-int-to-ptr)
+}
+
 bool change_state(volatile orv_slot& slot, std::uint32_t from, std::uint32_t to) noexcept {
     return InterlockedCompareExchange(reinterpret_cast<volatile LONG*>(&slot.state), static_cast<LONG>(to),
                                       static_cast<LONG>(from)) == static_cast<LONG>(from);
@@ -45,8 +51,8 @@ DWORD ask_to_serve(HANDLE device, orv_serve_reply& answer) noexcept {
 
 DWORD service_side::open(DWORD patience_ms) noexcept {
     close();
-    win::unique_file device(CreateFileW(ORV_DEVICE_PATH, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                        FILE_ATTRIBUTE_NORMAL, nullptr));
+    win::unique_file device(CreateFileW(ORV_DEVICE_PATH, GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!device) {
         return GetLastError();
     }
@@ -61,8 +67,8 @@ DWORD service_side::open(DWORD patience_ms) noexcept {
         return error;
     }
     device_ = std::move(device);
-    semaphore_.reset(reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(answer.semaphore)));
-    section_ = reinterpret_cast<std::uint8_t*>(static_cast<std::uintptr_t>(answer.section));
+    semaphore_.reset(from_word<HANDLE>(answer.semaphore));
+    section_ = from_word<std::uint8_t*>(answer.section);
     slot_count_ =
         static_cast<std::uint32_t>((answer.section_bytes - ORV_STATUS_BLOCK_BYTES) / ORV_SLOT_BYTES);
     answer_leftovers();

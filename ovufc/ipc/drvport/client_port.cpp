@@ -11,9 +11,10 @@ constexpr DWORD lock_spin_count = 100;
 constexpr DWORD poll_interval_ms = 10;
 constexpr int claim_passes = 5;
 
+// The driver hands out addresses and handles as 64-bit words.
 template <class To>
 To from_word(std::uint64_t word) noexcept {
-    return reinterpret_cast<To>(static_cast<std::uintptr_t>(word));
+    return reinterpret_cast<To>(static_cast<std::uintptr_t>(word));  // NOLINT(performance-no-int-to-ptr)
 }
 
 // The slot words that are ever exchanged atomically. Windows declares its LONG for them.

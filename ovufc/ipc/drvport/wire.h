@@ -9,8 +9,9 @@
  * All words are little-endian.
  */
 
-#include <stddef.h>
-#include <stdint.h>
+/* The C names, because the driver is C. */
+#include <stddef.h> /* NOLINT(modernize-deprecated-headers) */
+#include <stdint.h> /* NOLINT(modernize-deprecated-headers) */
 
 #ifdef __cplusplus
 #define ORV_WIRE_ASSERT(condition) static_assert(condition, #condition)
