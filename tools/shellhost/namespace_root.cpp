@@ -6,7 +6,7 @@
 
 #include <array>
 
-#include "module/class_ids.h"
+#include "module/state/class_ids.h"
 #include "tools/shellhost/command_failure.h"
 #include "tools/shellhost/console.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "module/class_ids.h"
+#include "module/state/class_ids.h"
 #include "tools/shellhost/apartment.h"
 #include "tools/shellhost/command_failure.h"
 #include "tools/shellhost/commands.h"

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "module/class_ids.h"
+#include "module/state/class_ids.h"
 #include "tools/shellhost/apartment.h"
 #include "tools/shellhost/browser_window.h"
 #include "tools/shellhost/command_failure.h"
