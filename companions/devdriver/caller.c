@@ -39,8 +39,8 @@ static BOOLEAN is_administrators(const SID* sid) {
 static BOOLEAN holds_administrators(const TOKEN_GROUPS* groups) {
     for (ULONG index = 0; index < groups->GroupCount; ++index) {
         const SID_AND_ATTRIBUTES* group = &groups->Groups[index];
-        if ((group->Attributes & GROUP_ENABLED) != 0 &&
-            (group->Attributes & GROUP_USE_FOR_DENY_ONLY) == 0 && is_administrators(group->Sid)) {
+        if ((group->Attributes & GROUP_ENABLED) != 0 && (group->Attributes & GROUP_USE_FOR_DENY_ONLY) == 0 &&
+            is_administrators(group->Sid)) {
             return TRUE;
         }
     }
