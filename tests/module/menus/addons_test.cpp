@@ -1,0 +1,126 @@
+#include <gmock/gmock.h>
+
+#include <new>
+
+#include "module/state/class_ids.h"
+#include "tests/module/menus/entry_fixture.h"
+#include "tests/support/message_box_script.h"
+
+namespace ov::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int get_last_timestamp = 45;
+constexpr std::uint64_t some_time = 133'500'000'000'000'000;  // in January 2024
+
+class Addons : public entry_fixture {
+  protected:
+    void reply_timestamp(const std::string& value) {
+        reply(get_last_timestamp, R"({"data":{"lastTimestamp":)" + value + R"(},"statusCode":-2})");
+    }
+    std::string request() const { return request_text(get_last_timestamp, "{}"); }
+
+    Microsoft::WRL::ComPtr<IContextMenu> menu_ = entry_menu(class_ids::addons);
+};
+
+TEST_F(Addons, open_asksThenTellsTheTimestamp) {
+    reply_timestamp(std::to_string(some_time));
+    message_box_script boxes(module_.handle(), {IDOK, IDOK});
+    EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
+    ASSERT_EQ(boxes.shown().size(), 2U);
+    EXPECT_EQ(boxes.shown()[0].text, message_texts::of(0x40017));
+    EXPECT_EQ(boxes.shown()[0].style, 0x50121U);
+    EXPECT_FALSE(display(some_time).empty());
+    EXPECT_EQ(boxes.shown()[1].text, message_texts::of(0x40018, display(some_time)));
+    EXPECT_EQ(boxes.shown()[1].style, 0x50040U);
+    for (const auto& box : boxes.shown()) {
+        EXPECT_EQ(box.owner, nullptr);
+        EXPECT_EQ(box.caption, message_texts::of(0));
+    }
+    EXPECT_THAT(sent(), ElementsAre(request()));
+}
+
+TEST_F(Addons, cancel_sendsNothing) {
+    message_box_script boxes(module_.handle(), {IDCANCEL});
+    EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
+    EXPECT_EQ(boxes.shown().size(), 1U);
+    EXPECT_THAT(sent(), IsEmpty());
+}
+
+TEST_F(Addons, timestampOfZero_isAnEmptyDate) {
+    reply_timestamp("0");
+    message_box_script boxes(module_.handle(), {IDOK, IDOK});
+    EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
+    ASSERT_EQ(boxes.shown().size(), 2U);
+    EXPECT_EQ(boxes.shown()[1].text, message_texts::of(0x40018, L""));
+    EXPECT_EQ(boxes.shown()[1].style, 0x50040U);
+}
+
+TEST_F(Addons, noTimestamp_isTheFailureMessage) {
+    for (const char* text :
+         {R"({"data":{"lastTimestamp":5},"statusCode":0})", R"({"data":{},"statusCode":-2})",
+          R"({"data":{"lastTimestamp":5},"statusCode":5})", "not json"}) {
+        reply(get_last_timestamp, text);
+        message_box_script boxes(module_.handle(), {IDOK, IDOK});
+        EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
+        ASSERT_EQ(boxes.shown().size(), 2U) << text;
+        EXPECT_EQ(boxes.shown()[1].text, message_texts::of(0x40014));
+        EXPECT_EQ(boxes.shown()[1].caption, message_texts::of(0));
+        EXPECT_EQ(boxes.shown()[1].style, 0x50010U);
+    }
+}
+
+TEST_F(Addons, driverThatServesNothing_isTheFailureMessage) {
+    service_.set_state(0);
+    message_box_script boxes(module_.handle(), {IDOK, IDOK});
+    EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
+    EXPECT_EQ(boxes.shown().at(1).style, 0x50010U);
+}
+
+TEST_F(Addons, errorWhileTelling_isTheFailureMessage) {
+    reply_timestamp(std::to_string(some_time));
+    message_box_script boxes(module_.handle(), {IDOK, IDOK, IDOK});
+    boxes.while_shown = [](const message_box_script::box& box) {
+        if (box.style == 0x50040U) {
+            throw std::bad_alloc();
+        }
+    };
+    EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
+    ASSERT_EQ(boxes.shown().size(), 3U);
+    EXPECT_EQ(boxes.shown()[2].text, message_texts::of(0x40014));
+    EXPECT_EQ(boxes.shown()[2].style, 0x50010U);
+}
+
+TEST_F(Addons, errorInTheQuestion_endsTheCommandQuietly) {
+    message_box_script boxes(module_.handle(), {IDOK});
+    boxes.while_shown = [](const auto&) { throw std::bad_alloc(); };
+    EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
+    EXPECT_EQ(boxes.shown().size(), 1U);
+    EXPECT_THAT(sent(), IsEmpty());
+}
+
+TEST_F(Addons, withoutAnItem_nothingIsAsked) {
+    message_box_script boxes(module_.handle(), {});
+    const auto menu = make_menu(class_ids::addons);
+    EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
+    EXPECT_EQ(initialize(menu.Get(), nullptr), S_OK);
+    EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
+    EXPECT_THAT(sent(), IsEmpty());
+}
+
+TEST_F(Addons, verb_isTheDefaultActionAlone) {
+    const queried_menu queried(menu_.Get(), CMF_DEFAULTONLY);
+    EXPECT_EQ(queried.result, 1);
+    EXPECT_THAT(queried.added, ElementsAre(menu_item{L"Open", queried_menu::first_id}));
+    const queried_menu right_click(menu_.Get(), CMF_EXPLORE);
+    EXPECT_EQ(right_click.result, 0);
+    EXPECT_THAT(right_click.added, IsEmpty());
+    EXPECT_EQ(invoke(menu_.Get(), 1), E_INVALIDARG);
+    EXPECT_EQ(invoke(menu_.Get(), 0x10000), E_INVALIDARG);
+    EXPECT_EQ(menu_->InvokeCommand(nullptr), E_INVALIDARG);
+}
+
+}  // namespace
+}  // namespace ov::test

@@ -1,0 +1,216 @@
+#include <gmock/gmock.h>
+
+#include <shellapi.h>
+
+#include <cwchar>
+
+#include "module/state/class_ids.h"
+#include "ovufc/ipc/drvport/wire.h"
+#include "tests/module/menus/menus_fixture.h"
+#include "tests/support/fake_dialog_library.h"
+#include "tests/support/message_box_script.h"
+
+namespace ov::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* refused = R"({"data":{},"statusCode":5})";
+
+class FolderCommands : public menus_fixture {
+  protected:
+    FolderCommands() { reply_folder_status(true); }
+
+    /// A menu on the folder; what it asked while it was initialised is forgotten.
+    Microsoft::WRL::ComPtr<IContextMenu> folder_menu() {
+        auto menu = menu_on(folder_.path());
+        (void)sent();
+        return menu;
+    }
+    std::string folder_name() const { return R"({"folderName":)" + json_text(folder_.path()); }
+};
+
+TEST_F(FolderCommands, badVerbs_areRefused) {
+    const auto menu = folder_menu();
+    EXPECT_EQ(menu->InvokeCommand(nullptr), E_INVALIDARG);
+    for (const UINT_PTR verb : {UINT_PTR{4}, UINT_PTR{0xFFFF}, UINT_PTR{0x10000}, UINT_PTR{0x1'0000'0000}}) {
+        EXPECT_EQ(invoke(menu.Get(), verb), E_INVALIDARG) << std::hex << verb;
+    }
+    EXPECT_EQ(invoke(menu.Get(), reinterpret_cast<UINT_PTR>("protect")), E_INVALIDARG);
+    EXPECT_THAT(sent(), IsEmpty());
+}
+
+TEST_F(FolderCommands, menuWithoutASelection_runsNothing) {
+    const auto menu = make_menu(class_ids::shell_extension);
+    for (const UINT_PTR verb : {0, 1, 2, 3}) {
+        EXPECT_EQ(invoke(menu.Get(), verb), E_INVALIDARG);
+    }
+    const auto on_file = menu_on(folder_.make_file(L"plain.txt"));
+    EXPECT_EQ(invoke(on_file.Get(), 1), E_INVALIDARG);
+    EXPECT_THAT(sent(), IsEmpty());
+}
+
+TEST_F(FolderCommands, wideForm_runsTheSameCommand) {
+    service_.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
+    const auto menu = folder_menu();
+    CMINVOKECOMMANDINFOEX info{};
+    info.cbSize = sizeof info;
+    info.fMask = CMIC_MASK_UNICODE;
+    info.lpVerb = MAKEINTRESOURCEA(3);
+    info.lpVerbW = MAKEINTRESOURCEW(3);
+    EXPECT_EQ(menu->InvokeCommand(reinterpret_cast<CMINVOKECOMMANDINFO*>(&info)), S_OK);
+    EXPECT_EQ(sent().size(), 1U);
+}
+
+TEST_F(FolderCommands, protectionNotConfirmed_sendsNothing) {
+    fake_dialog_library dialogs(module_.handle());
+    const auto menu = folder_menu();
+    EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
+    EXPECT_THAT(dialogs.events(), ElementsAre("load", "find 17", "show 17", "free"));
+    EXPECT_THAT(sent(), IsEmpty());
+}
+
+TEST_F(FolderCommands, protection_isOfferedWithUnprotect) {
+    fake_dialog_library dialogs(module_.handle());
+    std::wstring shown_path;
+    std::uint32_t shown_flags = 0;
+    dialogs.protect = [&](const dialog::ProtectDialogRequest& request) {
+        shown_path = request.folder_path;
+        shown_flags = request.flags;
+        return 0;
+    };
+    const auto menu = folder_menu();
+    EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
+    EXPECT_EQ(shown_path, folder_.path());
+    EXPECT_EQ(shown_flags, 0x80000000U);
+    EXPECT_EQ(dialogs.loads().at(0).path, program_directory() + L"orvdialog.dll");
+    EXPECT_EQ(dialogs.loads().at(0).flags, 0x1100U);
+}
+
+TEST_F(FolderCommands, protectionConfirmed_isSent) {
+    fake_dialog_library dialogs(module_.handle());
+    dialogs.protect = [](dialog::ProtectDialogRequest&) { return 1U; };
+    const auto menu = folder_menu();
+    EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
+    EXPECT_THAT(sent(), ElementsAre(request_text(3, folder_name() + "}")));
+}
+
+TEST_F(FolderCommands, protectionUnderAnObjectPath_isSentWithIt) {
+    fake_dialog_library dialogs(module_.handle());
+    dialogs.protect = [](dialog::ProtectDialogRequest& request) {
+        std::wcscpy(request.object_path, L"D:\\\u00fcber\\x");
+        return 7U;
+    };
+    const auto menu = folder_menu();
+    EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
+    EXPECT_THAT(sent(), ElementsAre(request_text(
+                            28, folder_name() + R"(,"objPath":)" + json_text(L"D:\\\u00fcber\\x") + "}")));
+}
+
+TEST_F(FolderCommands, protectionThatFails_isUnexpected) {
+    fake_dialog_library dialogs(module_.handle());
+    reply(3, refused);
+    reply(28, refused);
+    bool with_path = false;
+    dialogs.protect = [&](dialog::ProtectDialogRequest& request) {
+        std::wcscpy(request.object_path, with_path ? L"D:\\x" : L"");
+        return 1U;
+    };
+    const auto menu = folder_menu();
+    EXPECT_EQ(invoke(menu.Get(), 0), E_UNEXPECTED);
+    with_path = true;
+    EXPECT_EQ(invoke(menu.Get(), 0), E_UNEXPECTED);
+}
+
+TEST_F(FolderCommands, missingDialogLibrary_doesNothing) {
+    fake_dialog_library dialogs(module_.handle());
+    const auto menu = folder_menu();
+    dialogs.is_missing = true;
+    EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
+    dialogs.is_missing = false;
+    dialogs.has_no_exports = true;
+    EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
+    EXPECT_THAT(dialogs.events(), ElementsAre("load", "load", "find 17", "free"));
+    EXPECT_THAT(sent(), IsEmpty());
+}
+
+TEST_F(FolderCommands, unprotect_asksThenSends) {
+    message_box_script boxes(module_.handle(), {IDOK});
+    const auto menu = folder_menu();
+    EXPECT_EQ(invoke(menu.Get(), 1), S_OK);
+    ASSERT_EQ(boxes.shown().size(), 1U);
+    EXPECT_EQ(boxes.shown()[0].owner, nullptr);
+    EXPECT_EQ(boxes.shown()[0].text, message_texts::of(0x40003, folder_.path()));
+    EXPECT_EQ(boxes.shown()[0].caption, message_texts::of(0));
+    EXPECT_EQ(boxes.shown()[0].style, 0x50121U);
+    EXPECT_THAT(sent(), ElementsAre(request_text(14, folder_name() + "}")));
+}
+
+TEST_F(FolderCommands, unprotectNotConfirmed_sendsNothing) {
+    message_box_script boxes(module_.handle(), {IDCANCEL, 0});
+    const auto menu = folder_menu();
+    EXPECT_EQ(invoke(menu.Get(), 1), S_OK);
+    EXPECT_EQ(invoke(menu.Get(), 1), S_OK);
+    EXPECT_THAT(sent(), IsEmpty());
+}
+
+TEST_F(FolderCommands, unprotectThatFails_isUnexpectedAndSaysNothing) {
+    message_box_script boxes(module_.handle(), {IDOK});
+    reply(14, refused);
+    const auto menu = folder_menu();
+    EXPECT_EQ(invoke(menu.Get(), 1), E_UNEXPECTED);
+    EXPECT_EQ(boxes.shown().size(), 1U);
+}
+
+TEST_F(FolderCommands, blockedUnprotect_saysSoAndSendsNothing) {
+    message_box_script boxes(module_.handle(), {IDOK});
+    service_.set_flags(ORV_FLAG_UNPROTECT_BLOCKED);
+    const auto menu = folder_menu();
+    EXPECT_EQ(invoke(menu.Get(), 1), S_OK);
+    ASSERT_EQ(boxes.shown().size(), 1U);
+    EXPECT_EQ(boxes.shown()[0].owner, nullptr);
+    EXPECT_EQ(boxes.shown()[0].text, message_texts::of(0x4001A));
+    EXPECT_EQ(boxes.shown()[0].caption, message_texts::of(0));
+    EXPECT_EQ(boxes.shown()[0].style, 0x50030U);
+    EXPECT_THAT(sent(), IsEmpty());
+}
+
+TEST_F(FolderCommands, blockOnUnprotect_isReadWhenTheMenuIsInitialised) {
+    message_box_script boxes(module_.handle(), {IDCANCEL});
+    const auto menu = folder_menu();
+    service_.set_flags(ORV_FLAG_UNPROTECT_BLOCKED);
+    EXPECT_EQ(invoke(menu.Get(), 1), S_OK);
+    EXPECT_EQ(boxes.shown().at(0).style, 0x50121U) << "the question, not the refusal";
+}
+
+TEST_F(FolderCommands, exports_areSentByKind) {
+    service_.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
+    const auto menu = folder_menu();
+    const std::string folder_name = json_text(folder_.path());
+    EXPECT_EQ(invoke(menu.Get(), 2), S_OK);
+    EXPECT_THAT(sent(), ElementsAre(request_text(
+                            44, R"({"exportType":"recycleBin","folderName":)" + folder_name + "}")));
+    EXPECT_EQ(invoke(menu.Get(), 3), S_OK);
+    EXPECT_THAT(sent(), ElementsAre(request_text(
+                            44, R"({"exportType":"chronels","folderName":)" + folder_name + "}")));
+}
+
+TEST_F(FolderCommands, exportThatFails_isStillOk) {
+    service_.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
+    reply(44, refused);
+    const auto menu = folder_menu();
+    EXPECT_EQ(invoke(menu.Get(), 2), S_OK);
+    EXPECT_EQ(invoke(menu.Get(), 3), S_OK);
+    EXPECT_EQ(sent().size(), 2U);
+}
+
+TEST_F(FolderCommands, exportsThatAreNotAvailable_areNotSent) {
+    const auto menu = folder_menu();
+    EXPECT_EQ(invoke(menu.Get(), 2), S_OK);
+    EXPECT_EQ(invoke(menu.Get(), 3), S_OK);
+    EXPECT_THAT(sent(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace ov::test

@@ -1,0 +1,176 @@
+#include <gmock/gmock.h>
+
+#include <cstddef>
+
+#include "module/state/class_ids.h"
+#include "ovufc/ipc/drvport/wire.h"
+#include "tests/module/menus/consent.h"
+#include "tests/module/menus/entry_fixture.h"
+#include "tests/module/menus/tracked_file_fixture.h"
+#include "tests/support/fake_dialog_library.h"
+#include "tests/support/handle_ledger.h"
+#include "tests/support/message_box_script.h"
+
+namespace ov::test {
+namespace {
+
+using testing::IsEmpty;
+
+class Leaks : public tracked_file_fixture {
+  protected:
+    Leaks() {
+        reply_folder_status(true);
+        service_.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
+        // The port to the driver stays open for the life of the module: not a leak.
+        (void)menu_on(folder_.path());
+    }
+};
+
+TEST_F(Leaks, folderMenu_givesEveryHandleBack) {
+    const handle_ledger ledger(module_.handle());
+    HMENU submenu = nullptr;
+    for (int round = 0; round < 3; ++round) {
+        const auto menu = menu_on(folder_.path());
+        const queried_menu queried(menu.Get(), CMF_NORMAL);
+        ASSERT_EQ(queried.result, 5);
+        submenu = queried.added[0].submenu;
+        EXPECT_EQ(invoke(menu.Get(), 2), S_OK);
+    }
+    EXPECT_FALSE(IsMenu(submenu)) << "the submenu goes with the host's menu";
+    // The host destroys the submenus, so they are not in the module's own books of things given back.
+    EXPECT_THAT(ledger.outstanding(), testing::Each("CreateMenu"));
+    EXPECT_EQ(ledger.made_by("LoadImageW"), 3);
+    EXPECT_EQ(ledger.made_by("GetIconInfo"), 6);
+    EXPECT_EQ(ledger.made_by("CreateDIBSection"), 3);
+    EXPECT_EQ(ledger.made_by("CreateCompatibleDC"), 3);
+    EXPECT_EQ(ledger.made_by("GetDC"), 3);
+}
+
+TEST_F(Leaks, fileMenu_givesEveryHandleBack) {
+    reply_with_file(46, "[]");
+    fake_dialog_library dialogs(module_.handle());
+    const handle_ledger ledger(module_.handle());
+    {
+        const auto menu = file_menu();
+        EXPECT_EQ(queried_menu(menu.Get(), CMF_NORMAL).result, 1);
+        EXPECT_EQ(invoke(menu.Get(), 0), E_UNEXPECTED);
+    }
+    EXPECT_THAT(ledger.outstanding(), IsEmpty());
+    EXPECT_GE(ledger.made_by("CreateFileW"), 2) << "the file itself, and the driver's list";
+    EXPECT_EQ(ledger.made_by("LoadLibraryExW"), 1);
+}
+
+// Memory runs out once, at the n-th allocation of the module while this is armed. The module's runtime is
+// linked in, so all of its allocations come through this import. Not armed while JSON is at work: the library
+// allocates in a destructor, where running out of memory ends the process.
+bool is_armed = false;
+int allocations_until_failure = 0;
+void* (*real_malloc)(std::size_t);
+void* failing_malloc(std::size_t size) {
+    return is_armed && --allocations_until_failure == 0 ? nullptr : real_malloc(size);
+}
+
+// Runs `scene` again and again, with its first, second … allocation failing, until one run meets no failure.
+template <class Scene>
+void with_each_allocation_failing(HMODULE module, int at_least, Scene scene) {
+    int failures = 0;
+    for (int nth = 1;; ++nth) {
+        const import_patch<void*(std::size_t)> patch(module, "msvcrt.dll;ucrtbase.dll", "malloc",
+                                                     &failing_malloc);
+        real_malloc = patch.original();
+        allocations_until_failure = nth;
+        is_armed = true;
+        scene();
+        is_armed = false;
+        if (allocations_until_failure > 0) {
+            break;
+        }
+        ++failures;
+    }
+    EXPECT_GE(failures, at_least) << "the scene does not allocate what it should";
+}
+
+class NoMemory : public tracked_file_fixture {
+  protected:
+    NoMemory() {
+        reply_folder_status(true);
+        // The compiler's runtime sets itself up at the first error that is thrown, and ends the process when
+        // it finds no memory then: it is made to do so beforehand.
+        fake_dialog_library dialogs(module_.handle());
+        dialogs.chronels = [](const dialog::ChronelDialogRequest&, dialog::ChronelDialogResult& result) {
+            result.size_bytes = sizeof result;
+            result.action = 2;
+            return 1;
+        };
+        reply_with_file(46, "[]");
+        EXPECT_EQ(invoke(file_menu().Get(), 0), E_UNEXPECTED);
+    }
+};
+
+TEST_F(NoMemory, newMenus_areMadeWholeOrNotAtAll) {
+    struct made_class {
+        CLSID rclsid;
+        IID riid;
+        int allocations;
+    };
+    for (const auto& row : {made_class{class_ids::shell_extension, IID_IContextMenu, 6},
+                            made_class{class_ids::shell_extension, IID_IShellPropSheetExt, 2},
+                            made_class{class_ids::one_click_restore, IID_IContextMenu, 2},
+                            made_class{class_ids::addons, IID_IContextMenu, 2}}) {
+        with_each_allocation_failing(module_.handle(), row.allocations, [&] {
+            void* made = nullptr;
+            const HRESULT result = module_.create(row.rclsid, row.riid, &made);
+            EXPECT_EQ(result, made != nullptr ? S_OK : E_OUTOFMEMORY);
+            if (made != nullptr) {
+                static_cast<IUnknown*>(made)->Release();
+            }
+            EXPECT_EQ(module_.can_unload_now(), S_OK);
+        });
+    }
+}
+
+TEST_F(NoMemory, fileMenu_isWholeOrEmpty) {
+    const auto selection = select_paths({file_});
+    with_each_allocation_failing(module_.handle(), 2, [&] {
+        is_armed = false;
+        const auto menu = make_menu(class_ids::shell_extension);
+        is_armed = true;
+        EXPECT_EQ(initialize(menu.Get(), selection.Get()), S_OK);
+        const HRESULT count = queried_menu(menu.Get(), CMF_NORMAL).result;
+        EXPECT_EQ(count, allocations_until_failure > 0 ? 1 : 0);
+        EXPECT_EQ(selection->references(), 1U);
+        EXPECT_EQ(selection->lock_count(), 0U);
+    });
+}
+
+TEST_F(NoMemory, unprotect_isAskedOrNot) {
+    const auto menu = menu_on(folder_.path());
+    with_each_allocation_failing(module_.handle(), 2, [&] {
+        message_box_script boxes(module_.handle(), {IDCANCEL});
+        const HRESULT result = invoke(menu.Get(), 1);
+        EXPECT_EQ(result, boxes.shown().empty() ? E_OUTOFMEMORY : S_OK);
+    });
+}
+
+TEST_F(NoMemory, restore_endsItsTurnWhereverMemoryRunsOut) {
+    reply(
+        36,
+        R"({"data":{"restorePoints":[{"createdOn":133500000000000000,"sequenceNumber":7}]},"statusCode":0})");
+    consent prompt(module_.handle());
+    prompt.while_asked = [] { is_armed = false; };
+    const auto selection = select_items({folder_.path()});
+    const auto menu = make_menu(class_ids::one_click_restore);
+    ASSERT_EQ(initialize(menu.Get(), selection.Get()), S_OK);
+    with_each_allocation_failing(module_.handle(), 4, [&] {
+        message_box_script boxes(module_.handle(), {IDOK, IDCANCEL});
+        boxes.while_shown = [](const auto&) { is_armed = true; };
+        EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
+        is_armed = false;
+        EXPECT_EQ(prompt.references(), 0U);
+        const auto other = menu_on(folder_.path());
+        EXPECT_EQ(queried_menu(other.Get(), CMF_NORMAL).result, 3) << "the turn is not over";
+    });
+}
+
+}  // namespace
+}  // namespace ov::test

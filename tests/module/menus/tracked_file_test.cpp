@@ -1,0 +1,292 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <cwchar>
+#include <iterator>
+
+#include "ovufc/ipc/drvport/wire.h"
+#include "tests/module/menus/tracked_file_fixture.h"
+#include "tests/support/fake_dialog_library.h"
+
+namespace ov::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int get_file_chronels = 46;
+constexpr const char* chronel_list = R"({"chronels":[{"fileName":"a"}]})";
+constexpr const char* chronel = R"({"cloneFileName":"clone","fileName":"used","type":3})";
+
+class TrackedFileMenu : public tracked_file_fixture {};
+
+// What the item was inserted with: a popup without a menu cannot be read back everywhere.
+struct insert_call {
+    UINT position;
+    UINT flags;
+    UINT_PTR id;
+    std::wstring text;
+};
+std::vector<insert_call> inserts;
+std::vector<std::array<HBITMAP, 2>> bitmaps;
+
+class recorded_menu {
+  public:
+    explicit recorded_menu(HMODULE module)
+        : insert_(module, "user32.dll", "InsertMenuW",
+                  [](HMENU, UINT position, UINT flags, UINT_PTR id, LPCWSTR text) -> BOOL {
+                      inserts.push_back({position, flags, id, text});
+                      return TRUE;
+                  }),
+          bitmaps_(module, "user32.dll", "SetMenuItemBitmaps",
+                   [](HMENU, UINT, UINT, HBITMAP unchecked, HBITMAP checked) -> BOOL {
+                       bitmaps.push_back({unchecked, checked});
+                       return TRUE;
+                   }) {
+        inserts.clear();
+        bitmaps.clear();
+    }
+
+  private:
+    import_patch<decltype(InsertMenuW)> insert_;
+    import_patch<decltype(SetMenuItemBitmaps)> bitmaps_;
+};
+
+TEST_F(TrackedFileMenu, file_hasOneItemWithThePopupFlagAndACommandNumber) {
+    const auto menu = file_menu();
+    const recorded_menu recorded(module_.handle());
+    EXPECT_EQ(menu->QueryContextMenu(nullptr, 4, 100, 0x7FFF, CMF_NORMAL), 1);
+    ASSERT_EQ(inserts.size(), 1U);
+    EXPECT_EQ(inserts[0].position, 4U);
+    EXPECT_EQ(inserts[0].flags, 0x410U);
+    EXPECT_EQ(inserts[0].id, 100U);
+    EXPECT_EQ(inserts[0].text, message_texts::of(0x40019));
+    ASSERT_EQ(bitmaps.size(), 1U);
+    EXPECT_NE(bitmaps[0][0], nullptr);
+    EXPECT_EQ(bitmaps[0][1], bitmaps[0][0]);
+    EXPECT_THAT(sent(), IsEmpty()) << "a file is not asked about";
+}
+
+TEST_F(TrackedFileMenu, driverThatServesNothing_greysTheItem) {
+    service_.set_state(0);
+    const auto menu = file_menu();
+    const recorded_menu recorded(module_.handle());
+    EXPECT_EQ(menu->QueryContextMenu(nullptr, 0, 100, 0x7FFF, CMF_NORMAL), 1);
+    ASSERT_EQ(inserts.size(), 1U);
+    EXPECT_EQ(inserts[0].flags, 0x411U);
+}
+
+TEST_F(TrackedFileMenu, restrictionInTheStatusBlock_hidesTheItem) {
+    service_.set_flags(ORV_FLAG_UI_RESTRICTED);
+    EXPECT_EQ(queried_menu(file_menu().Get(), CMF_NORMAL).result, 0);
+}
+
+TEST_F(TrackedFileMenu, otherBits_doNotHideIt) {
+    service_.set_flags(~ORV_FLAG_UI_RESTRICTED);
+    EXPECT_EQ(queried_menu(file_menu().Get(), CMF_NORMAL).result, 1);
+}
+
+TEST_F(TrackedFileMenu, hostsThatWantOtherMenus_getNothing) {
+    const auto menu = file_menu();
+    for (const UINT flags : std::initializer_list<UINT>{CMF_DEFAULTONLY, CMF_EXTENDEDVERBS, 0x800}) {
+        EXPECT_EQ(queried_menu(menu.Get(), flags).result, 0);
+    }
+}
+
+TEST_F(TrackedFileMenu, twoTrackedFiles_getNothing) {
+    const auto other = folder_.make_file(L"other.txt");
+    EXPECT_EQ(queried_menu(menu_on(select_paths({file_, other}).Get()).Get(), CMF_NORMAL).result, 0);
+}
+
+TEST_F(TrackedFileMenu, folderAfterAFile_isAFolderAgain) {
+    reply_folder_status(true);
+    const auto menu = file_menu();
+    ASSERT_EQ(initialize(menu.Get(), select_paths({folder_.path()}).Get()), S_OK);
+    EXPECT_EQ(queried_menu(menu.Get(), CMF_NORMAL).submenu.size(), 2U);
+}
+
+// The chronel dialog's flow.
+class ChronelFlow : public tracked_file_fixture {
+  protected:
+    ChronelFlow() { reply_with_file(get_file_chronels, chronel_list); }
+
+    /// The dialog answers with `action`, `identifier` and `file_name`.
+    void answer(std::uint32_t action, std::string identifier, std::wstring file_name = {}) {
+        dialogs_.chronels = [=](const dialog::ChronelDialogRequest&, dialog::ChronelDialogResult& result) {
+            result.size_bytes = sizeof result;
+            result.action = action;
+            std::strncpy(result.chronel_identifier, identifier.c_str(), sizeof result.chronel_identifier - 1);
+            std::wcsncpy(result.file_name, file_name.c_str(), std::size(result.file_name) - 1);
+            return 1;
+        };
+    }
+
+    std::string list_request() const {
+        std::array<wchar_t, MAX_PATH + 1> temp{};
+        GetTempPathW(MAX_PATH + 1, temp.data());
+        return request_text(get_file_chronels, R"({"fileName":)" + json_text(file_) + R"(,"tempFolder":)" +
+                                                   json_text(temp.data()) + "}");
+    }
+    std::string chronel_request(int call, const std::string& used) const {
+        return request_text(call, R"({"chronelType":3,"cloneFileName":"clone","fileName":)" +
+                                      json_text(file_) + R"(,"usedFileName":)" + used + "}");
+    }
+
+    fake_dialog_library dialogs_{module_.handle()};
+};
+
+TEST_F(ChronelFlow, dialog_isShownTheListAsTheDriverWroteIt) {
+    std::string shown_list;
+    std::wstring shown_file;
+    HICON shown_icon = nullptr;
+    dialogs_.chronels = [&](const dialog::ChronelDialogRequest& request,
+                            dialog::ChronelDialogResult& result) {
+        EXPECT_EQ(request.size_bytes, 32U);
+        shown_list = request.chronel_list;
+        shown_file = request.file_path;
+        shown_icon = request.menu_icon;
+        result.size_bytes = sizeof result;
+        return 1;
+    };
+    const auto menu = file_menu();
+    EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
+    EXPECT_EQ(shown_list, chronel_list);
+    EXPECT_EQ(shown_file, file_);
+    EXPECT_NE(shown_icon, nullptr);
+    EXPECT_THAT(sent(), ElementsAre(list_request())) << "action 0 does nothing";
+    EXPECT_THAT(dialogs_.events(), ElementsAre("load", "find 47", "show 47", "free"));
+}
+
+TEST_F(ChronelFlow, verb_isNotLookedAt) {
+    answer(9, chronel);
+    const auto menu = file_menu();
+    for (const UINT_PTR verb : {UINT_PTR{7}, UINT_PTR{0x10000}, reinterpret_cast<UINT_PTR>("verb")}) {
+        reply_with_file(get_file_chronels, chronel_list);
+        EXPECT_EQ(invoke(menu.Get(), verb), S_OK);
+    }
+    EXPECT_EQ(menu->InvokeCommand(nullptr), E_INVALIDARG);
+}
+
+TEST_F(ChronelFlow, restore_isSentForActionsTwoAndThree) {
+    for (const std::uint32_t action : {2U, 3U}) {
+        answer(action, chronel, L"not used");
+        const auto menu = file_menu();
+        EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
+        EXPECT_THAT(sent(), ElementsAre(list_request(), chronel_request(42, R"("used")")));
+        reply_with_file(get_file_chronels, chronel_list);
+    }
+}
+
+TEST_F(ChronelFlow, open_isSentUnderTheDialogsFileName) {
+    answer(1, chronel, L"opened \u00e4.docx");
+    const auto menu = file_menu();
+    EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
+    EXPECT_THAT(sent(), ElementsAre(list_request(), chronel_request(47, json_text(L"opened \u00e4.docx"))));
+}
+
+TEST_F(ChronelFlow, otherActions_sendNothing) {
+    for (const std::uint32_t action : {0U, 4U, 0xFFFFFFFFU}) {
+        reply_with_file(get_file_chronels, chronel_list);
+        answer(action, chronel);
+        const auto menu = file_menu();
+        EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
+        EXPECT_THAT(sent(), ElementsAre(list_request()));
+    }
+}
+
+TEST_F(ChronelFlow, failureOfTheChosenAction_isNotPassedOn) {
+    answer(2, chronel);
+    reply(42, R"({"data":{},"statusCode":5})");
+    EXPECT_EQ(invoke(file_menu().Get(), 0), S_OK);
+}
+
+TEST_F(ChronelFlow, emptyList_isUnexpectedAndShowsNoDialog) {
+    reply(get_file_chronels, R"({"data":{},"statusCode":0})");
+    EXPECT_EQ(invoke(file_menu().Get(), 0), E_UNEXPECTED);
+    reply(get_file_chronels, R"({"data":{},"statusCode":5})");
+    EXPECT_EQ(invoke(file_menu().Get(), 0), E_UNEXPECTED);
+    service_.set_state(0);
+    EXPECT_EQ(invoke(file_menu().Get(), 0), E_UNEXPECTED);
+    EXPECT_THAT(dialogs_.events(), IsEmpty());
+}
+
+TEST_F(ChronelFlow, cancelledDialog_isUnexpected) {
+    EXPECT_EQ(invoke(file_menu().Get(), 0), E_UNEXPECTED);
+    EXPECT_THAT(dialogs_.events(), ElementsAre("load", "find 47", "show 47", "free"));
+    EXPECT_THAT(sent(), ElementsAre(list_request()));
+}
+
+TEST_F(ChronelFlow, resultOfAnotherSize_isUnexpected) {
+    dialogs_.chronels = [](const dialog::ChronelDialogRequest&, dialog::ChronelDialogResult& result) {
+        result.size_bytes = sizeof result - 1;
+        result.action = 2;
+        std::strcpy(result.chronel_identifier, chronel);
+        return 1;
+    };
+    EXPECT_EQ(invoke(file_menu().Get(), 0), E_UNEXPECTED);
+    EXPECT_THAT(sent(), ElementsAre(list_request()));
+}
+
+TEST_F(ChronelFlow, missingLibraryOrExport_isOk) {
+    dialogs_.is_missing = true;
+    EXPECT_EQ(invoke(file_menu().Get(), 0), S_OK);
+    dialogs_.is_missing = false;
+    dialogs_.has_no_exports = true;
+    reply_with_file(get_file_chronels, chronel_list);
+    EXPECT_EQ(invoke(file_menu().Get(), 0), S_OK);
+    EXPECT_THAT(dialogs_.events(), ElementsAre("load", "load", "find 47", "free"));
+}
+
+TEST_F(ChronelFlow, identifierThatIsNotJson_isUnexpectedWithNothingSentAndTheLibraryFreed) {
+    for (const std::uint32_t action : {1U, 2U, 3U}) {
+        for (const char* identifier : {"", "{", "not json", "{\"fileName\":}"}) {
+            reply_with_file(get_file_chronels, chronel_list);
+            answer(action, identifier, L"name");
+            const auto menu = file_menu();
+            (void)sent();
+            EXPECT_EQ(invoke(menu.Get(), 0), E_UNEXPECTED) << identifier;
+            EXPECT_THAT(sent(), ElementsAre(list_request()));
+            EXPECT_EQ(dialogs_.events().back(), "free");
+        }
+    }
+}
+
+TEST_F(ChronelFlow, identifierWithoutItsMembers_sendsNullForThem) {
+    answer(2, "{}");
+    EXPECT_EQ(invoke(file_menu().Get(), 0), S_OK);
+    EXPECT_THAT(sent(),
+                ElementsAre(list_request(),
+                            request_text(42, R"({"chronelType":null,"cloneFileName":null,"fileName":)" +
+                                                 json_text(file_) + R"(,"usedFileName":null})")));
+}
+
+TEST_F(ChronelFlow, identifierWithoutATerminator_doesNotCrash) {
+    dialogs_.chronels = [](const dialog::ChronelDialogRequest&, dialog::ChronelDialogResult& result) {
+        std::memset(&result, '[', sizeof result);  // 16384 levels deep, and no end
+        result.size_bytes = sizeof result;
+        result.action = 2;
+        return 1;
+    };
+    EXPECT_EQ(invoke(file_menu().Get(), 0), E_UNEXPECTED);
+}
+
+TEST_F(ChronelFlow, dialogsLibrary_isStillThereWhileTheActionIsSent) {
+    answer(2, chronel);
+    bool freed_before_sending = true;
+    service_.set_answer([&](const scripted_request& request) -> scripted_reply {
+        if (request.text.find("\"serviceCall\":42") != std::string::npos) {
+            freed_before_sending = dialogs_.events().back() == "free";
+            return R"({"data":{},"statusCode":0})";
+        }
+        return R"({"data":{"objPath":)" + json_text(folder_.path() + L"\\reply46.json") +
+               R"(},"statusCode":0})";
+    });
+    EXPECT_EQ(invoke(file_menu().Get(), 0), S_OK);
+    EXPECT_EQ(sent().size(), 2U);
+    EXPECT_FALSE(freed_before_sending);
+}
+
+}  // namespace
+}  // namespace ov::test
