@@ -13,7 +13,6 @@
 #include "namespace/name_space_enum_obj.h"
 #include "namespace/orv_name_space.h"
 #include "namespace/task_text.h"
-#include "ovufc/com/adopt.h"
 #include "ovufc/com/guard.h"
 #include "ovufc/win/srw_lock.h"
 
@@ -78,9 +77,8 @@ orvNameSpace::EnumObjects(HWND, SHCONTF wanted, IEnumIDList** enumerator) noexce
             const win::shared_lock lock(itemsLock);
             copies = items;
         }
-        ComPtr<NameSpaceEnumObj> made;
-        made = com::adopt(com::make_object<NameSpaceEnumObj>(this, wanted, std::move(copies)));
-        return made != nullptr ? made.CopyTo(enumerator) : E_OUTOFMEMORY;
+        *enumerator = com::make_object<NameSpaceEnumObj>(this, wanted, std::move(copies));
+        return *enumerator != nullptr ? S_OK : E_OUTOFMEMORY;
     });
 }
 

@@ -7,7 +7,6 @@
 #include "namespace/columns.h"
 #include "namespace/name_space_category_provider.h"
 #include "namespace/orv_name_space.h"
-#include "ovufc/com/adopt.h"
 
 namespace ov::name_space {
 
@@ -31,9 +30,8 @@ orvNameSpace::CreateViewObject(HWND, REFIID riid, void** result) noexcept {
         return create_view(reinterpret_cast<IShellView**>(result));
     }
     if (riid == __uuidof(ICategoryProvider)) {
-        ComPtr<NameSpaceCategoryProvider> provider;
-        provider = com::adopt(com::make_object<NameSpaceCategoryProvider>(this));
-        return provider != nullptr ? provider->QueryInterface(riid, result) : E_OUTOFMEMORY;
+        *result = static_cast<ICategoryProvider*>(com::make_object<NameSpaceCategoryProvider>(this));
+        return *result != nullptr ? S_OK : E_OUTOFMEMORY;
     }
     return E_NOINTERFACE;
 }
