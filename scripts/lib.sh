@@ -39,7 +39,7 @@ wine_environment() {
     if [ -f "$display_file" ]; then
         DISPLAY=$(cut -d' ' -f1 "$display_file")
         export DISPLAY
-        unset XAUTHORITY WAYLAND_DISPLAY
+        grep -q ' none$' "$display_file" || unset XAUTHORITY WAYLAND_DISPLAY
     fi
 }
 

@@ -5,23 +5,29 @@
 #   scripts/prefix.sh down     stops all that runs in it
 #   scripts/prefix.sh remove   stops it and deletes it
 #
-# ORV_PRESET names the preset (x64-release), ORV_PREFIX another folder altogether. While it is up, one Wine
-# server keeps the prefix's services and drivers running and one virtual display shows its windows: a desktop
-# belongs to the display that its first window met, so all runs share one.
+# ORV_PRESET names the preset (x64-release), ORV_PREFIX another folder altogether, ORV_DISPLAY a display of yours to
+# use in place of a virtual one. While it is up, one Wine server keeps the prefix's services and drivers running and
+# one display shows its windows: a desktop belongs to the display that its first window met, so all runs share one.
 . "$(dirname "$0")/lib.sh"
 
 prefix=$(prefix_dir)
 display_file="$prefix.display"
 lock_file="$prefix.lock"
 
+# The file holds the display's name and process; a person's own display has no process that is ours to stop.
 display_is_up() {
     [ -f "$display_file" ] || return 1
+    grep -q ' none$' "$display_file" && return
     kill -0 "$(cut -d' ' -f2 "$display_file")" 2>/dev/null
 }
 
 start_display() {
     display_is_up && return
     rm -f "$display_file"
+    if [ -n "${ORV_DISPLAY:-}" ]; then
+        printf '%s none\n' "$ORV_DISPLAY" >"$display_file"
+        return
+    fi
     local number_file
     number_file=$(mktemp)
     # The display outlives this script; it lets go of the lock and of our output.
@@ -47,9 +53,12 @@ make_prefix() {
     run_wine 180 wineboot -i >/dev/null 2>&1 || die "the Wine prefix could not be made"
     run_wine 60 winecfg /v win10 >/dev/null 2>&1 || die "the prefix's Windows version could not be set"
     # No window manager runs on the virtual display. Windows that expect one wait for it, two seconds at each
-    # closing.
-    run_wine 60 reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1 ||
-        die "the prefix's windows could not be set up"
+    # closing, and have no title bar: Wine is told to do without and to draw title bars itself.
+    local setting
+    for setting in Managed Decorated; do
+        run_wine 60 reg add 'HKCU\Software\Wine\X11 Driver' /v "$setting" /d N /f >/dev/null 2>&1 ||
+            die "the prefix's windows could not be set up"
+    done
     timeout 60 wineserver -w || true
     : >"$prefix/.made"
 }

@@ -1,0 +1,153 @@
+#!/usr/bin/env bash
+# The product's story, played in a build's Wine prefix: a folder is protected by a right-click, wrecked, and brought
+# back by One Click Restore. Fails unless every file comes back byte for byte.
+#
+#   scripts/story.sh [--keep]
+#
+#   --keep   leaves the product installed at the end
+#
+# Every window is a real one; `press` clicks its buttons. Pictures of them are in build/PRESET/screenshots.
+# ORV_PRESET names the build (x64-release), ORV_PREFIX another prefix than its own.
+. "$(dirname "$0")/lib.sh"
+keep=no
+case "${1:-}" in
+-h | --help) show_help ;;
+--keep) keep=yes ;;
+'') ;;
+*) die "unknown option '$1'; see --help" ;;
+esac
+
+bin="$ORV_ROOT/build/$ORV_PRESET/bin"
+pictures="$ORV_ROOT/build/$ORV_PRESET/screenshots"
+
+set_up() {
+    step "Installing certificate, driver, service and module into the Wine prefix"
+    "$ORV_ROOT/scripts/install.sh" install
+    wine_environment
+    mkdir -p "$pictures"
+}
+
+# Each shellhost says which functions of the system it supplies; a reader of the story is told once.
+supplied_was_said=no
+host() {
+    local output result=0
+    output=$(run_wine 120 "$bin/shellhost.exe" "$@" | tr -d '\r') || result=$?
+    if [ "$supplied_was_said" = no ]; then
+        supplied_was_said=yes
+        say "$output"
+    else
+        say "$output" | grep -v '^Wine lacks these; supplied' || true
+    fi
+    return "$result"
+}
+service() { run_wine 60 "$bin/orvsvc.exe" "$@" | tr -d '\r'; }
+hashes() { (cd "$1" && find . -type f -print0 | sort -z | xargs -0 sha256sum); }
+
+picture() { import -window root -trim +repage "$pictures/$1.png" && say "  (picture: build/$ORV_PRESET/screenshots/$1.png)"; }
+
+# press_window NAME TITLE BUTTON: waits for a window, takes its picture, clicks.
+press_window() {
+    run_wine 60 "$bin/press.exe" --title "$2" --button "$3" --timeout 30 --wait-only | tr -d '\r'
+    picture "$1"
+    run_wine 60 "$bin/press.exe" --title "$2" --button "$3" --quiet
+}
+
+# menu_shows TEXT: right-clicks the folder, prints the menu, and fails unless it holds TEXT.
+menu_shows() {
+    local menu
+    menu=$(host menu "$windows_folder")
+    say "$menu"
+    grep -qF "$1" <<<"$menu" || die "the menu does not show '$1'"
+}
+
+# A folder of files as people have them: pictures, text, a name beyond ASCII, a folder inside.
+make_folder() {
+    folder="$WINEPREFIX/drive_c/Orvane demo/Holiday photos"
+    rm -rf "$folder"
+    mkdir -p "$folder/2026/Zürich"
+    cp "$ORV_ROOT"/res/icons/*.ico "$folder"
+    cp "$ORV_ROOT/res/svg/103.svg" "$folder/2026/Zürich/drawing – first draft.svg"
+    for number in 1 2 3 4 5; do
+        printf 'Day %s of the holiday. %s\n' "$number" "$(seq -s ' ' 1 "$((number * 200))")" >"$folder/2026/day $number.txt"
+    done
+    windows_folder='C:\Orvane demo\Holiday photos'
+}
+
+protect() {
+    step "A right-click on a folder that is not protected"
+    menu_shows "Not protected"
+    step "Protecting it: the command opens the protection dialog, whose OK is pressed"
+    host menu "$windows_folder" --invoke 0 >"$pictures/protect.txt" &
+    local invoking=$!
+    press_window protect "Orvane" 1
+    wait "$invoking"
+    tail -n 1 "$pictures/protect.txt"
+    step "The same right-click now"
+    menu_shows "Unprotect folder"
+}
+
+wreck() {
+    step "Taking a restore point"
+    service restore-point
+    hashes "$folder" >"$pictures/before.sha256"
+    step "What ransomware would do: files overwritten, renamed and deleted, a note left behind"
+    local file
+    find "$folder" -type f -name '*.txt' -print0 | while IFS= read -r -d '' file; do
+        head -c 4096 /dev/urandom >"$file" && mv "$file" "$file.locked"
+    done
+    head -c 4096 /dev/urandom >"$folder/103.ico"
+    rm -rf "$folder/2026/Zürich"
+    printf 'Your files are encrypted.\n' >"$folder/READ ME.txt"
+    find "$folder" -type f -printf '  %P\n' | sort
+}
+
+restore() {
+    step "One Click Restore: its verb is run as by a double-click, and confirmed twice"
+    host verbs --restore >"$pictures/restore.txt" &
+    local invoking=$!
+    press_window restore-first "Orvane Vaultkeep" 1
+    sleep 0.5
+    press_window restore-second "Orvane Vaultkeep" 1
+    wait "$invoking"
+    cat "$pictures/restore.txt"
+    if hashes "$folder" | diff "$pictures/before.sha256" - >/dev/null; then
+        say "Every file is byte for byte what it was ($(wc -l <"$pictures/before.sha256") files)."
+    else
+        hashes "$folder" | diff "$pictures/before.sha256" - || true
+        die "the folder did not come back as it was"
+    fi
+}
+
+unprotect() {
+    step "Unprotecting the folder by the menu"
+    host menu "$windows_folder" --invoke 1 >"$pictures/unprotect.txt" &
+    local invoking=$!
+    press_window unprotect "Orvane Vaultkeep" 1
+    wait "$invoking"
+    tail -n 1 "$pictures/unprotect.txt"
+    menu_shows "Not protected"
+}
+
+explorer() {
+    step "The folder \"Orvane\" as text"
+    host list
+    step "The folder \"Orvane\" in the small Explorer"
+    host --close-after 12 &
+    local showing=$!
+    run_wine 60 "$bin/press.exe" --title "Orvane" --timeout 40 --wait-only --quiet
+    sleep 3
+    picture explorer
+    wait "$showing"
+}
+
+set_up
+make_folder
+protect
+wreck
+restore
+explorer
+unprotect
+if [ "$keep" = no ]; then
+    step "Taking the product out again"
+    "$ORV_ROOT/scripts/install.sh" remove
+fi
