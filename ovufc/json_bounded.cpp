@@ -1,6 +1,9 @@
 #include "ovufc/json_bounded.h"
 
 #include <string>
+#include <utility>
+
+#include "ovufc/owned_json.h"
 
 namespace ov {
 namespace {
@@ -44,12 +47,12 @@ class bounded_builder : public detail::json_sax_dom_parser<json> {
 };
 
 json parse(std::string_view text, bool throws) {
-    json value;
-    bounded_builder builder(value, throws);
+    owned_json built{json()};
+    bounded_builder builder(built.value, throws);
     if (!json::sax_parse(text.begin(), text.end(), &builder)) {
         return json(json::value_t::discarded);
     }
-    return value;
+    return std::move(built.value);
 }
 
 }  // namespace

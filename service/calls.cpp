@@ -5,7 +5,7 @@
 
 #include "ovufc/ipc/drvport/client.h"
 #include "ovufc/json_bounded.h"
-#include "ovufc/json_members.h"
+#include "ovufc/owned_json.h"
 #include "service/envelope.h"
 #include "service/file_exchange.h"
 #include "service/reply_readers.h"
@@ -27,26 +27,26 @@ void attempt(Body&& body) noexcept {
 }
 
 /// Whatever the driver is asked with: named values, brought into ascending order by the object itself.
-json no_parameters() {
+owned_json no_parameters() {
     return json::object();
 }
 
-json folder_parameters(const std::wstring& folder_path) {
-    json parameters = json::object();
-    parameters["folderName"] = to_utf8(folder_path);
+owned_json folder_parameters(const std::wstring& folder_path) {
+    owned_json parameters = json::object();
+    parameters.set("folderName", to_utf8(folder_path));
     return parameters;
 }
 
-json file_parameters(const std::wstring& file_path) {
-    json parameters = json::object();
-    parameters["fileName"] = to_utf8(file_path);
+owned_json file_parameters(const std::wstring& file_path) {
+    owned_json parameters = json::object();
+    parameters.set("fileName", to_utf8(file_path));
     return parameters;
 }
 
-json restore_point_parameters(std::int64_t createdOn, std::int64_t sequenceNumber) {
-    json parameters = json::object();
-    parameters["createdOn"] = createdOn;
-    parameters["sequenceNumber"] = sequenceNumber;
+owned_json restore_point_parameters(std::int64_t createdOn, std::int64_t sequenceNumber) {
+    owned_json parameters = json::object();
+    parameters.set("createdOn", createdOn);
+    parameters.set("sequenceNumber", sequenceNumber);
     return parameters;
 }
 
@@ -54,32 +54,33 @@ std::string_view export_type(export_kind kind) noexcept {
     return kind == export_kind::deleted_files ? "recycleBin" : "chronels";
 }
 
-HRESULT outcome_of(service_call call, json parameters) {
+HRESULT outcome_of(service_call call, owned_json parameters) {
     return read_outcome(exchange(call, std::move(parameters)));
 }
 
 /// For calls that are answered with a file: names the folder, then takes the file that the reply names.
-std::string file_answering(service_call call, json parameters) {
-    parameters["tempFolder"] = to_utf8(temp_folder());
+std::string file_answering(service_call call, owned_json parameters) {
+    parameters.set("tempFolder", to_utf8(temp_folder()));
     const std::wstring path = read_file_path(exchange(call, std::move(parameters)));
     return path.empty() ? std::string() : take_driver_file(path);
 }
 
-/// The member as it stands, null when the record lacks it.
-json copied(const json& record, std::string_view key) {
-    const json* const member = find_member(record, key);
-    return member == nullptr ? json() : *member;
+/// The member as it stands, null when the record lacks it. Each is asked for once: it is moved, not copied.
+owned_json taken(owned_json& record, const char* key) {
+    const auto found = record.value.find(key);
+    return found == record.value.end() ? json() : std::move(*found);
 }
 
 /// Both chronel commands. A record that is JSON but no object names no chronel: nothing is sent.
-void send_chronel(service_call call, const std::wstring& file_path, const json& record, json used_file_name) {
-    if (!record.is_object()) {
+void send_chronel(service_call call, const std::wstring& file_path, owned_json& record,
+                  owned_json used_file_name) {
+    if (!record.value.is_object()) {
         return;
     }
-    json parameters = file_parameters(file_path);
-    parameters["usedFileName"] = std::move(used_file_name);
-    parameters["cloneFileName"] = copied(record, "cloneFileName");
-    parameters["chronelType"] = copied(record, "type");
+    owned_json parameters = file_parameters(file_path);
+    parameters.set("usedFileName", std::move(used_file_name.value));
+    parameters.set("cloneFileName", taken(record, "cloneFileName").value);
+    parameters.set("chronelType", taken(record, "type").value);
     send(call, std::move(parameters));
 }
 
@@ -106,8 +107,8 @@ HRESULT protect_folder(const std::wstring& folder_path) noexcept {
 HRESULT protect_folder_as(const std::wstring& folder_path, const std::wstring& object_path) noexcept {
     HRESULT result = E_UNEXPECTED;
     attempt([&] {
-        json parameters = folder_parameters(folder_path);
-        parameters["objPath"] = to_utf8(object_path);
+        owned_json parameters = folder_parameters(folder_path);
+        parameters.set("objPath", to_utf8(object_path));
         result = outcome_of(service_call::protect_folder_as, std::move(parameters));
     });
     return result;
@@ -122,8 +123,8 @@ HRESULT unprotect_folder(const std::wstring& folder_path) noexcept {
 HRESULT export_folder(const std::wstring& folder_path, export_kind kind) noexcept {
     HRESULT result = E_UNEXPECTED;
     attempt([&] {
-        json parameters = folder_parameters(folder_path);
-        parameters["exportType"] = export_type(kind);
+        owned_json parameters = folder_parameters(folder_path);
+        parameters.set("exportType", export_type(kind));
         result = outcome_of(service_call::export_folder, std::move(parameters));
     });
     return result;
@@ -136,16 +137,17 @@ std::string get_file_chronels(const std::wstring& file_path) noexcept {
 }
 
 void restore_file_chronel(const std::wstring& file_path, const std::string& chronel_identifier) {
-    const json record = parse_bounded_or_throw(chronel_identifier);
+    owned_json record = parse_bounded_or_throw(chronel_identifier);
     attempt([&] {
-        send_chronel(service_call::restore_file_chronel, file_path, record, copied(record, "fileName"));
+        send_chronel(service_call::restore_file_chronel, file_path, record, taken(record, "fileName"));
     });
 }
 
 void open_file_chronel(const std::wstring& file_path, const std::string& chronel_identifier,
                        const std::wstring& file_name) {
-    const json record = parse_bounded_or_throw(chronel_identifier);
-    attempt([&] { send_chronel(service_call::open_file_chronel, file_path, record, to_utf8(file_name)); });
+    owned_json record = parse_bounded_or_throw(chronel_identifier);
+    attempt(
+        [&] { send_chronel(service_call::open_file_chronel, file_path, record, json(to_utf8(file_name))); });
 }
 
 bool get_restore_points(std::int64_t& createdOn, std::int64_t& sequenceNumber) noexcept {
@@ -160,7 +162,7 @@ bool get_restore_points(std::int64_t& createdOn, std::int64_t& sequenceNumber) n
 std::vector<std::wstring> get_restore_folders(std::int64_t createdOn, std::int64_t sequenceNumber) noexcept {
     std::vector<std::wstring> folders;
     attempt([&] {
-        json parameters = restore_point_parameters(createdOn, sequenceNumber);
+        owned_json parameters = restore_point_parameters(createdOn, sequenceNumber);
         folders =
             read_restore_folders(file_answering(service_call::get_restore_folders, std::move(parameters)));
     });
@@ -170,7 +172,7 @@ std::vector<std::wstring> get_restore_folders(std::int64_t createdOn, std::int64
 bool restore_from_point(std::int64_t createdOn, std::int64_t sequenceNumber) noexcept {
     bool restored = true;
     attempt([&] {
-        json parameters = restore_point_parameters(createdOn, sequenceNumber);
+        owned_json parameters = restore_point_parameters(createdOn, sequenceNumber);
         restored = !read_restore_refused(exchange(service_call::restore_from_point, std::move(parameters)));
     });
     return restored;

@@ -19,20 +19,20 @@ struct reply_buffer {
     std::uint32_t filled_bytes = 0;
 };
 
-bool transact(service_call call, json parameters, reply_buffer& answer) {
+bool transact(service_call call, owned_json parameters, reply_buffer& answer) {
     const orv_request request = frame_request(request_text(call, std::move(parameters)));
     return drvport::transact(request, answer.bytes, answer.filled_bytes);
 }
 
 }  // namespace
 
-std::string request_text(service_call call, json parameters) {
-    json request = json::object();
-    request["parameters"] = std::move(parameters);
-    request["serviceCall"] = static_cast<std::int64_t>(call);
+std::string request_text(service_call call, owned_json parameters) {
+    owned_json request = json::object();
+    request.set("parameters", std::move(parameters.value));
+    request.set("serviceCall", static_cast<std::int64_t>(call));
     // Strict: bytes that are not UTF-8 end the call rather than reach the driver as something else. Converted
     // and parsed texts are always UTF-8, so this is the net, not the road.
-    return request.dump(-1, ' ', false, json::error_handler_t::strict);
+    return request.value.dump(-1, ' ', false, json::error_handler_t::strict);
 }
 
 orv_request frame_request(std::string_view text) noexcept {
@@ -45,7 +45,7 @@ orv_request frame_request(std::string_view text) noexcept {
     return request;
 }
 
-reply exchange(service_call call, json parameters) {
+reply exchange(service_call call, owned_json parameters) {
     reply_buffer answer;
     if (!transact(call, std::move(parameters), answer)) {
         return reply::failed(reply::transact_failed);
@@ -53,7 +53,7 @@ reply exchange(service_call call, json parameters) {
     return reply::parse(answer.bytes, std::min<std::size_t>(answer.filled_bytes, sizeof(answer.bytes)));
 }
 
-void send(service_call call, json parameters) {
+void send(service_call call, owned_json parameters) {
     reply_buffer unread;
     static_cast<void>(transact(call, std::move(parameters), unread));
 }

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "ovufc/ipc/drvport/wire.h"
-#include "ovufc/json.h"
+#include "ovufc/owned_json.h"
 #include "service/reply.h"
 #include "service/service_call.h"
 
@@ -17,7 +17,7 @@ namespace ov::service {
 
 /// The text of a request: `{"parameters":{…},"serviceCall":N}`, no blanks, keys ascending, raw UTF-8.
 /// `parameters` is an object, empty for a call without arguments.
-[[nodiscard]] std::string request_text(service_call call, json parameters);
+[[nodiscard]] std::string request_text(service_call call, owned_json parameters);
 
 /// The text behind the header that names process, thread and session. A text of more than 2047 bytes is cut
 /// without a word, and is no JSON to the driver then: paths are the only values without a bound, and no call
@@ -25,9 +25,9 @@ namespace ov::service {
 [[nodiscard]] orv_request frame_request(std::string_view text) noexcept;
 
 /// Sends a request and reads its reply.
-[[nodiscard]] reply exchange(service_call call, json parameters);
+[[nodiscard]] reply exchange(service_call call, owned_json parameters);
 
 /// Sends a request whose reply nobody reads; returns when it has come, or will not.
-void send(service_call call, json parameters);
+void send(service_call call, owned_json parameters);
 
 }  // namespace ov::service

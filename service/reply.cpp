@@ -8,7 +8,8 @@
 
 namespace ov::service {
 
-reply::reply(json document, std::string_view error) : document_(std::move(document)), error_(error) {}
+reply::reply(owned_json document, std::string_view error) noexcept
+    : document_(std::move(document)), error_(error) {}
 
 reply reply::failed(std::string_view error) {
     return {json(json::value_t::discarded), error};
@@ -20,11 +21,11 @@ reply reply::parse(const char* bytes, std::size_t size_bytes) {
 }
 
 const json* reply::data() const noexcept {
-    return find_member(document_, "data");
+    return find_member(document_.value, "data");
 }
 
 std::optional<std::int64_t> reply::status() const noexcept {
-    const json* const code = find_member(document_, "statusCode");
+    const json* const code = find_member(document_.value, "statusCode");
     if (code == nullptr || !code->is_number()) {
         return std::nullopt;
     }

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "ovufc/json.h"
+#include "ovufc/owned_json.h"
 
 namespace ov::service {
 
@@ -32,9 +32,9 @@ class reply {
     [[nodiscard]] std::optional<std::int64_t> status() const noexcept;
 
   private:
-    reply(json document, std::string_view error);
+    reply(owned_json document, std::string_view error) noexcept;
 
-    json document_;
+    owned_json document_;
     std::string_view error_;
 };
 

@@ -4,6 +4,7 @@
 
 #include "ovufc/json_bounded.h"
 #include "ovufc/json_members.h"
+#include "ovufc/owned_json.h"
 #include "service/text.h"
 
 namespace ov::service {
@@ -58,8 +59,8 @@ std::wstring read_file_path(const reply& answer) {
 }
 
 std::vector<std::wstring> read_restore_folders(const std::string& file_text) {
-    const json document = parse_bounded(file_text);
-    const json* const listed = find_member(document, "restoreFolders");
+    const owned_json document = parse_bounded(file_text);
+    const json* const listed = find_member(document.value, "restoreFolders");
     if (listed == nullptr || !listed->is_array()) {
         return {};
     }
