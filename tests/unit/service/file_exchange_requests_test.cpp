@@ -1,0 +1,139 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "service/file_exchange.h"
+#include "tests/support/import_patch.h"
+#include "tests/support/temp_file.h"
+
+/// What the file exchange asks of the system, and what it makes of failures that no real file gives: both
+/// seen through this program's import table.
+namespace {
+
+using ov::service::read_file_text;
+using ov::service::take_driver_file;
+using ov::service::temp_folder;
+using ov::test::import_patch;
+using ov::test::temp_file;
+
+constexpr const char* kernel = "kernel32.dll";
+
+struct file_request {
+    DWORD access, share, creation, attributes;
+    bool without_security, without_template;
+    bool operator==(const file_request&) const = default;
+};
+
+std::vector<file_request> opened;
+std::vector<DWORD> read_sizes;
+std::vector<DWORD> temp_path_sizes;
+std::vector<std::wstring> deleted;
+DWORD size_error = 0;
+DWORD read_error = 0;
+decltype(CreateFileW)* real_create = nullptr;
+decltype(GetFileSizeEx)* real_size = nullptr;
+decltype(ReadFile)* real_read = nullptr;
+decltype(GetTempPathW)* real_temp_path = nullptr;
+decltype(DeleteFileW)* real_delete = nullptr;
+
+HANDLE WINAPI create(LPCWSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security, DWORD creation,
+                     DWORD attributes, HANDLE template_file) {
+    opened.push_back({access, share, creation, attributes, security == nullptr, template_file == nullptr});
+    return real_create(path, access, share, security, creation, attributes, template_file);
+}
+
+BOOL WINAPI size(HANDLE file, LARGE_INTEGER* bytes) {
+    if (size_error != 0) {
+        SetLastError(size_error);
+        return FALSE;
+    }
+    return real_size(file, bytes);
+}
+
+BOOL WINAPI read(HANDLE file, void* buffer, DWORD bytes, DWORD* done, OVERLAPPED* overlapped) {
+    read_sizes.push_back(bytes);
+    if (read_error != 0) {
+        SetLastError(read_error);
+        return FALSE;
+    }
+    return real_read(file, buffer, bytes, done, overlapped);
+}
+
+DWORD WINAPI temp_path(DWORD chars, LPWSTR buffer) {
+    temp_path_sizes.push_back(chars);
+    return real_temp_path(chars, buffer);
+}
+
+BOOL WINAPI remove(LPCWSTR path) {
+    deleted.emplace_back(path);
+    return real_delete(path);
+}
+
+class FileExchangeRequests : public testing::Test {
+  protected:
+    FileExchangeRequests() {
+        opened.clear();
+        read_sizes.clear();
+        temp_path_sizes.clear();
+        deleted.clear();
+        size_error = 0;
+        read_error = 0;
+        real_create = create_.original();
+        real_size = size_.original();
+        real_read = read_.original();
+        real_temp_path = temp_path_.original();
+        real_delete = delete_.original();
+    }
+
+  private:
+    const HMODULE self = GetModuleHandleW(nullptr);
+    import_patch<decltype(CreateFileW)> create_{self, kernel, "CreateFileW", create};
+    import_patch<decltype(GetFileSizeEx)> size_{self, kernel, "GetFileSizeEx", size};
+    import_patch<decltype(ReadFile)> read_{self, kernel, "ReadFile", read};
+    import_patch<decltype(GetTempPathW)> temp_path_{self, kernel, "GetTempPathW", temp_path};
+    import_patch<decltype(DeleteFileW)> delete_{self, kernel, "DeleteFileW", remove};
+};
+
+TEST_F(FileExchangeRequests, file_isOpenedSharedAndReadInOnePiece) {
+    const temp_file file("abcde");
+    opened.clear();
+    std::string text;
+    EXPECT_EQ(read_file_text(file.path(), text), S_OK);
+    ASSERT_EQ(opened.size(), 1u);
+    EXPECT_EQ(opened[0], (file_request{0x80100000, 7, OPEN_EXISTING, 0x08000080, true, true}));
+    EXPECT_EQ(read_sizes, std::vector<DWORD>{5});
+}
+
+TEST_F(FileExchangeRequests, tempFolder_offersRoomFor260) {
+    static_cast<void>(temp_folder());
+    EXPECT_EQ(temp_path_sizes, std::vector<DWORD>{260});
+}
+
+TEST_F(FileExchangeRequests, failedSizing_givesItsError) {
+    const temp_file file("abcde");
+    size_error = ERROR_INVALID_FUNCTION;
+    std::string text = "before";
+    EXPECT_EQ(read_file_text(file.path(), text), static_cast<HRESULT>(0x80070001));
+    EXPECT_EQ(text, "before");
+}
+
+TEST_F(FileExchangeRequests, failedReading_givesItsErrorAndIsDeletedAllTheSame) {
+    const temp_file file("abcde");
+    read_error = ERROR_LOCK_VIOLATION;
+    std::string text = "before";
+    EXPECT_EQ(read_file_text(file.path(), text), static_cast<HRESULT>(0x80070021));
+    EXPECT_EQ(text, "before");
+    EXPECT_EQ(take_driver_file(file.path()), "");
+    EXPECT_EQ(deleted, std::vector<std::wstring>{file.path()});
+    EXPECT_FALSE(file.exists());
+}
+
+TEST_F(FileExchangeRequests, errorThatIsNegativeAlready_isGivenAsItIs) {
+    const temp_file file("abcde");
+    read_error = 0x80000005;
+    std::string text;
+    EXPECT_EQ(read_file_text(file.path(), text), static_cast<HRESULT>(0x80000005));
+}
+
+}  // namespace

@@ -1,0 +1,161 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdint>
+#include <cstdlib>
+#include <functional>
+#include <new>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ovufc/json.h"
+#include "service/calls.h"
+#include "tests/support/temp_file.h"
+#include "tests/unit/service/calls_fixture.h"
+
+namespace {
+
+/// Allocations of one thread that still succeed; what comes after fails until `disarm`. The service's thread
+/// shares the program and is left alone.
+std::atomic<DWORD> armed_thread{0};
+std::int64_t allocations_left = 0;
+bool has_failed = false;
+
+void arm(std::int64_t successes) {
+    allocations_left = successes;
+    has_failed = false;
+    armed_thread = GetCurrentThreadId();
+}
+
+void disarm() {
+    armed_thread = 0;
+}
+
+void* allocate(std::size_t bytes) {
+    if (armed_thread == GetCurrentThreadId() && allocations_left-- <= 0) {
+        has_failed = true;
+        return nullptr;
+    }
+    return std::malloc(bytes == 0 ? 1 : bytes);
+}
+
+}  // namespace
+
+// Not inlined: the compiler would see free meet new.
+[[gnu::noinline]] void* operator new(std::size_t bytes) {
+    if (void* const memory = allocate(bytes)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+[[gnu::noinline]] void* operator new[](std::size_t bytes) {
+    return operator new(bytes);
+}
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+[[gnu::noinline]] void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+[[gnu::noinline]] void operator delete[](void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace {
+
+using namespace ov::service;  // the functions under test
+
+class NoMemory : public ov::test::service_calls_test {
+  protected:
+    /// Fails each allocation of `call` in turn, with all that follow it, and looks at each outcome; ends with
+    /// the run that needs none of the failures. Says how many runs failed.
+    static int fail_each(const std::function<void()>& call, const std::function<void()>& check_failure) {
+        for (int successes = 0;; ++successes) {
+            arm(successes);
+            call();
+            disarm();
+            if (!has_failed) {
+                return successes;
+            }
+            check_failure();
+        }
+    }
+};
+
+TEST_F(NoMemory, outcomeCall_isUnexpected) {
+    answer(R"({"statusCode":0,"data":{"a":["text that is too long for a string's own buffer"]}})");
+    const std::wstring folder = L"C:\\a folder with a name of some length";
+    HRESULT result = S_OK;
+    EXPECT_GT(fail_each([&] { result = protect_folder(folder); }, [&] { EXPECT_EQ(result, E_UNEXPECTED); }),
+              5);
+    EXPECT_EQ(result, S_OK);
+}
+
+TEST_F(NoMemory, folderStatus_isFalseAndLeavesTheFlags) {
+    service.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
+    answer(R"({"statusCode":0,"data":{"protectedFolder":true,"uiLevel":"restricted"}})");
+    const std::wstring folder = L"C:\\a folder with a name of some length";
+    bool is_protected = false;
+    bool restricted = false;
+    bool exports_available = false;
+    EXPECT_GT(fail_each([&] { is_protected = get_folder_status(folder, restricted, exports_available); },
+                        [&] { EXPECT_FALSE(is_protected || restricted || exports_available); }),
+              5);
+    EXPECT_TRUE(is_protected && restricted && exports_available);
+}
+
+TEST_F(NoMemory, restoreFromPoint_isTrue) {
+    answer(R"({"statusCode":5})");
+    bool restored = false;
+    EXPECT_GT(fail_each([&] { restored = restore_from_point(1, 2); }, [&] { EXPECT_TRUE(restored); }), 5);
+    EXPECT_FALSE(restored);
+}
+
+TEST_F(NoMemory, lastTimestamp_isNone) {
+    answer(R"({"statusCode":-2,"data":{"lastTimestamp":5}})");
+    std::optional<std::uint64_t> timestamp;
+    EXPECT_GT(
+        fail_each([&] { timestamp = get_last_timestamp(); }, [&] { EXPECT_EQ(timestamp, std::nullopt); }), 5);
+    EXPECT_EQ(timestamp, 5u);
+}
+
+TEST_F(NoMemory, restoreFolders_areEmpty) {
+    const std::string text = R"({"restoreFolders":["C:\\a folder with a name of some length","D:\\"]})";
+    std::vector<std::wstring> folders;
+    std::optional<ov::test::temp_file> file(text);
+    answer_with_file(file->path());
+    const int runs = fail_each([&] { folders = get_restore_folders(1, 2); },
+                               [&] {
+                                   EXPECT_TRUE(folders.empty());
+                                   file.emplace(text);
+                                   answer_with_file(file->path());
+                               });
+    EXPECT_GT(runs, 5);
+    EXPECT_EQ(folders.size(), 2u);
+    EXPECT_FALSE(file->exists());
+}
+
+TEST_F(NoMemory, chronelCommand_raisesNothingButNoMemory) {
+    const std::string identifier =
+        R"({"fileName":"a file with a name of some length","cloneFileName":{"a":["b",{"c":[1,2]}]},"type":[[[1]]]})";
+    int raised = 0;
+    EXPECT_GT(fail_each(
+                  [&] {
+                      try {
+                          restore_file_chronel(L"C:\\a file with a name of some length", identifier);
+                      } catch (const std::bad_alloc&) {
+                          ++raised;
+                      }
+                  },
+                  [] {}),
+              5);
+    EXPECT_GT(raised, 0);
+}
+
+}  // namespace
