@@ -1,7 +1,7 @@
 #include "namespace/location_document.h"
 
 #include <algorithm>
-#include <new>
+#include <exception>
 
 #include "namespace/location_reader.h"
 #include "namespace/user_folders.h"
@@ -49,7 +49,7 @@ location_document read_location_document(std::string_view text) noexcept {
             document.user_folder_mask = user_folder_bits::all;
         }
         return document;
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
         return unreadable_document();
     }
 }

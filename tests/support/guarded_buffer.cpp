@@ -8,20 +8,22 @@ namespace ov::test {
 namespace {
 
 constexpr std::size_t page_bytes = 4096;
+// More than any 16-bit length can make a reader go too far.
+constexpr std::size_t guard_bytes = 64 * page_bytes;
 
-std::byte* watched_page = nullptr;
+std::byte* watched_guard = nullptr;
 volatile int met = 0;
 
-LONG CALLBACK open_watched_page(EXCEPTION_POINTERS* pointers) {
+LONG CALLBACK open_watched_guard(EXCEPTION_POINTERS* pointers) {
     const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
     if (record.ExceptionCode != EXCEPTION_ACCESS_VIOLATION || record.NumberParameters < 2) {
         return EXCEPTION_CONTINUE_SEARCH;
     }
     const auto address = static_cast<std::size_t>(record.ExceptionInformation[1]);
-    const auto page = reinterpret_cast<std::size_t>(watched_page);
+    const auto guard = reinterpret_cast<std::size_t>(watched_guard);
     DWORD before = 0;
-    if (address < page || address >= page + page_bytes ||
-        VirtualProtect(watched_page, page_bytes, PAGE_READWRITE, &before) == FALSE) {
+    if (address < guard || address >= guard + guard_bytes ||
+        VirtualProtect(watched_guard, guard_bytes, PAGE_READWRITE, &before) == FALSE) {
         return EXCEPTION_CONTINUE_SEARCH;
     }
     met = met + 1;
@@ -33,7 +35,7 @@ LONG CALLBACK open_watched_page(EXCEPTION_POINTERS* pointers) {
 guarded_buffer::guarded_buffer(std::span<const std::byte> content) : size_(content.size()) {
     const std::size_t data_bytes = (size_ / page_bytes + 1) * page_bytes;
     base_ = static_cast<std::byte*>(
-        VirtualAlloc(nullptr, data_bytes + page_bytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+        VirtualAlloc(nullptr, data_bytes + guard_bytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
     if (base_ == nullptr) {
         throw std::bad_alloc();
     }
@@ -42,15 +44,15 @@ guarded_buffer::guarded_buffer(std::span<const std::byte> content) : size_(conte
         std::memcpy(data(), content.data(), size_);
     }
     DWORD before = 0;
-    VirtualProtect(guard_, page_bytes, PAGE_NOACCESS, &before);
-    watched_page = guard_;
+    VirtualProtect(guard_, guard_bytes, PAGE_NOACCESS, &before);
+    watched_guard = guard_;
     met = 0;
-    handler_ = AddVectoredExceptionHandler(1, open_watched_page);
+    handler_ = AddVectoredExceptionHandler(1, open_watched_guard);
 }
 
 guarded_buffer::~guarded_buffer() {
     RemoveVectoredExceptionHandler(handler_);
-    watched_page = nullptr;
+    watched_guard = nullptr;
     VirtualFree(base_, 0, MEM_RELEASE);
 }
 

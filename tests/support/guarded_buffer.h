@@ -7,9 +7,9 @@
 
 namespace ov::test {
 
-/// A copy of some bytes that ends exactly where a page begins that nobody may touch.
+/// A copy of some bytes that ends exactly where 256 KiB begin that nobody may touch.
 ///
-/// A reader that goes past the end does not end the program: the page is opened for it and the overrun
+/// A reader that goes past the end does not end the program: they are opened for it and the overrun
 /// counted, so that a test fails by name. One buffer at a time; only the thread that made it should read it.
 class guarded_buffer {
   public:
@@ -20,7 +20,7 @@ class guarded_buffer {
 
     /// The copy; writable.
     [[nodiscard]] std::byte* data() const noexcept { return guard_ - size_; }
-    /// How often the guard page was met: at most once, since meeting it opens it.
+    /// How often the guard was met: at most once, since meeting it opens it.
     [[nodiscard]] int overruns() const noexcept;
 
   private:

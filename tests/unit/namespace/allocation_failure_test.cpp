@@ -1,0 +1,144 @@
+// What becomes of a folder when memory runs out at any of its allocations.
+
+#include <cstdlib>
+#include <new>
+
+#include "namespace/location_document.h"
+#include "tests/unit/namespace/folder_fixture.h"
+
+namespace {
+
+// How many more allocations succeed; negative: all.
+int allocations_left = -1;
+bool one_failed = false;
+
+void* limited_new(std::size_t size) noexcept {
+    if (allocations_left == 0) {
+        one_failed = true;
+        return nullptr;
+    }
+    if (allocations_left > 0) {
+        --allocations_left;
+    }
+    return std::malloc(size);
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+    if (void* memory = limited_new(size)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return limited_new(size);
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace {
+
+using namespace ov::name_space;
+using namespace ov::test;
+
+// Runs `body` with memory for 0, 1, 2... allocations until it gets through; answers how often it did not.
+template <class Body>
+int run_short_of_memory(Body body) {
+    int failures = 0;
+    for (int limit = 0; limit < 10'000; ++limit) {
+        one_failed = false;
+        allocations_left = limit;
+        body();
+        allocations_left = -1;
+        if (!one_failed) {
+            return failures;
+        }
+        ++failures;
+    }
+    ADD_FAILURE() << "it never got through";
+    return failures;
+}
+
+class ShortOfMemory : public folder_test {};
+
+TEST_F(ShortOfMemory, document_is_then_unreadable_and_nothing_worse) {
+    const std::string text =
+        R"({"hardDrive":{"folders":["C:\\Users\\[^\\\\]*\\Music\\","D:\\a long enough name to be allocated"]},)"
+        R"("mgmtCustom":["D:\\another name of the longer kind"],"oneDrive":[],"google":[],"boxSyn":[],)"
+        R"("dropBox":[],"oneDriveBusiness":[]})";
+    bool sound = true;
+    const int failures = run_short_of_memory([&] {
+        const location_document document = read_location_document(text);
+        const bool whole =
+            document.is_complete() && document.user_folder_mask == 32 && document.entry_count() == 2;
+        const bool unreadable =
+            !document.is_complete() && document.user_folder_mask == 255 && document.entry_count() == 0;
+        sound = sound && (one_failed ? unreadable : whole);
+    });
+    EXPECT_TRUE(sound);
+    EXPECT_GE(failures, 3);
+}
+
+TEST_F(ShortOfMemory, folder_is_made_with_what_there_is_memory_for) {
+    const auto whole = list_of(*folder.Get());
+    const auto live = ov::module_state::namespace_object_count.value();
+    const int failures = run_short_of_memory([] {
+        auto* made = ov::com::make_object<orvNameSpace>();
+        if (made != nullptr) {
+            made->Release();
+        }
+    });
+    EXPECT_GE(failures, 3);
+    EXPECT_EQ(live, ov::module_state::namespace_object_count.value());
+
+    allocations_left = 2;
+    auto* made = ov::com::make_object<orvNameSpace>();
+    allocations_left = -1;
+    ASSERT_NE(nullptr, made);
+    const auto few = list_of(*made);
+    made->Release();
+    EXPECT_LT(few.size(), whole.size());
+}
+
+TEST_F(ShortOfMemory, operations_say_so) {
+    const auto id = entry(item_types::folder, L"C:\\windows\\a name that is too long for the string itself");
+    HRESULT result = S_OK;
+    const auto expect_out_of_memory = [&](auto body) {
+        bool sound = true;
+        const int failures = run_short_of_memory([&] {
+            result = body();
+            sound = sound && (one_failed ? result == E_OUTOFMEMORY : result == S_OK);
+        });
+        EXPECT_TRUE(sound);
+        EXPECT_GE(failures, 1);
+    };
+    expect_out_of_memory([&] {
+        ComPtr<IEnumIDList> list;
+        const HRESULT made = folder->EnumObjects(nullptr, 0, &list);
+        EXPECT_EQ(made == S_OK, list != nullptr);
+        return made;
+    });
+    expect_out_of_memory([&] {
+        STRRET name{};
+        const HRESULT named = folder->GetDisplayNameOf(id.get(), SHGDN_FORPARSING, &name);
+        if (named == S_OK) {
+            CoTaskMemFree(name.pOleStr);
+        }
+        return named;
+    });
+    expect_out_of_memory([&] {
+        ComPtr<ICategoryProvider> provider;
+        return folder->CreateViewObject(nullptr, IID_ICategoryProvider,
+                                        reinterpret_cast<void**>(provider.GetAddressOf()));
+    });
+}
+
+}  // namespace
