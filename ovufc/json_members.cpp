@@ -5,11 +5,12 @@
 namespace ov {
 
 const json* find_member(const json& value, std::string_view key) noexcept {
-    if (!value.is_object()) {
+    const auto* const members = value.get_ptr<const json::object_t*>();
+    if (members == nullptr) {
         return nullptr;
     }
-    const auto found = value.find(key);
-    return found == value.end() ? nullptr : &*found;
+    const auto found = members->find(key);
+    return found == members->end() ? nullptr : &found->second;
 }
 
 const std::string* as_text(const json& value) noexcept {

@@ -8,8 +8,8 @@
 /// Results that a reply cannot hold come as a file that the driver writes into the caller's temporary folder.
 namespace ov::service {
 
-/// The largest file that is read. The driver's own limit for what it writes.
-inline constexpr std::int64_t driver_file_limit_bytes = 20 * 1024 * 1024;
+/// The largest file that is read, 20 MiB. The driver's own limit for what it writes.
+inline constexpr std::int64_t driver_file_limit_bytes = 0x1400000;
 
 /// The folder that the driver is told to write into, with its trailing backslash; empty when the system names
 /// none of at most 259 characters.

@@ -79,10 +79,11 @@ std::vector<std::wstring> read_restore_folders(const std::string& file_text) {
 bool read_restore_point(const reply& answer, std::int64_t& createdOn, std::int64_t& sequenceNumber) noexcept {
     const json* const data = data_of_success(answer, status_success);
     const json* const points = data == nullptr ? nullptr : find_member(*data, "restorePoints");
-    if (points == nullptr || !points->is_array() || points->empty()) {
+    const auto* const listed = points == nullptr ? nullptr : points->get_ptr<const json::array_t*>();
+    if (listed == nullptr || listed->empty()) {
         return false;
     }
-    const json& first = *points->begin();
+    const json& first = listed->front();
     const auto created = integer_member(first, "createdOn");
     const auto sequence = integer_member(first, "sequenceNumber");
     if (!created || !sequence) {
