@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "ovufc/com/adopt.h"
 #include "tools/shellhost/browser_events.h"
 #include "tools/shellhost/command_failure.h"
 #include "tools/shellhost/console.h"
@@ -143,10 +144,9 @@ void browser_window::create_browser() {
     if (FAILED(result)) {
         throw command_failure(L"the system's explorer browser cannot be made: " + describe(result));
     }
-    site_.Attach(com::make_object<browser_site>(browser_.Get()));
-    ComPtr<browser_events> events;
-    events.Attach(com::make_object<browser_events>([this] { is_navigating_ = true; },
-                                                   [this](PCIDLIST_ABSOLUTE place) { arrived(place); }));
+    site_ = com::adopt(com::make_object<browser_site>(browser_.Get()));
+    const ComPtr<browser_events> events = com::adopt(com::make_object<browser_events>(
+        [this] { is_navigating_ = true; }, [this](PCIDLIST_ABSOLUTE place) { arrived(place); }));
     (void)browser_->Advise(events.Get(), &events_cookie_);
 }
 

@@ -13,6 +13,13 @@ constexpr std::wstring_view moniker_prefix = L"Elevation:Administrator!new:";
 consent prompt_answer = consent::given;
 void (*prompt_listener)(consent) = nullptr;
 
+/// The system's own function, also when this module's import of it has been pointed here.
+decltype(&CoGetObject) system_get_object() noexcept {
+    static const auto function = reinterpret_cast<decltype(&CoGetObject)>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ole32.dll"), "CoGetObject")));
+    return function;
+}
+
 }  // namespace
 
 void set_elevation_answer(consent answer) noexcept {
@@ -29,7 +36,7 @@ STDAPI get_object(PCWSTR name, BIND_OPTS* options, REFIID riid, void** result) {
     }
     *result = nullptr;
     if (StrCmpNIW(name, moniker_prefix.data(), static_cast<int>(moniker_prefix.size())) != 0) {
-        return CoGetObject(name, options, riid, result);
+        return system_get_object()(name, options, riid, result);
     }
     CLSID clsid{};
     const HRESULT parsed = CLSIDFromString(name + moniker_prefix.size(), &clsid);
