@@ -103,7 +103,7 @@ DWORD make_folders(const std::wstring& path) {
 DWORD move_file(const std::wstring& from, const std::wstring& to) {
     const std::wstring source = long_form(from);
     const std::wstring target = long_form(to);
-    if (MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH)) {
+    if (MoveFileExW(source.c_str(), target.c_str(), 0)) {
         return ERROR_SUCCESS;
     }
     if (const DWORD error = GetLastError(); error != ERROR_NOT_SAME_DEVICE) {

@@ -27,23 +27,37 @@ bool object_store::contains(const std::string& digest) const {
 DWORD object_store::put(const std::wstring& file, object& stored) {
     win::unique_file from;
     DWORD error = open_for_reading(file, from);
-    if (error == ERROR_SUCCESS) {
-        error = make_folders(folder_);
-    }
     if (error != ERROR_SUCCESS) {
         return error;
     }
+    // Most files of a restore point have not changed since the copy before it: reading is enough for those.
+    object taken;
+    error = copy_and_hash(from.get(), INVALID_HANDLE_VALUE, taken.digest, taken.size_bytes);
+    if (error == ERROR_SUCCESS && !contains(taken.digest)) {
+        error = copy_in(from.get(), taken);
+    }
+    if (error == ERROR_SUCCESS) {
+        stored = std::move(taken);
+    }
+    return error;
+}
+
+DWORD object_store::copy_in(HANDLE from, object& taken) {
+    DWORD error = make_folders(folder_);
     const std::wstring incoming = joined(folder_, incoming_name);
     static_cast<void>(remove_file(incoming));  // of a put that was interrupted
     win::unique_file to;
-    error = create_new_file(incoming, to);
+    if (error == ERROR_SUCCESS) {
+        error = create_new_file(incoming, to);
+    }
     if (error != ERROR_SUCCESS) {
         return error;
     }
-    object taken;
-    error = copy_and_hash(from.get(), to.get(), taken.digest, taken.size_bytes);
-    if (error == ERROR_SUCCESS && !FlushFileBuffers(to.get())) {
+    // The file may have been written since it was read: the digest is that of what is copied now.
+    if (!SetFilePointerEx(from, LARGE_INTEGER{}, nullptr, FILE_BEGIN)) {
         error = GetLastError();
+    } else {
+        error = copy_and_hash(from, to.get(), taken.digest, taken.size_bytes);
     }
     to.reset();
     if (error == ERROR_SUCCESS) {
@@ -51,10 +65,8 @@ DWORD object_store::put(const std::wstring& file, object& stored) {
     }
     if (error != ERROR_SUCCESS) {
         static_cast<void>(remove_file(incoming));
-        return error;
     }
-    stored = std::move(taken);
-    return ERROR_SUCCESS;
+    return error;
 }
 
 DWORD object_store::keep(const std::wstring& incoming, const std::string& digest) {
@@ -83,9 +95,6 @@ DWORD object_store::write_out(const std::string& digest, const std::wstring& new
     error = copy_and_hash(from.get(), to.get(), written_digest, size_bytes);
     if (error == ERROR_SUCCESS && written_digest != digest) {
         error = ERROR_CRC;
-    }
-    if (error == ERROR_SUCCESS && !FlushFileBuffers(to.get())) {
-        error = GetLastError();
     }
     to.reset();
     if (error != ERROR_SUCCESS) {

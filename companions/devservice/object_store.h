@@ -9,9 +9,10 @@ namespace ov::devservice {
 
 /// Contents of files, each kept once under its SHA-256.
 ///
-/// An object is written beside and renamed when it is whole and on the disk, so that one that has its name is
-/// complete whatever ended the process. Objects are never changed or deleted. Whoever
-/// puts holds the state lock.
+/// An object is written beside and renamed when it is whole, so that one that has its name is complete
+/// whatever ended the process. It is not flushed to the disk, which would take longer than everything else
+/// together: what a power failure damages is noticed by its digest when it is written out. Objects are never
+/// changed or deleted. Whoever puts holds the state lock.
 class object_store {
   public:
     /// `folder` is made on first use.
@@ -33,6 +34,7 @@ class object_store {
 
   private:
     [[nodiscard]] std::wstring path_of(const std::string& digest) const;
+    [[nodiscard]] DWORD copy_in(HANDLE from, object& taken);
     [[nodiscard]] DWORD keep(const std::wstring& incoming, const std::string& digest);
 
     std::wstring folder_;
