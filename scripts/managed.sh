@@ -1,0 +1,92 @@
+# What scripts/driver.sh and scripts/service.sh share: a program under Windows' service manager. To be sourced.
+#
+# The caller sets: managed_name (as sc knows it), managed_word (for people), built and installed (paths of the file),
+# create_arguments (what sc create is told), and may define before_start and log_hint.
+# shellcheck shell=bash
+. "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+
+limit_s=30
+
+before_start() { :; }
+log_hint() { :; }
+
+# sc's words for the state, or nothing when it is not registered.
+query() {
+    { run_wine "$limit_s" sc query "$managed_name" 2>/dev/null || true; } | tr -d '\r' |
+        sed -n 's/^ *STATE *: *[0-9]* *\([A-Z_]*\).*/\1/p'
+}
+
+status() {
+    case "$(query)" in
+    '') say absent ;;
+    RUNNING) say running ;;
+    STOPPED) say stopped ;;
+    *) say changing ;;
+    esac
+}
+
+wait_for() {
+    local waited=0
+    until [ "$(status)" = "$1" ]; do
+        sleep 0.2
+        waited=$((waited + 1))
+        if [ "$waited" -ge 50 ]; then
+            log_hint >&2
+            die "the $managed_word is '$(status)' and should be '$1'"
+        fi
+    done
+}
+
+is_current() { [ -f "$installed" ] && cmp -s "$built" "$installed"; }
+
+stop() {
+    [ "$(status)" = running ] || return 0
+    # What counts is the state that follows.
+    run_wine "$limit_s" sc stop "$managed_name" >/dev/null 2>&1 || true
+    wait_for stopped
+}
+
+install() {
+    [ -f "$built" ] || die "$built is missing; build it first (scripts/build.sh $ORV_PRESET)"
+    if ! is_current; then
+        stop
+        mkdir -p "$(dirname "$installed")"
+        cp "$built" "$installed"
+    fi
+    [ "$(status)" = absent ] || return 0
+    run_wine "$limit_s" sc create "$managed_name" "${create_arguments[@]}" >/dev/null 2>&1 ||
+        die "the $managed_word could not be registered"
+}
+
+start() {
+    if is_current && [ "$(status)" = running ]; then
+        return
+    fi
+    before_start
+    install
+    [ "$(status)" = running ] && return
+    run_wine "$limit_s" sc start "$managed_name" >/dev/null 2>&1 || true
+    wait_for running
+}
+
+remove() {
+    stop
+    [ "$(status)" = absent ] || run_wine "$limit_s" sc delete "$managed_name" >/dev/null 2>&1 ||
+        die "the $managed_word could not be unregistered"
+    rm -f "$installed"
+}
+
+# run_command WORD: what the calling script was asked for.
+run_command() {
+    case "$1" in
+    -h | --help) show_help ;;
+    install | start | stop | remove | status) ;;
+    *) die "say install, start, stop, remove or status; see --help" ;;
+    esac
+    "$ORV_ROOT/scripts/prefix.sh" up
+    wine_environment
+    # Test programs start it side by side.
+    exec 8>"$(prefix_dir).$managed_word.lock"
+    flock -w 120 8 || die "another run has been working on the $managed_word for two minutes"
+    "$1" 8>&-
+}
