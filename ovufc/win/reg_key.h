@@ -51,8 +51,7 @@ class reg_key {
 
     void close() noexcept;
 
-  protected:
-    /// The open key, or null.
+    /// The open key, or null; owned. For reading through functions that this class does not wrap.
     HKEY key = nullptr;
 };
 

@@ -14,11 +14,6 @@ using test::registry_watch;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Gets at what a wrapper holds.
-struct open_key : reg_key {
-    using reg_key::key;
-};
-
 class RegKeyCalls : public testing::Test {
   protected:
     void fail_call(std::size_t failing, LSTATUS status) {
@@ -77,7 +72,7 @@ TEST_F(RegKeyCalls, create_denied_twice_throws_the_second_status) {
     watch.answer = [](std::size_t number, const std::string&) -> std::optional<LSTATUS> {
         return number == 0 ? ERROR_ACCESS_DENIED : ERROR_DISK_FULL;
     };
-    open_key key;
+    reg_key key;
     try {
         key.create(HKEY_CURRENT_USER, L"k", 0, L"text");
         FAIL() << "did not throw";
@@ -105,7 +100,7 @@ TEST_F(RegKeyCalls, create_whose_default_fails_throws_and_closes_with_its_owner)
 }
 
 TEST_F(RegKeyCalls, failed_open_holds_nothing_and_has_the_last_error_for_its_code) {
-    open_key key;
+    reg_key key;
     fail_call(0, ERROR_ACCESS_DENIED);
     try {
         key.open(HKEY_CURRENT_USER, L"k", 0, true);
@@ -121,7 +116,7 @@ TEST_F(RegKeyCalls, failed_open_holds_nothing_and_has_the_last_error_for_its_cod
 
 TEST_F(RegKeyCalls, opening_over_a_held_key_forgets_it) {
     {
-        open_key key;
+        reg_key key;
         key.open(HKEY_CURRENT_USER, L"first", 0, true);
         key.open(HKEY_CURRENT_USER, L"second", 0, true);
         key.create(HKEY_CURRENT_USER, L"third", 0, L"");
