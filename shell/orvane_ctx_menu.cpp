@@ -139,7 +139,7 @@ HRESULT OrvaneCtxMenu::insert_folder_items(HMENU menu, UINT indexMenu, UINT idCm
     }
     (void)submenu.menu.release();  // now part of the host's menu
     SetMenuItemBitmaps(menu, indexMenu, MF_BYPOSITION, menuBitmap.get(), menuBitmap.get());
-    return static_cast<HRESULT>(submenu.item_count + 1);
+    return MAKE_HRESULT(SEVERITY_SUCCESS, 0, submenu.item_count + 1);
 }
 
 STDMETHODIMP

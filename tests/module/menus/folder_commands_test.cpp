@@ -7,6 +7,7 @@
 #include "module/state/class_ids.h"
 #include "ovufc/ipc/drvport/wire.h"
 #include "tests/module/menus/menus_fixture.h"
+#include "tests/support/box_presser.h"
 #include "tests/support/fake_dialog_library.h"
 #include "tests/support/message_box_script.h"
 
@@ -145,6 +146,21 @@ TEST_F(FolderCommands, unprotect_asksThenSends) {
     EXPECT_EQ(boxes.shown()[0].caption, message_texts::of(0));
     EXPECT_EQ(boxes.shown()[0].style, 0x50121U);
     EXPECT_THAT(sent(), ElementsAre(request_text(14, folder_name() + "}")));
+}
+
+TEST_F(FolderCommands, realQuestion_isAnsweredByItsButtons) {
+    const auto menu = folder_menu();
+    {
+        box_presser presser({IDCANCEL});
+        EXPECT_EQ(invoke(menu.Get(), 1), S_OK);
+        ASSERT_EQ(presser.finish().size(), 1U);
+        EXPECT_EQ(presser.finish()[0].text, message_texts::of(0x40003, folder_.path()));
+        EXPECT_EQ(presser.finish()[0].default_button, IDCANCEL);
+        EXPECT_THAT(sent(), IsEmpty());
+    }
+    box_presser presser({IDOK});
+    EXPECT_EQ(invoke(menu.Get(), 1), S_OK);
+    EXPECT_EQ(sent().size(), 1U);
 }
 
 TEST_F(FolderCommands, unprotectNotConfirmed_sendsNothing) {

@@ -69,6 +69,16 @@ TEST_F(TrackedFileMenu, file_hasOneItemWithThePopupFlagAndACommandNumber) {
     EXPECT_THAT(sent(), IsEmpty()) << "a file is not asked about";
 }
 
+TEST_F(TrackedFileMenu, hostsMenu_holdsTheItem) {
+    const auto menu = file_menu();
+    const queried_menu queried(menu.Get(), CMF_NORMAL);
+    ASSERT_EQ(queried.added.size(), 1U);
+    EXPECT_EQ(queried.added[0].text, message_texts::of(0x40019));
+    EXPECT_EQ(queried.added[0].id, queried_menu::first_id);
+    EXPECT_EQ(queried.added[0].state, 0U);
+    EXPECT_NE(queried.added[0].unchecked_bitmap, nullptr);
+}
+
 TEST_F(TrackedFileMenu, driverThatServesNothing_greysTheItem) {
     service_.set_state(0);
     const auto menu = file_menu();
