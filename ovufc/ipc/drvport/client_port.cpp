@@ -72,9 +72,9 @@ std::uint32_t take_reply(const volatile orv_slot& slot, char* reply) noexcept {
 void release(volatile orv_slot& slot) noexcept {
     std::memset(const_cast<std::uint8_t*>(slot.payload), 0, ORV_PAYLOAD_CLEARED_BYTES);
     std::memset(const_cast<std::uint8_t*>(slot.cleared_96), 0, sizeof slot.cleared_96);
-    // Without it the compiler clears some of these bytes between the words below.
-    std::atomic_thread_fence(std::memory_order_release);
-    slot.abandoned = 0;
+    // Exchanged, as this word always is; it also keeps the compiler from clearing bytes between the words
+    // below.
+    InterlockedExchange(exchangeable(slot.abandoned), 0);
     slot.word_20 = 0;
     slot.state = ORV_SLOT_TAKEN;
     slot.claimant = ORV_CLAIMANT_RELEASED;
@@ -149,6 +149,14 @@ volatile orv_slot* client_port::acquire_slot(const orv_request& request) noexcep
     return slot;
 }
 
+// The size word as far as the mapping bears it out; looked up anew for a section that has grown since.
+std::uint64_t client_port::usable_bytes() const noexcept {
+    const std::uint64_t claimed_bytes = status().section_bytes;
+    return claimed_bytes <= mapped_bytes
+               ? claimed_bytes
+               : std::min(claimed_bytes, mapped_length(from_word<const void*>(opened.section)));
+}
+
 volatile orv_slot* client_port::claim_slot() noexcept {
     auto* const section = from_word<volatile std::uint8_t*>(opened.section);
     const auto process_id = static_cast<LONG>(GetCurrentProcessId());
@@ -163,7 +171,7 @@ volatile orv_slot* client_port::claim_slot() noexcept {
                 return slot;
             }
             offset += ORV_SLOT_BYTES;
-            section_bytes = std::min<std::uint64_t>(status().section_bytes, mapped_bytes);
+            section_bytes = usable_bytes();
         } while (offset + ORV_SLOT_BYTES <= section_bytes);
     }
     return nullptr;

@@ -44,6 +44,7 @@ class client_port {
 
   private:
     [[nodiscard]] bool open() noexcept;
+    [[nodiscard]] std::uint64_t usable_bytes() const noexcept;
     [[nodiscard]] volatile orv_slot* claim_slot() noexcept;
     [[nodiscard]] bool post_one_way(const orv_request& request) noexcept;
     void wait_for_reply(const volatile orv_slot& slot) noexcept;
@@ -54,7 +55,8 @@ class client_port {
     // lock: whoever sees a valid handle sees the section and the semaphore too.
     std::atomic<HANDLE> device{INVALID_HANDLE_VALUE};
     win::critical_section lock;  // serialises opening, nothing else
-    // How far the mapping reaches: the section's own size word is a claim that any client can overwrite.
+    // How far the mapping reached at opening: the section's own size word is a claim that any client can
+    // overwrite.
     std::uint64_t mapped_bytes = 0;
 };
 

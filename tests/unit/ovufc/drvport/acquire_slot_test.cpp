@@ -210,4 +210,17 @@ TEST(AcquireSlot, SizeWord_IsReadAgainBeforeEachFurtherSlot) {
     EXPECT_EQ(driver.slot(2).owner, 0u);
 }
 
+TEST(AcquireSlot, SectionThatGrewAfterOpening_OffersItsNewSlot) {
+    fake_driver driver;
+    driver.slot(0).owner = other_process;
+    driver.slot(1).owner = other_process;
+    client_port port;
+    ASSERT_TRUE(port.connect());
+    ASSERT_NE(
+        VirtualAlloc(const_cast<orv_slot*>(&driver.slot(2)), ORV_SLOT_BYTES, MEM_COMMIT, PAGE_READWRITE),
+        nullptr);
+    driver.status().section_bytes = 16384;
+    EXPECT_EQ(port.acquire_slot(some_request()), &driver.slot(2));
+}
+
 }  // namespace
