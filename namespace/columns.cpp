@@ -50,8 +50,7 @@ std::wstring column_text(PCUITEMID_CHILD entry, const PROPERTYKEY& key) {
 }
 
 VARIANT column_value(PCUITEMID_CHILD entry, const PROPERTYKEY& key) {
-    VARIANT value;
-    VariantInit(&value);
+    VARIANT value{};  // VT_EMPTY
     if (same_key(key, item_name_key)) {
         const std::wstring text = display_name_of(entry);
         value.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));

@@ -60,13 +60,16 @@ NameSpaceCategoryProvider::EnumCategories(IEnumGUID** result) noexcept {
 
 STDMETHODIMP
 NameSpaceCategoryProvider::GetCategoryName(const GUID* guid, LPWSTR name, UINT capacity_chars) noexcept {
-    if (guid == nullptr || name == nullptr) {
+    if (guid == nullptr) {
         return E_POINTER;
     }
     return com::guarded([&] {
         const std::wstring text = module_state::resource_strings.lookup(i18n::message_ids::grouping_name);
         if (*guid != type_category_guid || capacity_chars < text.size()) {
             return E_FAIL;
+        }
+        if (name == nullptr) {
+            return E_POINTER;
         }
         std::copy(text.begin(), text.end(), name);
         return S_OK;

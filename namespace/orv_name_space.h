@@ -36,8 +36,9 @@ using orvNameSpaceBase = com::com_object<
 /// in is bounded by its own size words and otherwise untrusted.
 class orvNameSpace final : public orvNameSpaceBase {
   public:
-    /// An error while the list is built leaves the list as it is by then; construction never fails.
-    orvNameSpace() noexcept;
+    /// Nothing that is wrong with the document fails the construction, want of memory for it included: at
+    /// worst its items are missing. Throws std::bad_alloc only, when there is no memory for the other items.
+    orvNameSpace();
     virtual ~orvNameSpace();
 
     // IShellFolder
@@ -103,7 +104,8 @@ class orvNameSpace final : public orvNameSpaceBase {
     void build_items();
     void add_item(std::wstring name, std::uint16_t type);
     void add_user_folder(std::uint32_t bit);
-    void add_category_items(location_document& document);
+    void add_category_items(location_document& document) noexcept;
+    void add_locations(location_document& document);
     [[nodiscard]] bool add_all(location_list& list, std::uint16_t type);
     void add_action_entries();
     void read_flags() noexcept;

@@ -3,6 +3,8 @@
 #include <windows.h>
 #include <shlobj.h>
 
+#include <exception>
+
 #include "namespace/columns.h"
 #include "namespace/orv_name_space.h"
 #include "namespace/task_text.h"
@@ -58,10 +60,14 @@ orvNameSpace::GetDetailsEx(PCUITEMID_CHILD entry, const SHCOLUMNID* key, VARIANT
     if (key == nullptr || value == nullptr) {
         return E_POINTER;
     }
-    return com::guarded([&] {
+    *value = VARIANT{};
+    try {
         *value = column_value(entry, *key);
-        return S_OK;
-    });
+    } catch (const std::exception&) {
+        // Out of memory: a value that cannot be told is empty, like one that the item does not have. Asking
+        // for a property never fails.
+    }
+    return S_OK;
 }
 
 STDMETHODIMP

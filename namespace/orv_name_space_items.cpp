@@ -43,23 +43,23 @@ std::wstring resolved_path(const KNOWNFOLDERID& folder) {
     return SUCCEEDED(result) && path != nullptr ? std::wstring(path) : std::wstring();
 }
 
-}  // namespace
-
-orvNameSpace::orvNameSpace() noexcept {
-    isServer = is_server_system();
+location_document cached_document() noexcept {
     try {
-        build_items();
+        return read_location_document(copy_protected_locations());
     } catch (const std::exception&) {
-        // Out of memory: a folder that shows a part of the list serves its user better than none.
+        // No memory for the copy: as good as a document that is not there.
+        return read_location_document({});
     }
 }
 
+}  // namespace
+
+orvNameSpace::orvNameSpace() : isServer(is_server_system()) {
+    build_items();
+}
+
 void orvNameSpace::build_items() {
-    location_document document;
-    {
-        const std::string text = copy_protected_locations();
-        document = read_location_document(text);
-    }
+    location_document document = cached_document();
     for (const std::uint32_t bit : leading_folders) {
         add_user_folder(document.user_folder_mask & bit);
     }
@@ -88,11 +88,19 @@ void orvNameSpace::add_user_folder(std::uint32_t bit) {
     }
 }
 
-void orvNameSpace::add_category_items(location_document& document) {
+void orvNameSpace::add_category_items(location_document& document) noexcept {
     if (!document.is_complete()) {
         return;
     }
     const win::exclusive_lock lock(itemsLock);
+    try {
+        add_locations(document);
+    } catch (const std::exception&) {
+        // Out of memory: the document costs the folder no more than the document's own items.
+    }
+}
+
+void orvNameSpace::add_locations(location_document& document) {
     items.reserve(items.size() + document.entry_count() + trailing_folders.size() + 2);
     // The order of display. A broken list shows what came before the break, and nothing comes after it.
     for (std::wstring& name : document.hard_drive.names) {

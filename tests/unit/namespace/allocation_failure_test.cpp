@@ -1,8 +1,10 @@
 // What becomes of a folder when memory runs out at any of its allocations.
 
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
+#include "namespace/columns.h"
 #include "namespace/location_document.h"
 #include "tests/unit/namespace/folder_fixture.h"
 
@@ -37,6 +39,10 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
 }
 
 void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
     std::free(memory);
 }
 
@@ -87,25 +93,39 @@ TEST_F(ShortOfMemory, document_is_then_unreadable_and_nothing_worse) {
     EXPECT_GE(failures, 3);
 }
 
-TEST_F(ShortOfMemory, folder_is_made_with_what_there_is_memory_for) {
+TEST_F(ShortOfMemory, folder_is_made_whole_or_not_at_all) {
     const auto whole = list_of(*folder.Get());
     const auto live = ov::module_state::namespace_object_count.value();
-    const int failures = run_short_of_memory([] {
-        auto* made = ov::com::make_object<orvNameSpace>();
+    const int failures = run_short_of_memory([&] {
+        orvNameSpace* made = nullptr;
+        try {
+            made = ov::com::make_object<orvNameSpace>();
+        } catch (const std::bad_alloc&) {
+            EXPECT_TRUE(one_failed);
+        }
+        allocations_left = -1;
         if (made != nullptr) {
+            EXPECT_EQ(whole, list_of(*made));
             made->Release();
         }
+        EXPECT_EQ(one_failed, made == nullptr);
     });
     EXPECT_GE(failures, 3);
     EXPECT_EQ(live, ov::module_state::namespace_object_count.value());
+}
 
-    allocations_left = 2;
-    auto* made = ov::com::make_object<orvNameSpace>();
-    allocations_left = -1;
-    ASSERT_NE(nullptr, made);
-    const auto few = list_of(*made);
-    made->Release();
-    EXPECT_LT(few.size(), whole.size());
+TEST_F(ShortOfMemory, property_is_then_empty_and_no_failure) {
+    const auto id = entry(item_types::folder, L"C:\\no such folder\\a name too long for the string itself");
+    const int failures = run_short_of_memory([&] {
+        VARIANT value;
+        std::memset(&value, 0x5A, sizeof(value));
+        const HRESULT result = folder->GetDetailsEx(id.get(), &item_name_key, &value);
+        allocations_left = -1;
+        ASSERT_EQ(S_OK, result);
+        ASSERT_EQ(one_failed ? VT_EMPTY : VT_BSTR, value.vt);
+        VariantClear(&value);
+    });
+    EXPECT_GE(failures, 1);
 }
 
 TEST_F(ShortOfMemory, operations_say_so) {

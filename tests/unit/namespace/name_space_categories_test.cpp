@@ -92,6 +92,8 @@ TEST_F(NameSpaceCategories, heading_fails_for_a_small_buffer_and_another_categor
     EXPECT_EQ(E_FAIL,
               provider->GetCategoryName(&other_guid, buffer.data(), static_cast<UINT>(buffer.size())));
     EXPECT_EQ(untouched, buffer);
+    EXPECT_EQ(E_FAIL, provider->GetCategoryName(&type_category_guid, nullptr, 0));
+    EXPECT_EQ(E_FAIL, provider->GetCategoryName(&other_guid, nullptr, 400));
     EXPECT_EQ(E_POINTER, provider->GetCategoryName(nullptr, buffer.data(), 4));
     EXPECT_EQ(E_POINTER, provider->GetCategoryName(&type_category_guid, nullptr, 400));
 }
@@ -245,6 +247,26 @@ TEST_F(NameSpaceCategorizer, each_category_has_its_name) {
         EXPECT_EQ(0x2323, info.wszName[name.size()]) << "no terminator is written";
         EXPECT_EQ(0x23232323, static_cast<int>(info.cif)) << "the flags are not touched";
     }
+}
+
+DWORD WINAPI long_message(DWORD, LPCVOID, DWORD, DWORD, LPWSTR text, DWORD capacity_chars, void*) {
+    constexpr DWORD length_chars = 200;
+    if (capacity_chars <= length_chars) {
+        return 0;
+    }
+    std::fill_n(text, length_chars, L'n');
+    text[length_chars] = L'\0';
+    return length_chars;
+}
+
+TEST_F(NameSpaceCategorizer, category_name_takes_half_of_the_field_at_most) {
+    const import_patch<decltype(long_message)> patch(GetModuleHandleW(nullptr), "kernel32.dll",
+                                                     "FormatMessageW", long_message);
+    CATEGORY_INFO info;
+    std::memset(&info, 0x23, sizeof(info));
+    EXPECT_EQ(S_OK, categorizer->GetCategoryInfo(1, &info));
+    EXPECT_EQ(std::wstring(130, L'n'), std::wstring(info.wszName, 130));
+    EXPECT_EQ(0x2323, info.wszName[130]);
 }
 
 TEST_F(NameSpaceCategorizer, unknown_category_leaves_the_record_as_it_was) {
