@@ -61,8 +61,8 @@ HRESULT outcome_of(service_call call, owned_json parameters) {
 /// For calls that are answered with a file: names the folder, then takes the file that the reply names.
 std::string file_answering(service_call call, owned_json parameters) {
     parameters.set("tempFolder", to_utf8(temp_folder()));
-    const std::wstring path = read_file_path(exchange(call, std::move(parameters)));
-    return path.empty() ? std::string() : take_driver_file(path);
+    const auto path = read_file_path(exchange(call, std::move(parameters)));
+    return path ? take_driver_file(*path) : std::string();
 }
 
 /// The member as it stands, null when the record lacks it. Each is asked for once: it is moved, not copied.

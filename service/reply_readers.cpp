@@ -51,11 +51,11 @@ bool read_folder_status(const reply& answer, bool& is_protected, bool& restricte
     return true;
 }
 
-std::wstring read_file_path(const reply& answer) {
+std::optional<std::wstring> read_file_path(const reply& answer) {
     const json* const data = data_of_success(answer, status_success);
     const json* const path = data == nullptr ? nullptr : find_member(*data, "objPath");
     const std::string* const text = path == nullptr ? nullptr : as_text(*path);
-    return text == nullptr ? std::wstring() : from_utf8(*text);
+    return text == nullptr ? std::nullopt : std::optional(from_utf8(*text));
 }
 
 std::vector<std::wstring> read_restore_folders(const std::string& file_text) {

@@ -22,8 +22,9 @@ namespace ov::service {
 /// a reply whose "uiLevel" is no string fails after it has told that the folder is protected.
 [[nodiscard]] bool read_folder_status(const reply& answer, bool& is_protected, bool& restricted) noexcept;
 
-/// The path of the file that the driver wrote; empty when it names none.
-[[nodiscard]] std::wstring read_file_path(const reply& answer);
+/// The path of the file that the driver wrote; none when it names none. An empty path is a name like any
+/// other.
+[[nodiscard]] std::optional<std::wstring> read_file_path(const reply& answer);
 
 /// The paths in the text of a restore point's folder list; empty when any part of it is not as it should be.
 [[nodiscard]] std::vector<std::wstring> read_restore_folders(const std::string& file_text);

@@ -155,15 +155,17 @@ TEST_F(ReplyFuzz, folderStatus_isTheLibrarysReading) {
 
 TEST_F(ReplyFuzz, filePath_isTheLibrarysReading) {
     for_each_text(3, replies, [](const std::string& text) {
-        const std::wstring path =
+        const std::optional<std::wstring> path =
             without_throwing([&] { return read_file_path(reply::parse(text.data(), text.size())); });
         if (!nests_deeply(text)) {
-            EXPECT_EQ(path, or_else<std::wstring>({}, [&] {
-                          const json document = parsed(text);
-                          return is_status(document, 0)
-                                     ? from_utf8(document.at("data").at("objPath").get<std::string>())
-                                     : std::wstring();
-                      }));
+            using found_path = std::optional<std::wstring>;
+            EXPECT_EQ(
+                path, or_else<found_path>(std::nullopt, [&] {
+                    const json document = parsed(text);
+                    return is_status(document, 0)
+                               ? found_path(from_utf8(document.at("data").at("objPath").get<std::string>()))
+                               : std::nullopt;
+                }));
         }
     });
 }

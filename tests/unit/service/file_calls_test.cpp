@@ -6,6 +6,7 @@
 
 #include "service/calls.h"
 #include "service/file_exchange.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/temp_file.h"
 #include "tests/unit/service/calls_fixture.h"
 
@@ -13,6 +14,7 @@ namespace {
 
 using namespace ov::service;  // the functions under test
 using ov::json;
+using ov::test::import_patch;
 using ov::test::temp_file;
 
 /// The user's temporary folder as it stands in a request.
@@ -71,6 +73,21 @@ TEST_P(FileTextCalls, fileThatCannotBeUsed_isEmptyAndDeleted) {
 TEST_P(FileTextCalls, missingFile_isEmpty) {
     answer_with_file(temp_folder() + L"no such file.orv");
     EXPECT_EQ(GetParam().call(), "");
+}
+
+std::vector<std::wstring> deleted;
+BOOL WINAPI note_deleted(LPCWSTR path) {
+    deleted.emplace_back(path);
+    return FALSE;
+}
+
+TEST_P(FileTextCalls, emptyPath_isTriedAndDeletedAsAnyOther) {
+    answer_with_file(L"");
+    deleted.clear();
+    const import_patch<decltype(DeleteFileW)> patch(GetModuleHandleW(nullptr), "kernel32.dll", "DeleteFileW",
+                                                    &note_deleted);
+    EXPECT_EQ(GetParam().call(), "");
+    EXPECT_EQ(deleted, std::vector<std::wstring>{L""});
 }
 
 TEST_P(FileTextCalls, failure_isEmptyAndDeletesNothing) {

@@ -119,8 +119,12 @@ TEST(ReadFilePath, pathWithANul_endsThere) {
     EXPECT_EQ(read_file_path(of(R"({"statusCode":0,"data":{"objPath":"C:\\a\u0000b"}})")), L"C:\\a");
 }
 
-TEST(ReadFilePath, anyOtherReply_isEmpty) {
-    EXPECT_EQ(read_file_path(no_answer()), L"");
+TEST(ReadFilePath, emptyPath_isAPath) {
+    EXPECT_EQ(read_file_path(of(R"({"statusCode":0,"data":{"objPath":""}})")), L"");
+}
+
+TEST(ReadFilePath, anyOtherReply_isNone) {
+    EXPECT_EQ(read_file_path(no_answer()), std::nullopt);
     for (const char* text :
          {R"({"statusCode":1,"data":{"objPath":"C:\\a"}})", R"({"statusCode":0,"data":{}})",
           R"({"statusCode":0})", R"({"data":{"objPath":"C:\\a"}})", R"({"statusCode":0,"data":["objPath"]})",
@@ -128,7 +132,7 @@ TEST(ReadFilePath, anyOtherReply_isEmpty) {
           R"({"statusCode":0,"data":{"objPath":1}})", R"({"statusCode":0,"data":{"objPath":null}})",
           R"({"statusCode":0,"data":{"objPath":["C:\\a"]}})", R"({"statusCode":0,"data":{"objPath":{}}})",
           R"({"statusCode":0,"data":{"objPath":true}})"}) {
-        EXPECT_EQ(read_file_path(of(text)), L"") << text;
+        EXPECT_EQ(read_file_path(of(text)), std::nullopt) << text;
     }
 }
 
