@@ -7,11 +7,6 @@ namespace ov::shell {
 
 namespace {
 
-// One metric for both sides: the icon is square.
-int icon_side() noexcept {
-    return GetSystemMetrics(SM_CXMENUSIZE);
-}
-
 // An icon that cannot be taken apart cannot be drawn either. The two bitmaps that Windows hands out with the
 // answer are the caller's to delete.
 bool is_drawable(HICON icon) noexcept {
@@ -38,14 +33,17 @@ unique_bitmap make_dib(HDC dc, int side) noexcept {
 
 }  // namespace
 
-unique_icon load_menu_icon() noexcept {
-    const int side = icon_side();
+int menu_icon_side() noexcept {
+    return GetSystemMetrics(SM_CXMENUSIZE);
+}
+
+unique_icon load_menu_icon(int side) noexcept {
     return unique_icon(
         static_cast<HICON>(LoadImageW(module_state::module_instance, MAKEINTRESOURCEW(IDI_ORVANE), IMAGE_ICON,
                                       side, side, LR_DEFAULTCOLOR)));
 }
 
-unique_bitmap make_menu_bitmap(HICON icon) noexcept {
+unique_bitmap make_menu_bitmap(HICON icon, int side) noexcept {
     if (icon == nullptr || !is_drawable(icon)) {
         return {};
     }
@@ -54,7 +52,6 @@ unique_bitmap make_menu_bitmap(HICON icon) noexcept {
     if (!memory) {
         return {};
     }
-    const int side = icon_side();
     unique_bitmap bitmap = make_dib(screen.get(), side);
     if (bitmap) {
         const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());

@@ -4,11 +4,14 @@
 
 namespace ov::shell {
 
-/// The product's icon at the size of menu buttons, destroyed by its owner; null when it cannot be loaded.
-[[nodiscard]] unique_icon load_menu_icon() noexcept;
+/// The size of menu buttons in pixels: one metric for both sides, the icon is square.
+[[nodiscard]] int menu_icon_side() noexcept;
 
-/// `icon` drawn into a 32-bit bitmap with alpha, as menu items want it, in the size of `load_menu_icon`; null
-/// on any failure (the items then go without).
-[[nodiscard]] unique_bitmap make_menu_bitmap(HICON icon) noexcept;
+/// The product's icon, `side` pixels wide and high, destroyed by its owner; null when it cannot be loaded.
+[[nodiscard]] unique_icon load_menu_icon(int side) noexcept;
+
+/// `icon` drawn into a 32-bit bitmap with alpha, as menu items want it, `side` pixels wide and high; null on
+/// any failure (the items then go without).
+[[nodiscard]] unique_bitmap make_menu_bitmap(HICON icon, int side) noexcept;
 
 }  // namespace ov::shell

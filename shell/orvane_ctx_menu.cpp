@@ -42,9 +42,11 @@ void copy_bounded(const std::wstring& text, LPSTR buffer, UINT cch) noexcept {
 
 }  // namespace
 
-OrvaneCtxMenu::OrvaneCtxMenu()
-    : menuIcon(load_menu_icon()),
-      menuBitmap(make_menu_bitmap(menuIcon.get())),
+OrvaneCtxMenu::OrvaneCtxMenu() : OrvaneCtxMenu(menu_icon_side()) {}
+
+OrvaneCtxMenu::OrvaneCtxMenu(int icon_side)
+    : menuIcon(load_menu_icon(icon_side)),
+      menuBitmap(make_menu_bitmap(menuIcon.get(), icon_side)),
       // The export texts are English in every language, on purpose.
       itemTexts{resource_strings.lookup(ids::menu_protect), resource_strings.lookup(ids::menu_unprotect),
                 L"Export deleted files", L"Export chronels"},

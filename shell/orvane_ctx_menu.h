@@ -27,7 +27,8 @@ class OrvaneCtxMenu final
   public:
     /// Throws only std::bad_alloc.
     OrvaneCtxMenu();
-    ~OrvaneCtxMenu() = default;
+    /// The icon goes before its bitmap.
+    ~OrvaneCtxMenu() { menuIcon.reset(); }
 
     /// Asks the driver about a folder: blocks for as long as that takes. Always S_OK.
     STDMETHODIMP
@@ -45,6 +46,8 @@ class OrvaneCtxMenu final
     GetCommandString(UINT_PTR idCmd, UINT type, UINT* reserved, LPSTR buffer, UINT cch) noexcept override;
 
   private:
+    explicit OrvaneCtxMenu(int icon_side);
+
     void learn_selection(const std::wstring& path);
     void learn_folder(const std::wstring& path);
     void learn_tracked_file(const std::wstring& path);
