@@ -12,6 +12,7 @@
 #include "tools/shellhost/console.h"
 #include "tools/shellhost/control_reader.h"
 #include "tools/shellhost/namespace_root.h"
+#include "tools/wine_shell/navigation_pane.h"
 #include "tools/wine_shell/system.h"
 #include "tools/wine_shell/tree_menus.h"
 #include "tools/wine_shell/view_menus.h"
@@ -25,6 +26,7 @@ using Microsoft::WRL::ComPtr;
 
 constexpr const wchar_t* window_class = L"OrvaneShellHost";
 constexpr const wchar_t* title_end = L" - shellhost";
+constexpr int navigation_pane_width = 210;
 constexpr UINT message_arrived = WM_APP + 1;
 
 std::wstring name_of(PCIDLIST_ABSOLUTE place, SIGDN kind) {
@@ -145,6 +147,7 @@ void browser_window::create_browser() {
         throw command_failure(L"the system's explorer browser cannot be made: " + describe(result));
     }
     site_ = com::adopt(com::make_object<browser_site>(browser_.Get()));
+    wine_shell::set_navigation_pane_width(window_, navigation_pane_width);
     const ComPtr<browser_events> events = com::adopt(com::make_object<browser_events>(
         [this] { is_navigating_ = true; }, [this](PCIDLIST_ABSOLUTE place) { arrived(place); }));
     (void)browser_->Advise(events.Get(), &events_cookie_);

@@ -1,8 +1,8 @@
 #include "tools/wine_shell/menu_pictures.h"
 
 #include <algorithm>
-#include <iterator>
 
+#include "ovufc/win/handle.h"
 #include "tools/wine_shell/system.h"
 
 namespace ov::wine_shell {
@@ -16,52 +16,6 @@ struct device_traits {
 };
 using unique_device = win::unique_handle<device_traits>;
 
-/// Selects a bitmap into a device for the length of a scope.
-class selected_bitmap {
-  public:
-    selected_bitmap(HDC device, HBITMAP bitmap) noexcept
-        : device_(device), previous_(SelectObject(device, bitmap)) {}
-    selected_bitmap(const selected_bitmap&) = delete;
-    selected_bitmap& operator=(const selected_bitmap&) = delete;
-    ~selected_bitmap() { SelectObject(device_, previous_); }
-
-  private:
-    HDC device_;
-    HGDIOBJ previous_;
-};
-
-/// A copy of `mark` with the menu's background where it is transparent; empty for a bitmap without alpha.
-unique_bitmap draw_on_menu(HBITMAP mark) {
-    BITMAP size{};
-    if (GetObjectW(mark, sizeof size, &size) == 0 || size.bmBitsPixel != 32) {
-        return {};
-    }
-    // A picture of the mark column's own width leaves the text its distance.
-    const int width = std::min<int>(size.bmWidth, GetSystemMetrics(SM_CXSMICON));
-    const int height = std::min<int>(size.bmHeight, GetSystemMetrics(SM_CYSMICON));
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = height;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    void* bits = nullptr;
-    unique_bitmap drawn(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-    const unique_device source(CreateCompatibleDC(nullptr));
-    const unique_device target(CreateCompatibleDC(nullptr));
-    if (!drawn || !source || !target) {
-        return {};
-    }
-    const selected_bitmap from(source.get(), mark);
-    const selected_bitmap to(target.get(), drawn.get());
-    const RECT whole{0, 0, width, height};
-    FillRect(target.get(), &whole, GetSysColorBrush(COLOR_MENU));
-    constexpr BLENDFUNCTION blend{AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
-    SetStretchBltMode(target.get(), HALFTONE);
-    GdiAlphaBlend(target.get(), 0, 0, width, height, source.get(), 0, 0, size.bmWidth, size.bmHeight, blend);
-    return drawn;
-}
-
 /// Pictures stand in the column of the check marks; in one of their own Wine would cut the texts.
 void share_mark_column(HMENU menu) noexcept {
     MENUINFO info{};
@@ -72,38 +26,78 @@ void share_mark_column(HMENU menu) noexcept {
     SetMenuInfo(menu, &info);
 }
 
+bool has_alpha(HBITMAP bitmap) noexcept {
+    constexpr WORD bits_with_alpha = 32;
+    BITMAP description{};
+    return GetObjectW(bitmap, sizeof description, &description) != 0 &&
+           description.bmBitsPixel == bits_with_alpha;
+}
+
 }  // namespace
 
-std::vector<unique_bitmap> show_marks_as_pictures(HMENU menu) {
-    std::vector<unique_bitmap> drawn;
+menu_pictures::menu_pictures(HMENU menu) {
     if (system_is_wine()) {
-        share_mark_column(menu);
+        take_over(menu);
     }
-    for (int i = 0; system_is_wine() && i < GetMenuItemCount(menu); ++i) {
+}
+
+void menu_pictures::take_over(HMENU menu) {
+    share_mark_column(menu);
+    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
         MENUITEMINFOW info{};
         info.cbSize = sizeof info;
-        info.fMask = MIIM_CHECKMARKS | MIIM_BITMAP | MIIM_SUBMENU;
+        info.fMask = MIIM_CHECKMARKS | MIIM_BITMAP | MIIM_DATA | MIIM_SUBMENU;
         if (!GetMenuItemInfoW(menu, static_cast<UINT>(i), TRUE, &info)) {
             continue;
         }
         if (IsMenu(info.hSubMenu)) {
-            auto deeper = show_marks_as_pictures(info.hSubMenu);
-            drawn.insert(drawn.end(), std::make_move_iterator(deeper.begin()),
-                         std::make_move_iterator(deeper.end()));
+            take_over(info.hSubMenu);
         }
-        unique_bitmap picture = info.hbmpItem == nullptr && info.hbmpUnchecked != nullptr
-                                    ? draw_on_menu(info.hbmpUnchecked)
-                                    : unique_bitmap();
-        if (picture) {
-            info.fMask = MIIM_CHECKMARKS | MIIM_BITMAP;
-            info.hbmpItem = picture.get();
+        const HBITMAP bitmap = info.hbmpUnchecked;
+        if (info.hbmpItem == nullptr && info.dwItemData == 0 && bitmap != nullptr && has_alpha(bitmap)) {
+            bitmaps_.push_back(bitmap);
+            info.fMask = MIIM_CHECKMARKS | MIIM_BITMAP | MIIM_DATA;
+            info.hbmpItem = HBMMENU_CALLBACK;
             info.hbmpChecked = nullptr;
             info.hbmpUnchecked = nullptr;
+            info.dwItemData = reinterpret_cast<ULONG_PTR>(bitmap);
             SetMenuItemInfoW(menu, static_cast<UINT>(i), TRUE, &info);
-            drawn.push_back(std::move(picture));
         }
     }
-    return drawn;
+}
+
+HBITMAP menu_pictures::find(ULONG_PTR item_data) const noexcept {
+    const auto wanted = reinterpret_cast<HBITMAP>(item_data);
+    const auto found = std::find(bitmaps_.begin(), bitmaps_.end(), wanted);
+    return found != bitmaps_.end() ? *found : nullptr;
+}
+
+bool menu_pictures::measure(MEASUREITEMSTRUCT& asked) const noexcept {
+    if (asked.CtlType != ODT_MENU || find(asked.itemData) == nullptr) {
+        return false;
+    }
+    asked.itemWidth = static_cast<UINT>(GetSystemMetrics(SM_CXSMICON));
+    asked.itemHeight = static_cast<UINT>(GetSystemMetrics(SM_CYSMICON));
+    return true;
+}
+
+bool menu_pictures::draw(const DRAWITEMSTRUCT& asked) const noexcept {
+    const HBITMAP bitmap = asked.CtlType == ODT_MENU ? find(asked.itemData) : nullptr;
+    BITMAP size{};
+    const unique_device source(CreateCompatibleDC(asked.hDC));
+    if (bitmap == nullptr || !source || GetObjectW(bitmap, sizeof size, &size) == 0) {
+        return false;
+    }
+    // A picture of the mark column's own width leaves the text its distance.
+    const int width = std::min<int>(size.bmWidth, GetSystemMetrics(SM_CXSMICON));
+    const int height = std::min<int>(size.bmHeight, GetSystemMetrics(SM_CYSMICON));
+    const HGDIOBJ previous = SelectObject(source.get(), bitmap);
+    constexpr BLENDFUNCTION blend{AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
+    SetStretchBltMode(asked.hDC, HALFTONE);
+    GdiAlphaBlend(asked.hDC, asked.rcItem.left, asked.rcItem.top, width, height, source.get(), 0, 0,
+                  size.bmWidth, size.bmHeight, blend);
+    SelectObject(source.get(), previous);
+    return true;
 }
 
 }  // namespace ov::wine_shell

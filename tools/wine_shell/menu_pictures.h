@@ -4,22 +4,31 @@
 
 #include <vector>
 
-#include "ovufc/win/handle.h"
+#include "ovufc/noncopyable.h"
 
 namespace ov::wine_shell {
-
-struct bitmap_traits {
-    using type = HBITMAP;
-    static type invalid() noexcept { return nullptr; }
-    static void close(type value) noexcept { DeleteObject(value); }
-};
-using unique_bitmap = win::unique_handle<bitmap_traits>;
 
 /// Shows a menu's check-mark bitmaps as Windows draws them: whole, and transparent where their alpha says so.
 /// Wine cuts them to the size of a check mark and draws what is transparent black.
 ///
-/// Each is drawn onto the menu's background and set as the item's picture, submenus included; the bitmaps
-/// returned must live as long as the menu is shown. On Windows nothing is done.
-[[nodiscard]] std::vector<unique_bitmap> show_marks_as_pictures(HMENU menu);
+/// Each becomes a picture that the menu's owner draws, submenus included: the owner passes WM_MEASUREITEM and
+/// WM_DRAWITEM on as long as the menu is shown. The bitmaps stay whose they are. On Windows nothing is done.
+class menu_pictures : noncopyable, nonmoveable {
+  public:
+    explicit menu_pictures(HMENU menu);
+
+    /// True for an item that this object shows; its message is then answered.
+    [[nodiscard]] bool measure(MEASUREITEMSTRUCT& asked) const noexcept;
+    [[nodiscard]] bool draw(const DRAWITEMSTRUCT& asked) const noexcept;
+
+    [[nodiscard]] std::size_t count() const noexcept { return bitmaps_.size(); }
+
+  private:
+    void take_over(HMENU menu);
+    [[nodiscard]] HBITMAP find(ULONG_PTR item_data) const noexcept;
+
+    /// The bitmaps shown; an item's data names its own.
+    std::vector<HBITMAP> bitmaps_;
+};
 
 }  // namespace ov::wine_shell

@@ -45,32 +45,39 @@ class site_scope {
     IContextMenu* menu_;
 };
 
-/// While a menu is shown its owner's messages about it belong to the menu object, which may fill its submenus
-/// and draw its items.
+/// Who answers the owner's messages about a menu while it is shown.
+struct shown_menu {
+    const menu_pictures& pictures;
+    ComPtr<IContextMenu2> object;
+
+    /// True when the message has been answered.
+    [[nodiscard]] bool answer(UINT message, WPARAM wparam, LPARAM lparam) const noexcept {
+        if (message == WM_MEASUREITEM && pictures.measure(*reinterpret_cast<MEASUREITEMSTRUCT*>(lparam))) {
+            return true;
+        }
+        if (message == WM_DRAWITEM && pictures.draw(*reinterpret_cast<const DRAWITEMSTRUCT*>(lparam))) {
+            return true;
+        }
+        return object != nullptr && SUCCEEDED(object->HandleMenuMsg(message, wparam, lparam));
+    }
+};
+
+/// The menu object may fill its submenus and draw its items.
 LRESULT CALLBACK forward_menu_messages(HWND window, UINT message, WPARAM wparam, LPARAM lparam,
                                        UINT_PTR /*id*/, DWORD_PTR data) {
-    switch (message) {
-        case WM_INITMENUPOPUP:
-        case WM_DRAWITEM:
-        case WM_MEASUREITEM: {
-            auto* menu = reinterpret_cast<IContextMenu2*>(data);
-            if (SUCCEEDED(menu->HandleMenuMsg(message, wparam, lparam))) {
-                return message == WM_INITMENUPOPUP ? 0 : TRUE;
-            }
-            break;
-        }
-        default:
-            break;
+    const bool is_about_menu =
+        message == WM_INITMENUPOPUP || message == WM_DRAWITEM || message == WM_MEASUREITEM;
+    if (is_about_menu && reinterpret_cast<const shown_menu*>(data)->answer(message, wparam, lparam)) {
+        return message == WM_INITMENUPOPUP ? 0 : TRUE;
     }
     return DefSubclassProc(window, message, wparam, lparam);
 }
 
-UINT choose(HWND owner, IContextMenu* object, HMENU menu, POINT where) noexcept {
-    ComPtr<IContextMenu2> second;
-    if (SUCCEEDED(object->QueryInterface(IID_PPV_ARGS(second.GetAddressOf())))) {
-        SetWindowSubclass(owner, &forward_menu_messages, subclass_id,
-                          reinterpret_cast<DWORD_PTR>(second.Get()));
-    }
+UINT choose(HWND owner, IContextMenu* object, HMENU menu, POINT where) {
+    const menu_pictures pictures(menu);
+    shown_menu shown{pictures, nullptr};
+    (void)object->QueryInterface(IID_PPV_ARGS(shown.object.GetAddressOf()));
+    SetWindowSubclass(owner, &forward_menu_messages, subclass_id, reinterpret_cast<DWORD_PTR>(&shown));
     const BOOL chosen = TrackPopupMenuEx(menu, TPM_LEFTALIGN | TPM_RETURNCMD | TPM_RIGHTBUTTON, where.x,
                                          where.y, owner, nullptr);
     RemoveWindowSubclass(owner, &forward_menu_messages, subclass_id);
@@ -124,7 +131,6 @@ void track_menu(HWND owner, IContextMenu* menu, IUnknown* site, POINT where, UIN
         return;
     }
     (void)com::guarded([&] {
-        const auto pictures = show_marks_as_pictures(popup.get());
         const UINT chosen = choose(owner, menu, popup.get(), where);
         if (chosen < first_id || browses(menu, chosen - first_id, site, target)) {
             return S_FALSE;

@@ -139,6 +139,12 @@ void run_posted(const attached_view& view, HWND window, WPARAM task, LPARAM para
         [&] { return task == task_show_menu ? view.show_menu(window, where) : view.activate(window); });
 }
 
+/// Wine's view opens items on the double-click itself, and its list control tells of the activation as well.
+bool opens_items(UINT code) noexcept {
+    return code == LVN_ITEMACTIVATE || code == static_cast<UINT>(NM_DBLCLK) ||
+           code == static_cast<UINT>(NM_RETURN);
+}
+
 LRESULT CALLBACK view_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR /*id*/,
                                 DWORD_PTR data) {
     auto* view = reinterpret_cast<attached_view*>(data);
@@ -153,13 +159,16 @@ LRESULT CALLBACK view_procedure(HWND window, UINT message, WPARAM wparam, LPARAM
                 return 0;
             }
             break;
-        case WM_NOTIFY:
-            if (reinterpret_cast<const NMHDR*>(lparam)->code == LVN_ITEMACTIVATE &&
-                holds([&] { return view->activates(); })) {
-                PostMessageW(window, posted_message(), task_activate, 0);
+        case WM_NOTIFY: {
+            const UINT code = reinterpret_cast<const NMHDR*>(lparam)->code;
+            if (opens_items(code) && holds([&] { return view->activates(); })) {
+                if (code == LVN_ITEMACTIVATE) {
+                    PostMessageW(window, posted_message(), task_activate, 0);
+                }
                 return 0;
             }
             break;
+        }
         case WM_NCDESTROY: {
             RemoveWindowSubclass(window, &view_procedure, subclass_id);
             RemovePropW(window, attached_mark);

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "ovufc/win/handle.h"
 #include "tools/shellhost/menu_query.h"
 #include "tools/wine_shell/system.h"
 
@@ -12,8 +13,15 @@ namespace {
 
 constexpr int side = 16;
 
-/// A bitmap of one colour, premultiplied, with the given alpha.
-unique_bitmap make_mark(std::uint32_t pixel) {
+struct bitmap_traits {
+    using type = HBITMAP;
+    static type invalid() noexcept { return nullptr; }
+    static void close(type value) noexcept { DeleteObject(value); }
+};
+using unique_bitmap = win::unique_handle<bitmap_traits>;
+
+/// A bitmap of one premultiplied colour.
+unique_bitmap make_bitmap(std::uint32_t pixel) {
     BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
     info.bmiHeader.biWidth = side;
@@ -28,48 +36,83 @@ unique_bitmap make_mark(std::uint32_t pixel) {
     return made;
 }
 
-COLORREF colour_of_first_picture(HMENU menu) {
+class MenuPictures : public testing::Test {
+  protected:
+    MenuPictures() : menu(CreatePopupMenu()) { AppendMenuW(menu.get(), MF_STRING, 1, L"item"); }
+
+    void SetUp() override {
+        if (!system_is_wine()) {
+            GTEST_SKIP() << "Windows draws the marks itself";
+        }
+    }
+
+    void mark(const unique_bitmap& bitmap) const {
+        SetMenuItemBitmaps(menu.get(), 0, MF_BYPOSITION, bitmap.get(), bitmap.get());
+    }
+
+    /// The colour in the middle of the picture when it is drawn onto `background`.
+    static COLORREF drawn(const menu_pictures& pictures, const unique_bitmap& mark,
+                          std::uint32_t background) {
+        const unique_bitmap target = make_bitmap(background);
+        const HDC device = CreateCompatibleDC(nullptr);
+        const HGDIOBJ previous = SelectObject(device, target.get());
+        DRAWITEMSTRUCT asked{};
+        asked.CtlType = ODT_MENU;
+        asked.hDC = device;
+        asked.rcItem = {0, 0, side, side};
+        asked.itemData = reinterpret_cast<ULONG_PTR>(mark.get());
+        EXPECT_TRUE(pictures.draw(asked));
+        const COLORREF colour = GetPixel(device, side / 2, side / 2);
+        SelectObject(device, previous);
+        DeleteDC(device);
+        return colour;
+    }
+
+    shellhost::unique_menu menu;
+};
+
+TEST_F(MenuPictures, TransparentMark_ShowsWhatIsBehindIt) {
+    const unique_bitmap transparent = make_bitmap(0);
+    mark(transparent);
+    const menu_pictures pictures(menu.get());
+    EXPECT_EQ(pictures.count(), 1U);
+    EXPECT_EQ(drawn(pictures, transparent, 0xFF808000), RGB(0x80, 0x80, 0x00));
+}
+
+TEST_F(MenuPictures, OpaqueMark_KeepsItsColour) {
+    const unique_bitmap opaque = make_bitmap(0xFF204060);
+    mark(opaque);
+    const menu_pictures pictures(menu.get());
+    EXPECT_EQ(drawn(pictures, opaque, 0xFFFFFFFF), RGB(0x20, 0x40, 0x60));
+}
+
+TEST_F(MenuPictures, MarkedItem_IsMeasuredAndDrawnByItsOwner) {
+    const unique_bitmap opaque = make_bitmap(0xFF204060);
+    mark(opaque);
+    const menu_pictures pictures(menu.get());
     MENUITEMINFOW info{};
     info.cbSize = sizeof info;
-    info.fMask = MIIM_BITMAP;
-    GetMenuItemInfoW(menu, 0, TRUE, &info);
-    const HDC device = CreateCompatibleDC(nullptr);
-    const HGDIOBJ previous = SelectObject(device, info.hbmpItem);
-    const COLORREF colour = GetPixel(device, side / 2, side / 2);
-    SelectObject(device, previous);
-    DeleteDC(device);
-    return colour;
+    info.fMask = MIIM_BITMAP | MIIM_CHECKMARKS;
+    ASSERT_TRUE(GetMenuItemInfoW(menu.get(), 0, TRUE, &info));
+    EXPECT_EQ(info.hbmpItem, HBMMENU_CALLBACK);
+    EXPECT_EQ(info.hbmpUnchecked, nullptr);
+    MEASUREITEMSTRUCT asked{};
+    asked.CtlType = ODT_MENU;
+    asked.itemData = reinterpret_cast<ULONG_PTR>(opaque.get());
+    EXPECT_TRUE(pictures.measure(asked));
+    EXPECT_EQ(asked.itemWidth, static_cast<UINT>(GetSystemMetrics(SM_CXSMICON)));
 }
 
-TEST(MenuPictures, TransparentMark_ShowsTheMenusBackground) {
-    if (!system_is_wine()) {
-        GTEST_SKIP() << "Windows draws the marks itself";
-    }
-    const unique_bitmap mark = make_mark(0);
-    const shellhost::unique_menu menu(CreatePopupMenu());
-    AppendMenuW(menu.get(), MF_STRING, 1, L"item");
-    SetMenuItemBitmaps(menu.get(), 0, MF_BYPOSITION, mark.get(), mark.get());
-    const auto pictures = show_marks_as_pictures(menu.get());
-    EXPECT_EQ(pictures.size(), 1U);
-    EXPECT_EQ(colour_of_first_picture(menu.get()), GetSysColor(COLOR_MENU));
-}
-
-TEST(MenuPictures, OpaqueMark_KeepsItsColour) {
-    if (!system_is_wine()) {
-        GTEST_SKIP() << "Windows draws the marks itself";
-    }
-    const unique_bitmap mark = make_mark(0xFF204060);
-    const shellhost::unique_menu menu(CreatePopupMenu());
-    AppendMenuW(menu.get(), MF_STRING, 1, L"item");
-    SetMenuItemBitmaps(menu.get(), 0, MF_BYPOSITION, mark.get(), mark.get());
-    const auto pictures = show_marks_as_pictures(menu.get());
-    EXPECT_EQ(colour_of_first_picture(menu.get()), RGB(0x20, 0x40, 0x60));
-}
-
-TEST(MenuPictures, ItemWithoutMark_IsLeftAlone) {
-    const shellhost::unique_menu menu(CreatePopupMenu());
-    AppendMenuW(menu.get(), MF_STRING, 1, L"item");
-    EXPECT_TRUE(show_marks_as_pictures(menu.get()).empty());
+TEST_F(MenuPictures, ItemsOfOthers_AreLeftAlone) {
+    const menu_pictures pictures(menu.get());
+    EXPECT_EQ(pictures.count(), 0U);
+    MEASUREITEMSTRUCT measured{};
+    measured.CtlType = ODT_MENU;
+    measured.itemData = 1234;
+    EXPECT_FALSE(pictures.measure(measured));
+    DRAWITEMSTRUCT drawn_item{};
+    drawn_item.CtlType = ODT_BUTTON;
+    EXPECT_FALSE(pictures.draw(drawn_item));
 }
 
 }  // namespace

@@ -1,0 +1,55 @@
+#include "tests/ui/explorer_fixture.h"
+
+namespace ov::test {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+class ExplorerMenus : public explorer_fixture {};
+
+TEST_F(ExplorerMenus, RightClickOnALocation_ShowsTheSubmenu) {
+    const auto menu = menu_of("Projects");
+    EXPECT_THAT(line_with(menu, "Open"), HasSubstr("default"));
+    EXPECT_THAT(line_with(menu, "Orvane"), HasSubstr("submenu, bitmap"));
+    EXPECT_THAT(line_with(menu, "Export deleted files"), HasSubstr("enabled"));
+    EXPECT_THAT(line_with(menu, "Export chronels"), HasSubstr("enabled"));
+    EXPECT_THAT(service_.calls(), Contains(call_folder_status));
+    window_->tell({"key down", "key down", "key right"});
+    Sleep(300);
+    take_screenshot(L"ui-menu-location");
+    window_->tell({"key escape", "key escape"});
+}
+
+TEST_F(ExplorerMenus, RightClickInsideALocation_ShowsTheSubmenuBesideTheSystemsCommands) {
+    window_->tell({"double-click Projects", "wait"});
+    const auto menu = menu_of("drawings");
+    EXPECT_THAT(line_with(menu, "Orvane"), HasSubstr("submenu, bitmap"));
+    EXPECT_NE(line_with(menu, "Properties"), "");
+    take_screenshot(L"ui-menu-inside");
+    window_->tell({"key escape"});
+}
+
+TEST_F(ExplorerMenus, RightClickOnAnUntrackedFile_ShowsTheSystemsCommandsOnly) {
+    window_->tell({"double-click Projects", "wait"});
+    const auto menu = menu_of("plan.txt");
+    EXPECT_NE(line_with(menu, "Properties"), "");
+    EXPECT_THAT(menu, Not(Contains(HasSubstr("Orvane"))));
+    window_->tell({"key escape"});
+}
+
+TEST_F(ExplorerMenus, RightClickInTheNavigationPane_ShowsTheSubmenu) {
+    window_->tell({"expand Orvane", "wait", "right-click-tree Managed", "wait-menu"});
+    EXPECT_THAT(line_with(window_->ask("menus"), "Orvane"), HasSubstr("submenu, bitmap"));
+    window_->tell({"key escape"});
+}
+
+TEST_F(ExplorerMenus, Open_GoesThereInTheSameWindow) {
+    (void)menu_of("Projects");
+    window_->tell({"key o", "wait"});
+    EXPECT_THAT(window_->ask_line("title"), HasSubstr("Projects"));
+}
+
+}  // namespace
+}  // namespace ov::test

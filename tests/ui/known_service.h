@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tests/support/scripted_service.h"
+#include "tests/support/temp_folder.h"
+
+namespace ov::test {
+
+/// The service behind the driver with one known state: three protected locations on the disk (Projects,
+/// Managed and Cloud, in the order in which the folder shows them), every folder protected, one restore
+/// point, the commands Exports and Addons switched on.
+class known_service {
+  public:
+    known_service();
+
+    /// Full paths of the locations.
+    [[nodiscard]] const std::wstring& projects() const noexcept { return projects_; }
+
+    /// The numbers of the service calls that came in, in order.
+    [[nodiscard]] std::vector<int> calls() const;
+    void forget_calls() { service_.forget_requests(); }
+
+  private:
+    [[nodiscard]] scripted_reply answer(const scripted_request& request);
+
+    temp_folder folder_;
+    std::wstring projects_;
+    std::string document_;
+    scripted_service service_;  // last: its thread uses all of the above
+};
+
+/// Service calls as the wire numbers them.
+inline constexpr int call_folder_status = 13;
+inline constexpr int call_protected_folders = 35;
+inline constexpr int call_restore_points = 36;
+inline constexpr int call_restore = 39;
+
+}  // namespace ov::test

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "ovufc/win/handle.h"
+
+namespace ov::test {
+
+/// A window of the small Explorer in a process of its own, told what to do line by line.
+///
+/// Every command is a line for shellhost --script ("help" there lists them). Closed by destruction; a process
+/// that does not end by itself is killed.
+class shell_window {
+  public:
+    /// Starts it and waits until it has settled; throws std::runtime_error when it cannot be started.
+    explicit shell_window(const std::wstring& more_arguments = {});
+    shell_window(const shell_window&) = delete;
+    shell_window& operator=(const shell_window&) = delete;
+    ~shell_window();
+
+    /// Sends a command and gives its answer's lines. A command that does not work fails the running test.
+    std::vector<std::string> ask(const std::string& command);
+    /// Sends commands whose answers do not matter.
+    void tell(std::initializer_list<const char*> commands);
+    /// The only line of an answer.
+    std::string ask_line(const std::string& command);
+
+  private:
+    [[nodiscard]] bool read_line(std::string& line);
+
+    win::unique_kernel_handle process_;
+    win::unique_kernel_handle input_;
+    win::unique_kernel_handle output_;
+    std::string pending_;
+};
+
+}  // namespace ov::test
