@@ -6,6 +6,7 @@
 #include <ntifs.h>
 
 #include "companions/devdriver/mailbox.h"
+#include "companions/devdriver/reclaimer.h"
 #include "companions/devdriver/service_wire.h"
 #include "companions/devdriver/sweeper.h"
 #include "companions/devdriver/users.h"
@@ -56,6 +57,7 @@ static NTSTATUS NTAPI dispatch_control(DEVICE_OBJECT* device, IRP* irp) {
 static void NTAPI unload(DRIVER_OBJECT* driver) {
     IoDeleteSymbolicLink(&link_name);
     sweeper_stop();
+    reclaimer_stop();
     mailbox_delete();
     IoDeleteDevice(driver->DeviceObject);
 }

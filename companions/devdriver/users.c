@@ -2,6 +2,7 @@
 
 #include "companions/devdriver/caller.h"
 #include "companions/devdriver/mailbox.h"
+#include "companions/devdriver/reclaimer.h"
 
 #define USER_TAG 0x7276724Fu /* "Orvr" in a pool dump */
 
@@ -125,7 +126,7 @@ NTSTATUS users_add_service(void** place, orv_serve_reply* reply) {
 void users_remove(void** place) {
     struct user* user = delist(place);
     if (user != NULL) {
-        mailbox_unshare(&user->share);
+        reclaimer_take(&user->share);
         ExFreePoolWithTag(user, USER_TAG);
     }
 }
