@@ -10,10 +10,22 @@ limit_s=30
 before_start() { :; }
 log_hint() { :; }
 
-# sc's words for the state, or nothing when it is not registered.
-query() {
+# sc's words for the state, or nothing when it answers none.
+query_once() {
     { run_wine "$limit_s" sc query "$managed_name" 2>/dev/null || true; } | tr -d '\r' |
         sed -n 's/^ *STATE *: *[0-9]* *\([A-Z_]*\).*/\1/p'
+}
+
+# Nothing when it is not registered. sc gives the same answer when it cannot reach the service manager, which has
+# been seen to happen for a moment on a busy machine: so it is believed only when it says so again.
+query() {
+    local state
+    state=$(query_once)
+    if [ -z "$state" ]; then
+        sleep 0.5
+        state=$(query_once)
+    fi
+    printf '%s' "$state"
 }
 
 status() {
