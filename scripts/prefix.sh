@@ -59,6 +59,8 @@ make_prefix() {
         run_wine 60 reg add 'HKCU\Software\Wine\X11 Driver' /v "$setting" /d N /f >/dev/null 2>&1 ||
             die "the prefix's windows could not be set up"
     done
+    # The signs on title bars and scroll bars are letters of this font, which Debian's Wine does not find by itself.
+    cp /usr/share/wine/fonts/marlett.ttf "$prefix/drive_c/windows/Fonts/" || die "the font of Wine's signs is missing"
     timeout 60 wineserver -w || true
     : >"$prefix/.made"
 }

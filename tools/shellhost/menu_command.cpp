@@ -2,6 +2,7 @@
 #include <wrl/client.h>
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -149,7 +150,7 @@ int measure(const std::vector<menu_source>& sources, const menu_options& options
         times_us.push_back(watch.elapsed_us());
     }
     std::sort(times_us.begin(), times_us.end());
-    const auto whole = [](double value) { return std::to_wstring(static_cast<long long>(value + 0.5)); };
+    const auto whole = [](double value) { return std::to_wstring(std::llround(value)); };
     print_line(L"right-clicks: " + std::to_wstring(times_us.size()) + L", median " +
                whole(times_us[times_us.size() / 2]) + L" us, least " + whole(times_us.front()) +
                L" us, most " + whole(times_us.back()) + L" us");

@@ -4,6 +4,7 @@
 #include <wrl/client.h>
 
 #include <array>
+#include <cwchar>
 #include <optional>
 #include <string>
 
@@ -27,9 +28,9 @@ std::optional<icon_location> default_icon_of(HKEY key) {
     if (text.empty()) {
         return std::nullopt;
     }
-    // PathParseIconLocation cuts the text at its comma.
     const int index = PathParseIconLocationW(text.data());
-    return icon_location{text.c_str(), index};
+    text.resize(std::wcslen(text.c_str()));  // That call ended the text at its comma.
+    return icon_location{std::move(text), index};
 }
 
 class default_extract_icon final
