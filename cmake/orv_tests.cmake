@@ -13,8 +13,9 @@ if(MINGW)
 endif()
 
 # orv_test_program(NAME SOURCES... LINK libs... [TIMEOUT seconds] [DRIVER] [DISPLAY])
-#   DRIVER   uses the real device: such programs never run side by side
-#   DISPLAY  opens windows: run under a virtual display of its own
+#   DRIVER   meets the real device, if only by asking whether it is there: such programs never run side by side, or
+#            one's requests would reach the other's service
+#   DISPLAY  opens windows: such programs never run side by side either, as there is one foreground window
 function(orv_test_program name)
     cmake_parse_arguments(ARG "DRIVER;DISPLAY" "TIMEOUT" "SOURCES;LINK" ${ARGN})
     if(NOT ARG_TIMEOUT)
@@ -33,7 +34,12 @@ function(orv_test_program name)
                                   $<TARGET_FILE:${name}>)
     math(EXPR ctest_limit_s "${ARG_TIMEOUT} + 30")
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ctest_limit_s})
+    set(locks)
     if(ARG_DRIVER)
-        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK orvdrv)
+        list(APPEND locks orvdrv)
     endif()
+    if(ARG_DISPLAY)
+        list(APPEND locks display)
+    endif()
+    set_property(TEST ${name} PROPERTY RESOURCE_LOCK ${locks})
 endfunction()
