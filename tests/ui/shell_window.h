@@ -1,11 +1,10 @@
 #pragma once
 
-#include <windows.h>
-
+#include <initializer_list>
 #include <string>
 #include <vector>
 
-#include "ovufc/win/handle.h"
+#include "tests/ui/piped_process.h"
 
 namespace ov::test {
 
@@ -29,12 +28,7 @@ class shell_window {
     std::string ask_line(const std::string& command);
 
   private:
-    [[nodiscard]] bool read_line(std::string& line);
-
-    win::unique_kernel_handle process_;
-    win::unique_kernel_handle input_;
-    win::unique_kernel_handle output_;
-    std::string pending_;
+    piped_process process_;
 };
 
 }  // namespace ov::test

@@ -1,0 +1,126 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "tests/support/shipped_module.h"
+#include "tests/support/watchdog.h"
+#include "tests/ui/known_service.h"
+#include "tests/ui/piped_process.h"
+
+namespace ov::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr DWORD run_limit_ms = 20000;
+
+struct outcome {
+    DWORD exit_code = ~0U;
+    std::vector<std::string> lines;
+};
+
+outcome run(const std::wstring& arguments) {
+    outcome result;
+    piped_process process(arguments);
+    std::string line;
+    while (process.read_line(line)) {
+        result.lines.push_back(line);
+    }
+    EXPECT_TRUE(process.wait(run_limit_ms, result.exit_code));
+    return result;
+}
+
+class CommandLine : public testing::Test {
+  protected:
+    static void SetUpTestSuite() { ASSERT_EQ(shipped_module().register_server(), S_OK); }
+    static void TearDownTestSuite() { EXPECT_EQ(shipped_module().unregister_server(), S_OK); }
+
+    [[nodiscard]] std::wstring projects() const { return L"\"" + service_.projects() + L"\""; }
+
+    watchdog dog_{60'000};
+    known_service service_;
+};
+
+TEST_F(CommandLine, Menu_IsPrintedAsATree) {
+    const outcome result = run(L"menu " + projects());
+    EXPECT_EQ(result.exit_code, 0U);
+    EXPECT_THAT(result.lines, Contains(StartsWith("Wine lacks these; supplied through the import table")));
+    EXPECT_THAT(result.lines, Contains("  handler Orvane Vaultkeep: returned 0x00000005"));
+    EXPECT_THAT(result.lines, Contains(testing::MatchesRegex("  Orvane +submenu, bitmap")));
+    EXPECT_THAT(result.lines, Contains(testing::MatchesRegex(
+                                  "      .2. Export deleted files +enabled, help \"Export deleted files\"")));
+}
+
+TEST_F(CommandLine, ExtendedMenu_IsEmpty) {
+    EXPECT_THAT(run(L"menu --extended " + projects()).lines, Contains("  (no items)"));
+}
+
+TEST_F(CommandLine, Invoke_RunsTheCommandNamedByItsText) {
+    const outcome result = run(L"menu " + projects() + L" --invoke \"export DELETED files\"");
+    EXPECT_EQ(result.exit_code, 0U);
+    EXPECT_EQ(result.lines.back(), "[2] Export deleted files: returned 0x00000000");
+}
+
+TEST_F(CommandLine, UnknownCommand_EndsWithItsOwnCode) {
+    EXPECT_EQ(run(L"menu " + projects() + L" --invoke nonsense").exit_code, 3U);
+}
+
+TEST_F(CommandLine, MissingFile_IsAFailure) {
+    EXPECT_EQ(run(L"menu C:\\no\\such\\file").exit_code, 1U);
+}
+
+TEST_F(CommandLine, WrongWords_AreAUsageError) {
+    for (const wchar_t* words :
+         {L"menu", L"menu x --bench 0", L"menu x --nonsense", L"verbs", L"verbs --restore --addons",
+          L"nonsense", L"list more", L"--size 5", L"--view sideways"}) {
+        EXPECT_EQ(run(words).exit_code, 2U) << testing::PrintToString(words);
+    }
+}
+
+TEST_F(CommandLine, Bench_PrintsAMedian) {
+    EXPECT_THAT(run(L"menu " + projects() + L" --bench 3").lines.back(),
+                testing::MatchesRegex("right-clicks: 3, median \\d+ us, least \\d+ us, most \\d+ us"));
+}
+
+TEST_F(CommandLine, List_PrintsTheItemsBelowTheirHeadingsInOrder) {
+    const outcome result = run(L"list");
+    EXPECT_EQ(result.exit_code, 0U);
+    std::vector<std::string> headings;
+    for (std::size_t i = 1; i < result.lines.size(); ++i) {
+        if (result.lines[i - 1].empty()) {
+            headings.push_back(result.lines[i]);
+        }
+    }
+    EXPECT_THAT(headings, ElementsAre("Protected folders", "Cloud folders", "Restore", "Addons"));
+    EXPECT_THAT(result.lines, Contains("Columns: Name | Type"));
+    EXPECT_THAT(result.lines, Contains(HasSubstr("orvshellext.dll,-105 with the elevation overlay")));
+    EXPECT_THAT(result.lines, Contains("      attributes    0xF0800008"));
+}
+
+TEST_F(CommandLine, DeclinedConsent_SendsNothing) {
+    const outcome result = run(L"verbs --restore --no-consent");
+    EXPECT_EQ(result.exit_code, 0U);
+    EXPECT_THAT(result.lines,
+                Contains("This system has no administrator prompt: it is declined in its place."));
+    const auto calls = service_.calls();
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), call_restore_points), 0);
+}
+
+TEST_F(CommandLine, ModuleByPath_NeedsNoRegistration) {
+    ASSERT_EQ(shipped_module().unregister_server(), S_OK);
+    const std::wstring module = L" --module \"" + program_directory() + L"orvshellext.dll\"";
+    EXPECT_THAT(run(L"menu " + projects() + module).lines,
+                Contains(StartsWith("  handler Orvane Vaultkeep (not registered): returned 0x00000005")));
+    EXPECT_THAT(run(L"list" + module).lines, Contains(StartsWith("  Projects ")));
+    EXPECT_EQ(run(L"list").exit_code, 1U);
+    EXPECT_EQ(shipped_module().register_server(), S_OK);
+}
+
+}  // namespace
+}  // namespace ov::test
