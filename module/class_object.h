@@ -7,6 +7,7 @@
 #include <memory>
 #include <new>
 
+#include "ovufc/com/adopt.h"
 #include "ovufc/com/com_object.h"
 #include "ovufc/com/live_count.h"
 
@@ -88,19 +89,15 @@ class class_object : public class_object_base {
 /// allocate, in the object itself or in what its constructor builds, gives E_OUTOFMEMORY and a null `*ppv`.
 template <class Object>
 [[nodiscard]] HRESULT make_and_query(REFIID riid, void** ppv) noexcept {
-    Object* made = nullptr;
     try {
-        made = com::make_object<Object>();
+        if (const auto made = com::adopt(com::make_object<Object>()); made != nullptr) {
+            return made->QueryInterface(riid, ppv);
+        }
     } catch (...) {
-        made = nullptr;
+        // Out of memory while the object built what it holds: the same as for the object itself.
     }
-    if (made == nullptr) {
-        *ppv = nullptr;
-        return E_OUTOFMEMORY;
-    }
-    const HRESULT result = made->QueryInterface(riid, ppv);
-    made->Release();
-    return result;
+    *ppv = nullptr;
+    return E_OUTOFMEMORY;
 }
 
 }  // namespace ov

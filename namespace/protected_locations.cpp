@@ -16,7 +16,7 @@ struct protected_locations_cache {
     std::uint32_t generation = 0;  // the driver's, when `text` was fetched
 };
 
-constinit protected_locations_cache cache;
+protected_locations_cache cache;
 
 }  // namespace
 
