@@ -60,14 +60,19 @@ TEST_F(Leaks, fileMenu_givesEveryHandleBack) {
     EXPECT_EQ(ledger.made_by("LoadLibraryExW"), 1);
 }
 
-// Memory runs out once, at the n-th allocation of the module while this is armed. The module's runtime is
-// linked in, so all of its allocations come through this import. Not armed while JSON is at work: the library
-// allocates in a destructor, where running out of memory ends the process.
+// Memory runs out at the n-th allocation of the module while this is armed: once, or for good. The module's
+// runtime is linked in, so all of its allocations come through this import.
 bool is_armed = false;
+bool fails_for_good = false;
 int allocations_until_failure = 0;
 void* (*real_malloc)(std::size_t);
 void* failing_malloc(std::size_t size) {
-    return is_armed && --allocations_until_failure == 0 ? nullptr : real_malloc(size);
+    if (!is_armed) {
+        return real_malloc(size);
+    }
+    --allocations_until_failure;
+    const bool fails = fails_for_good ? allocations_until_failure <= 0 : allocations_until_failure == 0;
+    return fails ? nullptr : real_malloc(size);
 }
 
 // Runs `scene` again and again, with its first, second … allocation failing, until one run meets no failure.
@@ -130,6 +135,40 @@ TEST_F(NoMemory, fileMenu_isWholeOrEmpty) {
         EXPECT_EQ(selection->lock_count(), 0U);
     });
 }
+
+// The service call builds and reads JSON, whose library allocates even while it destroys a value.
+class NoMemoryForJson : public NoMemory, public testing::WithParamInterface<bool> {
+  protected:
+    NoMemoryForJson() { fails_for_good = GetParam(); }
+    ~NoMemoryForJson() override { fails_for_good = false; }
+};
+
+TEST_P(NoMemoryForJson, folderMenu_learnsWhatItCan_andTheHostLives) {
+    const auto selection = select_paths({folder_.path()});
+    with_each_allocation_failing(module_.handle(), 10, [&] {
+        is_armed = false;
+        const auto menu = make_menu(class_ids::shell_extension);
+        is_armed = true;
+        EXPECT_EQ(initialize(menu.Get(), selection.Get()), S_OK);
+        is_armed = false;
+        // No selection, a folder that is taken for unprotected, or all that there is to know.
+        EXPECT_THAT(queried_menu(menu.Get(), CMF_NORMAL).result, testing::AnyOf(0, 2, 3));
+        EXPECT_EQ(selection->references(), 1U);
+        EXPECT_EQ(selection->lock_count(), 0U);
+    });
+}
+
+TEST_P(NoMemoryForJson, unprotect_failsOrSucceeds_andTheHostLives) {
+    reply(14, R"({"data":{},"statusCode":0})");
+    const auto menu = menu_on(folder_.path());
+    with_each_allocation_failing(module_.handle(), 10, [&] {
+        message_box_script boxes(module_.handle(), {IDOK});
+        EXPECT_THAT(invoke(menu.Get(), 1), testing::AnyOf(S_OK, E_UNEXPECTED, E_OUTOFMEMORY));
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(OnceAndForGood, NoMemoryForJson, testing::Bool(),
+                         [](const auto& test) { return test.param ? "forGood" : "once"; });
 
 TEST_F(NoMemory, unprotect_isAskedOrNot) {
     const auto menu = menu_on(folder_.path());
