@@ -132,10 +132,10 @@ explorer() {
     step "The folder \"Orvane\" as text"
     host list
     step "The folder \"Orvane\" in the small Explorer"
-    host --close-after 12 &
+    host --close-after 6 &
     local showing=$!
     run_wine 60 "$bin/press.exe" --title "Orvane" --timeout 40 --wait-only --quiet
-    sleep 3
+    sleep 2
     picture explorer
     wait "$showing"
 }
