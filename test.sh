@@ -14,6 +14,8 @@ step "Building x64-release"
 trap '"$ORV_ROOT/scripts/prefix.sh" down' EXIT
 step "Setting up the Wine prefix"
 "$ORV_ROOT/scripts/install.sh" driver
+# Left over from a run that was killed, it would be the one service side that the driver lets in.
+"$ORV_ROOT/scripts/service.sh" stop
 step "Testing"
 cd "$ORV_ROOT/build/x64-release"
 result=0
