@@ -77,6 +77,7 @@ start() {
     before_start
     install
     [ "$(status)" = running ] && return
+    # As above.
     run_wine "$limit_s" sc start "$managed_name" >/dev/null 2>&1 || true
     wait_for running
 }

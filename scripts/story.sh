@@ -36,6 +36,7 @@ host() {
         supplied_was_said=yes
         say "$output"
     else
+        # Nothing may be left to print, which grep would call a failure.
         say "$output" | grep -v '^Wine lacks these; supplied' || true
     fi
     return "$result"
@@ -113,6 +114,7 @@ restore() {
     if hashes "$folder" | diff "$pictures/before.sha256" - >/dev/null; then
         say "Every file is byte for byte what it was ($(wc -l <"$pictures/before.sha256") files)."
     else
+        # Only shows what differs; the next line is the failure.
         hashes "$folder" | diff "$pictures/before.sha256" - || true
         die "the folder did not come back as it was"
     fi

@@ -31,7 +31,7 @@ class submenu_builder {
 }  // namespace
 
 folder_submenu make_folder_submenu(const folder_submenu_content& content, UINT first_id) noexcept {
-    unique_menu menu(CreateMenu());
+    win::unique_menu menu(CreateMenu());
     if (!menu) {
         return {};
     }

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "shell/handles.h"
+#include "ovufc/win/ui_handle.h"
 
 namespace ov::shell {
 
@@ -21,7 +21,7 @@ struct folder_submenu_content {
 
 struct folder_submenu {
     /// Null when the menu could not be made; the thread's last error then tells why.
-    unique_menu menu;
+    win::unique_menu menu;
     UINT item_count = 0;
 };
 

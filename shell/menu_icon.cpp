@@ -14,12 +14,12 @@ bool is_drawable(HICON icon) noexcept {
     if (GetIconInfo(icon, &parts) == FALSE) {
         return false;
     }
-    const unique_bitmap mask(parts.hbmMask);
-    const unique_bitmap colour(parts.hbmColor);
+    const win::unique_bitmap mask(parts.hbmMask);
+    const win::unique_bitmap colour(parts.hbmColor);
     return true;
 }
 
-unique_bitmap make_dib(HDC dc, int side) noexcept {
+win::unique_bitmap make_dib(HDC dc, int side) noexcept {
     BITMAPINFO format{};
     format.bmiHeader.biSize = sizeof format.bmiHeader;
     format.bmiHeader.biWidth = side;
@@ -28,7 +28,7 @@ unique_bitmap make_dib(HDC dc, int side) noexcept {
     format.bmiHeader.biBitCount = 32;
     format.bmiHeader.biCompression = BI_RGB;
     void* pixels = nullptr;
-    return unique_bitmap(CreateDIBSection(dc, &format, DIB_RGB_COLORS, &pixels, nullptr, 0));
+    return win::unique_bitmap(CreateDIBSection(dc, &format, DIB_RGB_COLORS, &pixels, nullptr, 0));
 }
 
 }  // namespace
@@ -37,22 +37,22 @@ int menu_icon_side() noexcept {
     return GetSystemMetrics(SM_CXMENUSIZE);
 }
 
-unique_icon load_menu_icon(int side) noexcept {
-    return unique_icon(
+win::unique_icon load_menu_icon(int side) noexcept {
+    return win::unique_icon(
         static_cast<HICON>(LoadImageW(module_state::module_instance, MAKEINTRESOURCEW(IDI_ORVANE), IMAGE_ICON,
                                       side, side, LR_DEFAULTCOLOR)));
 }
 
-unique_bitmap make_menu_bitmap(HICON icon, int side) noexcept {
+win::unique_bitmap make_menu_bitmap(HICON icon, int side) noexcept {
     if (icon == nullptr || !is_drawable(icon)) {
         return {};
     }
-    const unique_screen_dc screen(GetDC(nullptr));
-    const unique_memory_dc memory(CreateCompatibleDC(screen.get()));
+    const win::unique_screen_dc screen(GetDC(nullptr));
+    const win::unique_memory_dc memory(CreateCompatibleDC(screen.get()));
     if (!memory) {
         return {};
     }
-    unique_bitmap bitmap = make_dib(screen.get(), side);
+    win::unique_bitmap bitmap = make_dib(screen.get(), side);
     if (bitmap) {
         const HGDIOBJ before = SelectObject(memory.get(), bitmap.get());
         // Without mirroring: in right-to-left hosts the product's mark must not be turned around.

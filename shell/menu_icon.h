@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/handles.h"
+#include "ovufc/win/ui_handle.h"
 
 namespace ov::shell {
 
@@ -8,10 +8,10 @@ namespace ov::shell {
 [[nodiscard]] int menu_icon_side() noexcept;
 
 /// The product's icon, `side` pixels wide and high, destroyed by its owner; null when it cannot be loaded.
-[[nodiscard]] unique_icon load_menu_icon(int side) noexcept;
+[[nodiscard]] win::unique_icon load_menu_icon(int side) noexcept;
 
 /// `icon` drawn into a 32-bit bitmap with alpha, as menu items want it, `side` pixels wide and high; null on
 /// any failure (the items then go without).
-[[nodiscard]] unique_bitmap make_menu_bitmap(HICON icon, int side) noexcept;
+[[nodiscard]] win::unique_bitmap make_menu_bitmap(HICON icon, int side) noexcept;
 
 }  // namespace ov::shell

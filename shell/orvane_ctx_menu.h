@@ -10,7 +10,7 @@
 
 #include "module/state/module_state.h"
 #include "ovufc/com/com_object.h"
-#include "shell/handles.h"
+#include "ovufc/win/ui_handle.h"
 
 namespace ov::shell {
 
@@ -61,8 +61,8 @@ class OrvaneCtxMenu final
     [[nodiscard]] HRESULT unprotect() const;
     [[nodiscard]] HRESULT show_chronels() const;
 
-    unique_icon menuIcon;
-    unique_bitmap menuBitmap;
+    win::unique_icon menuIcon;
+    win::unique_bitmap menuBitmap;
     /// The submenu's texts, by command number.
     std::vector<std::wstring> itemTexts;
     /// Command number by command offset. Offsets count the items that are there, this map is fixed: were an

@@ -8,7 +8,7 @@
 
 #include "module/state/module_state.h"
 #include "ovufc/com/com_object.h"
-#include "shell/handles.h"
+#include "ovufc/win/ui_handle.h"
 
 namespace ov::shell {
 
@@ -35,8 +35,8 @@ class OrvanePropertySheet final
   private:
     // What a page would show: nothing fills them.
     std::wstring filePath;
-    unique_icon pageIcon;
-    unique_bitmap pageBitmap;
+    win::unique_icon pageIcon;
+    win::unique_bitmap pageBitmap;
     std::vector<std::wstring> entries;
 };
 

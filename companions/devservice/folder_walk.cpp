@@ -8,13 +8,6 @@
 namespace ov::devservice {
 namespace {
 
-struct find_traits {
-    using type = HANDLE;
-    static type invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void close(type value) noexcept { FindClose(value); }
-};
-using unique_find = win::unique_handle<find_traits>;
-
 found_entry entry_from(const WIN32_FIND_DATAW& data, const std::wstring& relative) {
     found_entry entry{.relative = relative, .attributes = data.dwFileAttributes};
     if ((data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
@@ -33,8 +26,8 @@ found_entry entry_from(const WIN32_FIND_DATAW& data, const std::wstring& relativ
 DWORD list(const std::wstring& folder, const std::wstring& relative_to_root,
            std::vector<found_entry>& found) {
     WIN32_FIND_DATAW data{};
-    const unique_find find(FindFirstFileExW(long_form(joined(folder, L"*")).c_str(), FindExInfoBasic, &data,
-                                            FindExSearchNameMatch, nullptr, 0));
+    const win::unique_find find(FindFirstFileExW(long_form(joined(folder, L"*")).c_str(), FindExInfoBasic,
+                                                 &data, FindExSearchNameMatch, nullptr, 0));
     if (!find) {
         return GetLastError();
     }

@@ -8,16 +8,9 @@
 #include "companions/orvdialog/chronel_list.h"
 #include "companions/orvdialog/modal_dialog.h"
 #include "ovufc/dialog/dialog_records.h"
-#include "ovufc/win/handle.h"
+#include "ovufc/win/ui_handle.h"
 
 namespace ov::dialog {
-
-struct icon_traits {
-    using type = HICON;
-    static type invalid() noexcept { return nullptr; }
-    static void close(type value) noexcept { DestroyIcon(value); }
-};
-using unique_icon = win::unique_handle<icon_traits>;
 
 /// Lists the earlier versions of a file and lets the user open or restore one. Shown with IDD_CHRONELS; ends
 /// with IDOK when `fill` has something to write, else with IDCANCEL.
@@ -42,7 +35,7 @@ class chronel_dialog final : public modal_dialog {
     const std::wstring file_path_;
     const HICON icon_;
     const std::vector<chronel> chronels_;
-    unique_icon shown_icon_;
+    win::unique_icon shown_icon_;
     const chronel* chosen_ = nullptr;
     std::uint32_t action_ = 0;
 };

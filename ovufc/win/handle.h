@@ -63,6 +63,14 @@ struct kernel_handle_traits {
 /// A kernel object whose invalid value is null; closed with CloseHandle.
 using unique_kernel_handle = unique_handle<kernel_handle_traits>;
 
+struct find_traits {
+    using type = HANDLE;
+    static type invalid() noexcept { return INVALID_HANDLE_VALUE; }
+    static void close(type value) noexcept { FindClose(value); }
+};
+/// A search from FindFirstFileW; closed with FindClose.
+using unique_find = unique_handle<find_traits>;
+
 struct library_traits {
     using type = HMODULE;
     static type invalid() noexcept { return nullptr; }

@@ -13,16 +13,9 @@ namespace ov::test {
 
 namespace {
 
-struct find_traits {
-    using type = HANDLE;
-    static type invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void close(type value) noexcept { FindClose(value); }
-};
-using unique_find = win::unique_handle<find_traits>;
-
 void remove_tree(const std::wstring& folder) {
     WIN32_FIND_DATAW entry{};
-    unique_find search(FindFirstFileW((folder + L"\\*").c_str(), &entry));
+    win::unique_find search(FindFirstFileW((folder + L"\\*").c_str(), &entry));
     for (bool more = static_cast<bool>(search); more; more = FindNextFileW(search.get(), &entry) != FALSE) {
         const std::wstring_view name = entry.cFileName;
         const std::wstring path = folder + L"\\" + entry.cFileName;

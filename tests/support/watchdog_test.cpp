@@ -14,7 +14,7 @@ TEST(Watchdog, scopeThatEndsInTime_isLeftAlone) {
     const watchdog dog(60'000);
 }
 
-// Run by the test below in a process of its own.
+// Not a test by itself: it hangs. The test below runs it in a process of its own and expects its end.
 TEST(Watchdog, DISABLED_hang) {
     const watchdog dog(100);
     Sleep(60'000);

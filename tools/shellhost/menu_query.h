@@ -6,17 +6,10 @@
 
 #include <vector>
 
-#include "ovufc/win/handle.h"
+#include "ovufc/win/ui_handle.h"
 #include "tools/shellhost/menu_tree.h"
 
 namespace ov::shellhost {
-
-struct menu_traits {
-    using type = HMENU;
-    static type invalid() noexcept { return nullptr; }
-    static void close(type value) noexcept { DestroyMenu(value); }
-};
-using unique_menu = win::unique_handle<menu_traits>;
 
 /// A context menu object that has been asked for its items.
 class queried_menu {
@@ -36,7 +29,7 @@ class queried_menu {
 
   private:
     Microsoft::WRL::ComPtr<IContextMenu> handlers_;
-    unique_menu menu_;
+    win::unique_menu menu_;
     HRESULT result_;
 };
 

@@ -2,19 +2,12 @@
 
 #include <algorithm>
 
-#include "ovufc/win/handle.h"
+#include "ovufc/win/ui_handle.h"
 #include "tools/wine_shell/system.h"
 
 namespace ov::wine_shell {
 
 namespace {
-
-struct device_traits {
-    using type = HDC;
-    static type invalid() noexcept { return nullptr; }
-    static void close(type value) noexcept { DeleteDC(value); }
-};
-using unique_device = win::unique_handle<device_traits>;
 
 /// Pictures stand in the column of the check marks; in one of their own Wine would cut the texts.
 void share_mark_column(HMENU menu) noexcept {
@@ -84,7 +77,7 @@ bool menu_pictures::measure(MEASUREITEMSTRUCT& asked) const noexcept {
 bool menu_pictures::draw(const DRAWITEMSTRUCT& asked) const noexcept {
     const HBITMAP bitmap = asked.CtlType == ODT_MENU ? find(asked.itemData) : nullptr;
     BITMAP size{};
-    const unique_device source(CreateCompatibleDC(asked.hDC));
+    const win::unique_memory_dc source(CreateCompatibleDC(asked.hDC));
     if (bitmap == nullptr || !source || GetObjectW(bitmap, sizeof size, &size) == 0) {
         return false;
     }

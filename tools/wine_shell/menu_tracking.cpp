@@ -10,7 +10,7 @@
 #include <array>
 
 #include "ovufc/com/guard.h"
-#include "ovufc/win/handle.h"
+#include "ovufc/win/ui_handle.h"
 #include "tools/wine_shell/item_paths.h"
 #include "tools/wine_shell/menu_pictures.h"
 
@@ -23,13 +23,6 @@ using Microsoft::WRL::ComPtr;
 constexpr UINT first_id = 1;
 constexpr UINT last_id = 0x7FFF;
 constexpr UINT_PTR subclass_id = 0x4D54;
-
-struct menu_traits {
-    using type = HMENU;
-    static type invalid() noexcept { return nullptr; }
-    static void close(type value) noexcept { DestroyMenu(value); }
-};
-using unique_menu = win::unique_handle<menu_traits>;
 
 /// Sets a menu's site for the length of a scope.
 class site_scope {
@@ -124,7 +117,7 @@ unique_absolute_list folder_target(IShellFolder* folder, const item_selection& s
 
 void track_menu(HWND owner, IContextMenu* menu, IUnknown* site, POINT where, UINT flags,
                 PCIDLIST_ABSOLUTE target) noexcept {
-    const unique_menu popup(CreatePopupMenu());
+    const win::unique_menu popup(CreatePopupMenu());
     const site_scope scope(menu, site);
     if (FAILED(menu->QueryContextMenu(popup.get(), 0, first_id, last_id, flags)) ||
         GetMenuItemCount(popup.get()) <= 0) {
@@ -140,7 +133,7 @@ void track_menu(HWND owner, IContextMenu* menu, IUnknown* site, POINT where, UIN
 }
 
 HRESULT run_default_command(HWND owner, IContextMenu* menu, IUnknown* site) noexcept {
-    const unique_menu popup(CreatePopupMenu());
+    const win::unique_menu popup(CreatePopupMenu());
     const site_scope scope(menu, site);
     const HRESULT result = menu->QueryContextMenu(popup.get(), 0, first_id, last_id, CMF_DEFAULTONLY);
     if (FAILED(result)) {

@@ -111,15 +111,7 @@ TEST_F(Addons, withoutAnItem_nothingIsAsked) {
 }
 
 TEST_F(Addons, verb_isTheDefaultActionAlone) {
-    const queried_menu queried(menu_.Get(), CMF_DEFAULTONLY);
-    EXPECT_EQ(queried.result, 1);
-    EXPECT_THAT(queried.added, ElementsAre(menu_item{L"Open", queried_menu::first_id}));
-    const queried_menu right_click(menu_.Get(), CMF_EXPLORE);
-    EXPECT_EQ(right_click.result, 0);
-    EXPECT_THAT(right_click.added, IsEmpty());
-    EXPECT_EQ(invoke(menu_.Get(), 1), E_INVALIDARG);
-    EXPECT_EQ(invoke(menu_.Get(), 0x10000), E_INVALIDARG);
-    EXPECT_EQ(menu_->InvokeCommand(nullptr), E_INVALIDARG);
+    expect_default_verb_alone(menu_.Get(), L"Open");
 }
 
 }  // namespace

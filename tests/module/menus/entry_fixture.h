@@ -13,6 +13,9 @@ class entry_fixture : public menus_fixture {
     /// A menu of the class on a selected item.
     Microsoft::WRL::ComPtr<IContextMenu> entry_menu(REFCLSID rclsid) const;
 
+    /// Expects `text` as the default verb of `menu`, nothing on a right-click, and every other verb refused.
+    static void expect_default_verb_alone(IContextMenu* menu, const wchar_t* text);
+
     /// How the module writes a file time for people.
     static std::wstring display(std::uint64_t file_time);
 

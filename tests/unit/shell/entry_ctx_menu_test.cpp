@@ -7,7 +7,7 @@
 #include <stdexcept>
 
 #include "ovufc/com/adopt.h"
-#include "shell/handles.h"
+#include "ovufc/win/ui_handle.h"
 #include "shell/orv_addons_ctx_menu.h"
 #include "shell/orv_restore_ctx_menu.h"
 #include "tests/support/data_object.h"
@@ -59,7 +59,7 @@ class EntryMenu : public testing::Test {
 template <class Entry>
 std::vector<menu_item> default_items(UINT flags, HRESULT expected) {
     const auto entry = com::adopt(com::make_object<Entry>());
-    const unique_menu menu(CreatePopupMenu());
+    const win::unique_menu menu(CreatePopupMenu());
     AppendMenuW(menu.get(), MF_STRING, 1, L"before");
     AppendMenuW(menu.get(), MF_STRING, 2, L"after");
     EXPECT_EQ(entry->QueryContextMenu(menu.get(), 1, 50, 60, flags), expected);

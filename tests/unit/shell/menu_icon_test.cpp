@@ -22,9 +22,9 @@ HMODULE this_program() {
 }
 
 TEST(MenuIcon, bitmap_isSquareWith32BitsAPixel_bottomUp) {
-    const unique_icon icon = load_menu_icon(menu_icon_side());
+    const win::unique_icon icon = load_menu_icon(menu_icon_side());
     ASSERT_TRUE(icon);
-    const unique_bitmap bitmap = make_menu_bitmap(icon.get(), menu_icon_side());
+    const win::unique_bitmap bitmap = make_menu_bitmap(icon.get(), menu_icon_side());
     ASSERT_TRUE(bitmap);
     DIBSECTION section{};
     ASSERT_EQ(GetObjectW(bitmap.get(), sizeof section, &section), static_cast<int>(sizeof section));
@@ -36,8 +36,8 @@ TEST(MenuIcon, bitmap_isSquareWith32BitsAPixel_bottomUp) {
 }
 
 TEST(MenuIcon, bitmap_carriesTheIconsTransparency) {
-    const unique_icon icon = load_menu_icon(menu_icon_side());
-    const unique_bitmap bitmap = make_menu_bitmap(icon.get(), menu_icon_side());
+    const win::unique_icon icon = load_menu_icon(menu_icon_side());
+    const win::unique_bitmap bitmap = make_menu_bitmap(icon.get(), menu_icon_side());
     DIBSECTION section{};
     ASSERT_EQ(GetObjectW(bitmap.get(), sizeof section, &section), static_cast<int>(sizeof section));
     ASSERT_NE(section.dsBm.bmBits, nullptr);
@@ -93,7 +93,7 @@ TEST(MenuIcon, icon_isDrawnWholeAndNeverMirrored) {
             asked_flags = flags;
             return TRUE;
         });
-    const unique_icon icon = load_menu_icon(menu_icon_side());
+    const win::unique_icon icon = load_menu_icon(menu_icon_side());
     EXPECT_TRUE(make_menu_bitmap(icon.get(), menu_icon_side()));
     EXPECT_EQ(asked_flags, 0x13U);
 }
@@ -101,8 +101,8 @@ TEST(MenuIcon, icon_isDrawnWholeAndNeverMirrored) {
 TEST(MenuIcon, everyHandle_isGivenBack) {
     const test::handle_ledger ledger(this_program());
     {
-        const unique_icon icon = load_menu_icon(menu_icon_side());
-        const unique_bitmap bitmap = make_menu_bitmap(icon.get(), menu_icon_side());
+        const win::unique_icon icon = load_menu_icon(menu_icon_side());
+        const win::unique_bitmap bitmap = make_menu_bitmap(icon.get(), menu_icon_side());
         EXPECT_TRUE(bitmap);
     }
     EXPECT_THAT(ledger.outstanding(), IsEmpty());
@@ -112,7 +112,7 @@ TEST(MenuIcon, everyHandle_isGivenBack) {
 // What fails half-way leaves no bitmap and no handle behind.
 template <class Function>
 void expect_no_bitmap_without(const char* dll, const char* name, Function* failing) {
-    const unique_icon icon = load_menu_icon(menu_icon_side());
+    const win::unique_icon icon = load_menu_icon(menu_icon_side());
     const import_patch<Function> patch(this_program(), dll, name, failing);
     const test::handle_ledger ledger(this_program());
     EXPECT_FALSE(make_menu_bitmap(icon.get(), menu_icon_side())) << name;

@@ -26,7 +26,7 @@ class MenuTree : public testing::Test {
         SetMenuDefaultItem(menu.get(), 0, TRUE);
         items = read_menu(menu.get(), first_id, nullptr);
     }
-    unique_menu menu;
+    win::unique_menu menu;
     std::vector<menu_item> items;
 };
 
@@ -59,7 +59,7 @@ TEST_F(MenuTree, Command_IsFoundByNumberOrText) {
 }
 
 TEST(MenuTreeBitmaps, EitherKindOfBitmap_Counts) {
-    const unique_menu menu(CreatePopupMenu());
+    const win::unique_menu menu(CreatePopupMenu());
     const HBITMAP bitmap = CreateBitmap(8, 8, 1, 1, nullptr);
     AppendMenuW(menu.get(), MF_STRING, first_id, L"with");
     AppendMenuW(menu.get(), MF_STRING, first_id + 1, L"without");

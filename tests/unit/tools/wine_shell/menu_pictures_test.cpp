@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "ovufc/win/handle.h"
+#include "ovufc/win/ui_handle.h"
 #include "tools/shellhost/menu_query.h"
 #include "tools/wine_shell/system.h"
 
@@ -13,15 +13,8 @@ namespace {
 
 constexpr int side = 16;
 
-struct bitmap_traits {
-    using type = HBITMAP;
-    static type invalid() noexcept { return nullptr; }
-    static void close(type value) noexcept { DeleteObject(value); }
-};
-using unique_bitmap = win::unique_handle<bitmap_traits>;
-
 /// A bitmap of one premultiplied colour.
-unique_bitmap make_bitmap(std::uint32_t pixel) {
+win::unique_bitmap make_bitmap(std::uint32_t pixel) {
     BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
     info.bmiHeader.biWidth = side;
@@ -29,7 +22,7 @@ unique_bitmap make_bitmap(std::uint32_t pixel) {
     info.bmiHeader.biPlanes = 1;
     info.bmiHeader.biBitCount = 32;
     void* bits = nullptr;
-    unique_bitmap made(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    win::unique_bitmap made(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
     for (int i = 0; i < side * side; ++i) {
         static_cast<std::uint32_t*>(bits)[i] = pixel;
     }
@@ -46,14 +39,14 @@ class MenuPictures : public testing::Test {
         }
     }
 
-    void mark(const unique_bitmap& bitmap) const {
+    void mark(const win::unique_bitmap& bitmap) const {
         SetMenuItemBitmaps(menu.get(), 0, MF_BYPOSITION, bitmap.get(), bitmap.get());
     }
 
     /// The colour in the middle of the picture when it is drawn onto `background`.
-    static COLORREF drawn(const menu_pictures& pictures, const unique_bitmap& mark,
+    static COLORREF drawn(const menu_pictures& pictures, const win::unique_bitmap& mark,
                           std::uint32_t background) {
-        const unique_bitmap target = make_bitmap(background);
+        const win::unique_bitmap target = make_bitmap(background);
         const HDC device = CreateCompatibleDC(nullptr);
         const HGDIOBJ previous = SelectObject(device, target.get());
         DRAWITEMSTRUCT asked{};
@@ -68,11 +61,11 @@ class MenuPictures : public testing::Test {
         return colour;
     }
 
-    shellhost::unique_menu menu;
+    win::unique_menu menu;
 };
 
 TEST_F(MenuPictures, TransparentMark_ShowsWhatIsBehindIt) {
-    const unique_bitmap transparent = make_bitmap(0);
+    const win::unique_bitmap transparent = make_bitmap(0);
     mark(transparent);
     const menu_pictures pictures(menu.get());
     EXPECT_EQ(pictures.count(), 1U);
@@ -80,14 +73,14 @@ TEST_F(MenuPictures, TransparentMark_ShowsWhatIsBehindIt) {
 }
 
 TEST_F(MenuPictures, OpaqueMark_KeepsItsColour) {
-    const unique_bitmap opaque = make_bitmap(0xFF204060);
+    const win::unique_bitmap opaque = make_bitmap(0xFF204060);
     mark(opaque);
     const menu_pictures pictures(menu.get());
     EXPECT_EQ(drawn(pictures, opaque, 0xFFFFFFFF), RGB(0x20, 0x40, 0x60));
 }
 
 TEST_F(MenuPictures, MarkedItem_IsMeasuredAndDrawnByItsOwner) {
-    const unique_bitmap opaque = make_bitmap(0xFF204060);
+    const win::unique_bitmap opaque = make_bitmap(0xFF204060);
     mark(opaque);
     const menu_pictures pictures(menu.get());
     MENUITEMINFOW info{};

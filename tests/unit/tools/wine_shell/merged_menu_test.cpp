@@ -13,7 +13,6 @@ namespace ov::wine_shell {
 namespace {
 
 using Microsoft::WRL::ComPtr;
-using shellhost::unique_menu;
 
 constexpr UINT first_id = 100;
 constexpr UINT last_id = 0x7FFF;
@@ -60,7 +59,7 @@ class MergedMenu : public testing::Test {
     test_apartment apartment;
     handler_record one;
     handler_record two;
-    unique_menu popup;
+    win::unique_menu popup;
     ComPtr<IContextMenu> menu;
     ComPtr<IMergedMenu> merged;
 };

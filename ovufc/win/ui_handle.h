@@ -5,7 +5,7 @@
 #include "ovufc/win/handle.h"
 
 /// Owners of menu and GDI handles.
-namespace ov::shell {
+namespace ov::win {
 
 struct icon_traits {
     using type = HICON;
@@ -13,7 +13,7 @@ struct icon_traits {
     static void close(type value) noexcept { DestroyIcon(value); }
 };
 /// An icon of our own (not a shared one); destroyed with DestroyIcon.
-using unique_icon = win::unique_handle<icon_traits>;
+using unique_icon = unique_handle<icon_traits>;
 
 struct bitmap_traits {
     using type = HBITMAP;
@@ -21,7 +21,7 @@ struct bitmap_traits {
     static void close(type value) noexcept { DeleteObject(value); }
 };
 /// Deleted with DeleteObject; must not be selected into a device context by then.
-using unique_bitmap = win::unique_handle<bitmap_traits>;
+using unique_bitmap = unique_handle<bitmap_traits>;
 
 struct memory_dc_traits {
     using type = HDC;
@@ -29,7 +29,7 @@ struct memory_dc_traits {
     static void close(type value) noexcept { DeleteDC(value); }
 };
 /// From CreateCompatibleDC; deleted with DeleteDC.
-using unique_memory_dc = win::unique_handle<memory_dc_traits>;
+using unique_memory_dc = unique_handle<memory_dc_traits>;
 
 struct screen_dc_traits {
     using type = HDC;
@@ -37,7 +37,7 @@ struct screen_dc_traits {
     static void close(type value) noexcept { ReleaseDC(nullptr, value); }
 };
 /// From GetDC(nullptr); given back with ReleaseDC.
-using unique_screen_dc = win::unique_handle<screen_dc_traits>;
+using unique_screen_dc = unique_handle<screen_dc_traits>;
 
 struct menu_traits {
     using type = HMENU;
@@ -46,6 +46,6 @@ struct menu_traits {
 };
 /// A menu that is not part of another: once inserted as a submenu it belongs to that one, so `release` it
 /// then.
-using unique_menu = win::unique_handle<menu_traits>;
+using unique_menu = unique_handle<menu_traits>;
 
-}  // namespace ov::shell
+}  // namespace ov::win
