@@ -20,6 +20,14 @@ show_help() {
 # The prefix of the preset in use; ORV_PREFIX names another.
 prefix_dir() { printf '%s' "${ORV_PREFIX:-$ORV_ROOT/build/$ORV_PRESET/prefix}"; }
 
+# Gives what is started from here a home inside the prefix: Wine leaves menus, file types and links in the home
+# that it finds, X programs their caches.
+leave_home() {
+    HOME=$(prefix_dir)/home
+    export HOME
+    unset XDG_CACHE_HOME XDG_CONFIG_HOME XDG_DATA_HOME XDG_STATE_HOME
+}
+
 # Exports what every Wine process of the project runs with. Debian's wrapper prints a notice about 32-bit
 # programs at each start, so the loader itself is used where it is known.
 wine_environment() {
@@ -34,13 +42,18 @@ wine_environment() {
     WINEPREFIX=$(prefix_dir)
     export WINE WINEPREFIX
     export WINEDEBUG=${WINEDEBUG:--all}
-    export WINEDLLOVERRIDES="winedbg.exe=d;mscoree=d;mshtml=d"
+    export WINEDLLOVERRIDES="winedbg.exe=d;winemenubuilder.exe=d;mscoree=d;mshtml=d"
     local display_file="$WINEPREFIX.display"
     if [ -f "$display_file" ]; then
         DISPLAY=$(cut -d' ' -f1 "$display_file")
         export DISPLAY
-        grep -q ' none$' "$display_file" || unset XAUTHORITY WAYLAND_DISPLAY
+        if grep -q ' none$' "$display_file"; then
+            export XAUTHORITY=${XAUTHORITY:-$HOME/.Xauthority}
+        else
+            unset XAUTHORITY WAYLAND_DISPLAY
+        fi
     fi
+    leave_home
 }
 
 # run_wine SECONDS PROGRAM [ARG...]: one Wine process under a time limit.
