@@ -14,11 +14,22 @@ prefix=$(prefix_dir)
 display_file="$prefix.display"
 lock_file="$prefix.lock"
 
-# The file holds the display's name and process; a person's own display has no process that is ours to stop.
+# When a process was started, in ticks since the machine was: with its number that names one process only. The
+# program's name, which comes before, may hold anything.
+start_of() { sed 's/.*) //' "/proc/$1/stat" 2>/dev/null | cut -d' ' -f20; }
+
+# The file holds the display's name, process and start; a person's own display has no process that is ours to stop.
+# Prints the process if it still is the one that was written down: the system gives numbers out again.
+display_process() {
+    local name process start
+    [ -f "$display_file" ] && read -r name process start <"$display_file" || return 1
+    [ -n "$name" ] && [[ $process =~ ^[0-9]+$ ]] && [ -n "$start" ] && [ "$(start_of "$process")" = "$start" ] &&
+        printf '%s' "$process"
+}
+
 display_is_up() {
     [ -f "$display_file" ] || return 1
-    grep -q ' none$' "$display_file" && return
-    kill -0 "$(cut -d' ' -f2 "$display_file")" 2>/dev/null
+    grep -q ' none$' "$display_file" || display_process >/dev/null
 }
 
 start_display() {
@@ -31,7 +42,7 @@ start_display() {
     local number_file
     number_file=$(mktemp)
     # The display outlives this script; it lets go of the lock and of our output.
-    setsid Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$number_file" 9>&- >/dev/null 2>&1 </dev/null &
+    HOME="$prefix/home" setsid Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$number_file" 9>&- >/dev/null 2>&1 </dev/null &
     local pid=$! waited=0
     while [ ! -s "$number_file" ]; do
         sleep 0.1
@@ -41,15 +52,24 @@ start_display() {
             die "the virtual display did not start"
         fi
     done
-    printf ':%s %s\n' "$(tr -d '\n' <"$number_file")" "$pid" >"$display_file"
+    printf ':%s %s %s\n' "$(tr -d '\n' <"$number_file")" "$pid" "$(start_of "$pid")" >"$display_file"
     rm -f "$number_file"
+}
+
+# Wine makes a person's folders in the prefix links into the home.
+replace_links() {
+    local link
+    find "$prefix/drive_c/users" -mindepth 2 -maxdepth 2 -type l -print0 | while IFS= read -r -d '' link; do
+        rm "$link"
+        mkdir "$link"
+    done
 }
 
 make_prefix() {
     [ -f "$prefix/.made" ] && return
     step "Making a Wine prefix"
     rm -rf "$prefix"
-    mkdir -p "$prefix"
+    mkdir -p "$prefix/home"
     run_wine 180 wineboot -i >/dev/null 2>&1 || die "the Wine prefix could not be made"
     run_wine 60 winecfg /v win10 >/dev/null 2>&1 || die "the prefix's Windows version could not be set"
     # No window manager runs on the virtual display. Windows that expect one wait for it, two seconds at each
@@ -80,6 +100,7 @@ up() {
     start_display
     wine_environment
     make_prefix
+    replace_links
     server_is_up || start_server 9>&- >/dev/null 2>&1 </dev/null || die "the Wine server did not start"
     exec 9>&-
 }
@@ -87,8 +108,9 @@ up() {
 down() {
     wine_environment
     timeout 30 wineserver -k 2>/dev/null || true
-    if display_is_up; then
-        kill "$(cut -d' ' -f2 "$display_file")" 2>/dev/null || true
+    local process
+    if process=$(display_process); then
+        kill "$process" 2>/dev/null || true
     fi
     rm -f "$display_file"
 }
