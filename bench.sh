@@ -7,15 +7,11 @@
 # right-click (create, Initialize, QueryContextMenu, release) on a protected folder, with the development service on
 # the other side. Figures of a busy machine are worth little: close other work first.
 . "$(dirname "$0")/scripts/lib.sh"
-case "${1:-}" in
--h | --help) show_help ;;
-'') ;;
-*) die "unknown option '$1'; see --help" ;;
-esac
+expect_end "$@"
 
 right_clicks=200
 
-"$ORV_ROOT/scripts/build.sh" "$ORV_PRESET"
+"$ORV_ROOT/scripts/build.sh"
 bin="$ORV_ROOT/build/$ORV_PRESET/bin"
 trap '"$ORV_ROOT/scripts/prefix.sh" down' EXIT
 "$ORV_ROOT/scripts/install.sh" driver

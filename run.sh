@@ -7,11 +7,7 @@
 # Every window is a real one, and its picture is kept in build/x64-release/screenshots. With a display of your own,
 # a window of the small Explorer stays open at the end until you close it.
 . "$(dirname "$0")/scripts/lib.sh"
-case "${1:-}" in
--h | --help) show_help ;;
-'') ;;
-*) die "unknown option '$1'; see --help" ;;
-esac
+expect_end "$@"
 
 longest_session_s=86400
 own_display=${DISPLAY:-}
@@ -33,7 +29,7 @@ show_to_the_person() {
 stop_what_was_started() { "$ORV_ROOT/scripts/prefix.sh" down; }
 
 step "Building $ORV_PRESET"
-"$ORV_ROOT/scripts/build.sh" "$ORV_PRESET"
+"$ORV_ROOT/scripts/build.sh"
 trap stop_what_was_started EXIT
 trap 'exit 130' INT TERM
 "$ORV_ROOT/scripts/story.sh" --keep

@@ -1,24 +1,52 @@
 #!/usr/bin/env bash
 # Builds the product and passes all tests, installing what that needs (as root or with sudo).
 #
-#   ./test.sh [CTEST-OPTION...]      for example: ./test.sh -R driver
+#   ./test.sh                     all tests but those labelled "long"
+#   ./test.sh OPTION...           what these pick, for example ./test.sh -R driver
+#   ./test.sh --all               all tests, and every other check of this project: what CI runs
 #
-# Everything happens in build/x64-release; a Wine prefix of its own is made there and stopped at the end.
+# The options are ctest's: -R and -E pick tests by name, -L and -LE by label (each with a pattern), --rerun-failed those
+# that failed last; --repeat until-fail:N, -V and -N.
+#
+# ORV_PRESET names the build (x64-release). Everything happens in build/PRESET; a Wine prefix of its own is made there
+# and stopped at the end.
 . "$(dirname "$0")/scripts/lib.sh"
 
-case "${1:-}" in -h | --help) show_help ;; esac
+if [ "${1:-}" = --all ]; then
+    shift
+    exec "$ORV_ROOT/scripts/check-all.sh" "$@"
+fi
+
+limit_s=1200
+chosen=(-LE '^long$')
+if [ $# -gt 0 ]; then
+    limit_s=2400
+    chosen=("$@")
+fi
+
+# ctest passes over what it does not know, and would run everything.
+while [ $# -gt 0 ]; do
+    case $1 in
+    -R | -E | -L | -LE | --repeat)
+        [ $# -gt 1 ] || misused "$1 needs a value"
+        shift 2
+        ;;
+    -V | -N | --rerun-failed) shift ;;
+    *) misused "unknown option '$1'" ;;
+    esac
+done
 
 start_s=$SECONDS
-step "Building x64-release"
-"$ORV_ROOT/scripts/build.sh" x64-release
+step "Building $ORV_PRESET"
+"$ORV_ROOT/scripts/build.sh"
 trap '"$ORV_ROOT/scripts/prefix.sh" down' EXIT
 step "Setting up the Wine prefix"
 "$ORV_ROOT/scripts/install.sh" driver
 # Left over from a run that was killed, it would be the one service side that the driver lets in.
 "$ORV_ROOT/scripts/service.sh" stop
 step "Testing"
-cd "$ORV_ROOT/build/x64-release"
+cd "$ORV_ROOT/build/$ORV_PRESET"
 result=0
-timeout --kill-after=30 1200 ctest -j2 --output-on-failure "$@" || result=$?
-say "Screenshots of the windows are in build/x64-release/screenshots. Whole run: $((SECONDS - start_s)) s."
+timeout --kill-after=30 "$limit_s" ctest -j2 --output-on-failure --no-tests=error "${chosen[@]}" || result=$?
+say "Screenshots of the windows are in build/$ORV_PRESET/screenshots. Whole run: $((SECONDS - start_s)) s."
 exit "$result"

@@ -3,7 +3,7 @@
 #
 #   scripts/bootstrap.sh [--lint]
 #
-#   --lint   also the tools that scripts/lint.sh and scripts/format.sh use
+#   --lint   also the tools that ./test.sh --all uses: clang-tidy, clang-format, shellcheck
 . "$(dirname "$0")/lib.sh"
 
 packages=(
@@ -13,10 +13,9 @@ packages=(
 )
 
 case "${1:-}" in
--h | --help) show_help ;;
---lint) packages+=(clang-tidy clang-format) ;;
+--lint) packages+=(clang-tidy clang-format shellcheck) ;;
 '') ;;
-*) die "unknown option '$1'; see --help" ;;
+*) misused "unknown option '$1'" ;;
 esac
 
 missing=()

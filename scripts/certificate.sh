@@ -26,16 +26,16 @@ remove() {
 
 install() {
     cmp -s "$certificate" "$installed" && return
-    [ -f "$certificate" ] && [ -f "$build/bin/orvcert.exe" ] ||
-        die "$ORV_PRESET has not been built; run scripts/build.sh $ORV_PRESET"
+    if [ ! -f "$certificate" ] || [ ! -f "$build/bin/orvcert.exe" ]; then
+        die "$ORV_PRESET has not been built; run ORV_PRESET=$ORV_PRESET scripts/build.sh"
+    fi
     remove
     change install "$certificate"
     cp "$certificate" "$installed"
 }
 
 case "${1:-}" in
--h | --help) show_help ;;
 install) install ;;
 remove) remove ;;
-*) die "say install or remove; see --help" ;;
+*) misused "say install or remove, not '${1:-}'" ;;
 esac

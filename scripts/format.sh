@@ -6,10 +6,9 @@
 . "$(dirname "$0")/lib.sh"
 
 case "${1:-}" in
--h | --help) show_help ;;
 --check) arguments=(--dry-run -Werror) ;;
 '') arguments=(-i) ;;
-*) die "unknown option '$1'; see --help" ;;
+*) misused "unknown option '$1'" ;;
 esac
 "$ORV_ROOT/scripts/bootstrap.sh" --lint
 cd "$ORV_ROOT"

@@ -24,7 +24,6 @@ install_driver() {
 }
 
 case "${1:-}" in
--h | --help) show_help ;;
 driver) install_driver ;;
 install)
     install_driver
@@ -39,5 +38,5 @@ remove)
     "$ORV_ROOT/scripts/driver.sh" remove
     "$ORV_ROOT/scripts/certificate.sh" remove
     ;;
-*) die "say install, remove or driver; see --help" ;;
+*) misused "say install, remove or driver, not '${1:-}'" ;;
 esac

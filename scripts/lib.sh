@@ -2,7 +2,8 @@
 # shellcheck shell=bash
 set -euo pipefail
 ORV_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-ORV_PRESET=${ORV_PRESET:-x64-release}
+# The build that every script works on. It has no other way to be named.
+export ORV_PRESET=${ORV_PRESET:-x64-release}
 
 say() { printf '%s\n' "$*"; }
 step() { printf '== %s\n' "$*"; }
@@ -11,11 +12,42 @@ die() {
     exit 1
 }
 
-# Prints the comment block at the head of the calling script and ends it: each script's --help.
+# Ends a script whose command line cannot be understood.
+misused() {
+    printf '%s: %s; see --help\n' "$(basename "$0")" "$*" >&2
+    exit 2
+}
+
+# For a script that takes no words.
+expect_end() { [ $# -eq 0 ] || misused "unexpected '$1'"; }
+
+# Prints the comment block at the head of the calling script and ends it.
 show_help() {
     sed -n '2,/^[^#]/{s/^# \{0,1\}//p}' "$0"
     exit 0
 }
+
+# The words of the calling script are looked at here once for all: --help may stand anywhere before a "--".
+answer_help() {
+    local word
+    for word in "$@"; do
+        case $word in
+        --) return ;;
+        -h | --help) show_help ;;
+        esac
+    done
+}
+
+expect_preset() {
+    local known
+    known=$(sed -n '/"configurePresets"/,/"buildPresets"/s/.*"name": "\([^"]*\)".*/\1/p' "$ORV_ROOT/CMakePresets.json" |
+        grep -vx base | xargs)
+    [[ " $known " == *" $ORV_PRESET "* ]] ||
+        misused "ORV_PRESET names no preset: '$ORV_PRESET' is none of $known"
+}
+
+answer_help "$@"
+expect_preset
 
 # The prefix of the preset in use; ORV_PREFIX names another.
 prefix_dir() { printf '%s' "${ORV_PREFIX:-$ORV_ROOT/build/$ORV_PRESET/prefix}"; }

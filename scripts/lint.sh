@@ -3,7 +3,6 @@
 #
 #   scripts/lint.sh [FILE...]    all product sources unless files are named
 . "$(dirname "$0")/lib.sh"
-case "${1:-}" in -h | --help) show_help ;; esac
 
 "$ORV_ROOT/scripts/bootstrap.sh" --lint
 cd "$ORV_ROOT"

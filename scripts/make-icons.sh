@@ -5,7 +5,7 @@
 #
 # The icons are committed, because a Windows developer has no rsvg-convert: run this after changing a drawing.
 . "$(dirname "$0")/lib.sh"
-[ "${1:-}" = --help ] && show_help
+expect_end "$@"
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

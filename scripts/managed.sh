@@ -1,10 +1,14 @@
 # What scripts/driver.sh and scripts/service.sh share: a program under Windows' service manager. To be sourced.
 #
-# The caller sets: managed_name (as sc knows it), managed_word (for people), built and installed (paths of the file),
-# create_arguments (what sc create is told), and may define before_start and log_hint.
+# The caller sets the variables below and may define before_start and log_hint.
 # shellcheck shell=bash
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
+managed_name=''         # as sc knows it
+managed_word=''         # for people
+built=''                # the file in the build folder
+installed=''            # and in the prefix
+create_arguments=()     # what sc create is told
 limit_s=30
 
 before_start() { :; }
@@ -59,7 +63,7 @@ stop() {
 }
 
 install() {
-    [ -f "$built" ] || die "$built is missing; build it first (scripts/build.sh $ORV_PRESET)"
+    [ -f "$built" ] || die "$built is missing; build it first (scripts/build.sh)"
     if ! is_current; then
         stop
         mkdir -p "$(dirname "$installed")"
@@ -92,9 +96,8 @@ remove() {
 # run_command WORD: what the calling script was asked for.
 run_command() {
     case "$1" in
-    -h | --help) show_help ;;
     install | start | stop | remove | status) ;;
-    *) die "say install, start, stop, remove or status; see --help" ;;
+    *) misused "say install, start, stop, remove or status, not '$1'" ;;
     esac
     "$ORV_ROOT/scripts/prefix.sh" up
     wine_environment

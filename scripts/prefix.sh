@@ -116,9 +116,8 @@ down() {
 }
 
 case "${1:-}" in
--h | --help) show_help ;;
 up) up ;;
 down) down ;;
 remove) down && rm -rf "$prefix" "$lock_file" ;;
-*) die "say up, down or remove; see --help" ;;
+*) misused "say up, down or remove, not '${1:-}'" ;;
 esac

@@ -105,10 +105,9 @@ sign() {
 
 umask 077
 case "${1:-} $#" in
--h\ * | --help\ *) show_help ;;
 'authority 2') make_authority "$2" ;;
 'leaf 4' | 'leaf 5') make_leaf "${@:2}" ;;
 'sign 3') sign "$2" "$3" ;;
 'sign-as 4') sign_with "$4" -certs "$2/$3.crt" -key "$2/$3.key" ;;
-*) die "say authority, leaf, sign or sign-as with their arguments; see --help" ;;
+*) misused "say authority, leaf, sign or sign-as with their words, not '$*'" ;;
 esac

@@ -11,10 +11,9 @@
 . "$(dirname "$0")/lib.sh"
 keep=no
 case "${1:-}" in
--h | --help) show_help ;;
 --keep) keep=yes ;;
 '') ;;
-*) die "unknown option '$1'; see --help" ;;
+*) misused "unknown option '$1'" ;;
 esac
 
 bin="$ORV_ROOT/build/$ORV_PRESET/bin"

@@ -7,27 +7,33 @@
 #   --driver            the program uses the device: starts the driver first
 #   --display           the program opens windows (all runs have the prefix's virtual display; this says so)
 #
-# The prefix belongs to the build that PROGRAM comes from and is brought up when it is not.
+# ORV_PRESET names the build (x64-release) whose prefix it runs in, which is brought up when it is not. A program of
+# another build is refused.
 . "$(dirname "$0")/lib.sh"
 
 limit_s=60
 driver=no
 while [ $# -gt 0 ]; do
     case $1 in
-    -h | --help) show_help ;;
-    --timeout) limit_s=$2 && shift 2 ;;
+    --timeout)
+        [[ ${2:-} =~ ^[1-9][0-9]*$ ]] || misused "--timeout needs a number of seconds, not '${2:-}'"
+        limit_s=$2
+        shift 2
+        ;;
     --driver) driver=yes && shift ;;
     --display) shift ;;
     --) shift && break ;;
-    *) die "unknown option '$1'; see --help" ;;
+    *) misused "unknown option '$1'" ;;
     esac
 done
-[ $# -gt 0 ] || die "name a program; see --help"
+[ $# -gt 0 ] || misused "name a program"
 
-case $1 in
+program=$(realpath -m -- "$1")
+case $program in
+"$ORV_ROOT/build/$ORV_PRESET"/*) ;;
 "$ORV_ROOT"/build/*/bin/*)
-    ORV_PRESET=${1#"$ORV_ROOT"/build/}
-    export ORV_PRESET=${ORV_PRESET%%/*}
+    preset=${program#"$ORV_ROOT"/build/}
+    misused "$1 is not of $ORV_PRESET; to run it, set ORV_PRESET=${preset%%/*}"
     ;;
 esac
 "$ORV_ROOT/scripts/prefix.sh" up

@@ -40,7 +40,7 @@ DllUnregisterServer" "$(headers | sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$
 imports() {
     local allowed='^(advapi32|crypt32|gdi32|kernel32|msvcrt|ole32|oleaut32|shell32|shlwapi|user32|version|wintrust)\.dll$'
     local found
-    found=$(headers | sed -n 's/.*DLL Name: //p' | tr 'A-Z' 'a-z' | sort -u)
+    found=$(headers | sed -n 's/.*DLL Name: //p' | tr '[:upper:]' '[:lower:]' | sort -u)
     [ -n "$found" ] || fail "no import table"
     local other
     other=$(grep -vE "$allowed" <<<"$found" || true)

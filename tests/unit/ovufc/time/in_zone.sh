@@ -24,6 +24,7 @@ for instant in "${instants[@]}"; do
 done
 
 offset=$(date +%z)
-ORV_ZONE_NOW=$((${offset:0:1}(10#${offset:1:2} * 60 + 10#${offset:3:2})))
+minutes=$((10#${offset:1:2} * 60 + 10#${offset:3:2}))
+ORV_ZONE_NOW=${offset:0:1}$minutes
 export ORV_ZONE_NOW ORV_ZONE_TIMES
 exec "$@"
