@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# Checks one property of a built module from outside.
+# Checks one property of a built module, 64-bit or 32-bit, from outside.
 #
-#   check_module.sh exports|imports|hardening|resources|version|size DLL
+#   check_module.sh exports|entry_points|imports|hardening|resources|version|size DLL
 set -euo pipefail
 
 check=${1:?name a check}
 dll=${2:?name the DLL}
 [ -f "$dll" ] || { echo "no such file: $dll" >&2 && exit 1; }
-objdump=x86_64-w64-mingw32-objdump
+objdump=x86_64-w64-mingw32-objdump  # reads 32-bit images too
 
 fail() {
     printf 'FAILED %s: %s\n' "$check" "$*" >&2
@@ -29,11 +29,38 @@ headers() { cat "$work/headers"; }
 # Reads a file, not a pipe: a reader that stops early would look like a failure of the writer.
 headers_hold() { grep -qE "$1" "$work/headers"; }
 
-exports() {
-    same_lines "DllCanUnloadNow
+is_64_bit() { headers_hold '^Magic[[:space:]]+020b'; }
+
+entry_point_names="DllCanUnloadNow
 DllGetClassObject
 DllRegisterServer
-DllUnregisterServer" "$(headers | sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/s/^[[:space:]]*\[ *[0-9]*\] //p' | sort)"
+DllUnregisterServer"
+
+exports() {
+    same_lines "$entry_point_names" "$(headers | sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/s/^[[:space:]]*\[ *[0-9]*\] //p' | sort)"
+}
+
+# Each export is a function of the module's own. System import libraries hold functions of the same names; one of
+# those, linked by mistake, is a jump through the import table: registering would register that system library.
+entry_points() {
+    local name base size start rva address code
+    for name in $entry_point_names; do
+        [ "$(headers | grep -cE "[[:space:]]_?$name(@[0-9]+)?\$")" = 1 ] || fail "$name is an import"
+    done
+    # A forwarder would read "Forwarder RVA".
+    headers | sed -nE 's/^.*\] ([0-9a-f]+) Export RVA$/\1/p' >"$work/entry_points"
+    [ "$(wc -l <"$work/entry_points")" = 4 ] || fail "not every export is code of the module"
+    base=$(headers | awk '$1 == "ImageBase" {print $2}')
+    read -r size start < <("$objdump" -h "$dll" | awk '$2 == ".text" {print $3, $4}')
+    while read -r rva; do
+        address=$((16#$base + 16#$rva))
+        if ((address < 16#$start || address >= 16#$start + 16#$size)); then
+            fail "export at $rva: outside the code section"
+        fi
+        code=$("$objdump" -d --start-address=$address --stop-address=$((address + 16)) "$dll" |
+            grep -m1 -P '^ *[0-9a-f]+:\t') || fail "export at $rva: no code"
+        ! grep -qE 'jmp +\*' <<<"$code" || fail "export at $rva: leads into an import: $code"
+    done <"$work/entry_points"
 }
 
 # Only libraries that every Windows from 7 on has; no compiler runtime, nothing to install beside us.
@@ -52,8 +79,9 @@ imports() {
 hardening() {
     local flags
     flags=$(headers | sed -n '/^DllCharacteristics/,/^SizeOfStackReserve/p')
-    local flag
-    for flag in HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT; do
+    local flag wanted="DYNAMIC_BASE NX_COMPAT"
+    is_64_bit && wanted+=" HIGH_ENTROPY_VA"
+    for flag in $wanted; do
         grep -q "$flag" <<<"$flags" || fail "$flag is not set"
     done
     # Relocations make the address-space flags true.
@@ -82,15 +110,17 @@ version() {
     grep -q '1.0.0.0' <<<"$text" || fail "no version"
 }
 
-# It is loaded into every process with a file dialog: growth beyond this wants a reason.
+# It is loaded into every process with a file dialog. What there is today, and room for some hundred lines more:
+# anything larger that comes along (a stream, a locale, another copy of a template) is to be noticed and wanted.
 size() {
-    local bytes limit=2500000
+    local bytes limit=1980000
+    is_64_bit && limit=1800000
     bytes=$(stat -c %s "$dll")
     echo "$bytes bytes"
     [ "$bytes" -lt "$limit" ] || fail "$bytes bytes, more than $limit"
 }
 
 case $check in
-exports | imports | hardening | resources | version | size) "$check" && echo "passed: $check" ;;
+exports | entry_points | imports | hardening | resources | version | size) "$check" && echo "passed: $check" ;;
 *) fail "unknown check" ;;
 esac
