@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# check_includes.sh ARROWS: fails when a file includes a header of a room that its targets do not link.
+set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+cd "$here/../.."
+arrows=$1
+
+grep -rE --exclude-dir=build --include='*.cpp' --include='*.h' --include='*.c' '^#include "[^"]*/' -- * |
+    awk -f "$here/includes.awk" "$arrows" -
+
+# Each of these goes against an arrow of docs/architecture.md, whatever the link lists say.
+while read -r from to; do
+    if printf '%s:#include "%s"\n' "$from" "$to" | awk -f "$here/includes.awk" "$arrows" - >/dev/null; then
+        echo "$from may include $to: the link lists, or this check, let an arrow point the wrong way" >&2
+        exit 1
+    fi
+done <<'PLANTED'
+ovufc/json_bounded.cpp service/envelope.h
+service/calls.cpp shell/message_boxes.h
+shell/menu_icon.cpp namespace/item_id.h
+namespace/item_id.cpp module/class_object.h
+module/state/module_state.cpp module/registration/registrar.h
+shell/menu_icon.cpp tests/support/temp_file.h
+companions/devservice/vault.cpp service/envelope.h
+PLANTED
