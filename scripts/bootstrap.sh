@@ -13,7 +13,7 @@ packages=(
 )
 
 case "${1:-}" in
---lint) packages+=(clang-tidy clang-format shellcheck) ;;
+--lint) packages+=(clang-tidy-22 clang-format shellcheck) ;;
 '') ;;
 *) misused "unknown option '$1'" ;;
 esac

@@ -11,6 +11,7 @@
 steps=(
     'format          2  scripts/format.sh --check'
     'shell           2  scripts/check-shell.sh'
+    'lint           16  scripts/lint.sh --limit-s 600'
     'home           10  scripts/check-home.sh'
     # A pattern that excludes nothing: those labelled "long" too.
     'tests          30  ./test.sh -E ^$'

@@ -46,7 +46,7 @@ double one_exchange_ms() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const int rounds = argc > 1 ? std::atoi(argv[1]) : default_rounds;
+    const int rounds = argc > 1 ? static_cast<int>(std::strtol(argv[1], nullptr, 10)) : default_rounds;
     if (rounds < 1) {
         std::fprintf(stderr, "usage: bench_exchange [ROUNDS]\n");
         return 2;

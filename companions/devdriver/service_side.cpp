@@ -14,7 +14,7 @@ constexpr std::uint32_t request_header_bytes = offsetof(orv_request, text);
 // The driver hands out addresses and handles as 64-bit words.
 template <class To>
 To from_word(std::uint64_t word) noexcept {
-    return reinterpret_cast<To>(static_cast<std::uintptr_t>(word));  // NOLINT(performance-no-int-to-ptr)
+    return reinterpret_cast<To>(static_cast<std::uintptr_t>(word));
 }
 
 bool change_state(volatile orv_slot& slot, std::uint32_t from, std::uint32_t to) noexcept {

@@ -9,7 +9,7 @@
 namespace ov::dialog {
 
 /// The longest list text that is read: what the driver's files may hold.
-inline constexpr std::size_t longest_list_bytes = 20 * 1024 * 1024;
+inline constexpr std::size_t longest_list_bytes = std::size_t{20} * 1024 * 1024;
 /// Arrays and objects may stand so deep in each other; real lists need three.
 inline constexpr std::size_t deepest_nesting = 16;
 

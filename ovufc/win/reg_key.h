@@ -70,7 +70,6 @@ class reg_root_key : public reg_key {
   public:
     /// The predefined handles are 32-bit numbers sign-extended to the size of a pointer.
     static HKEY root() noexcept {
-        // NOLINTNEXTLINE(performance-no-int-to-ptr): a predefined handle is a number and nothing else.
         return reinterpret_cast<HKEY>(static_cast<std::intptr_t>(static_cast<std::int32_t>(ROOT)));
     }
 

@@ -9,8 +9,6 @@ namespace {
 
 using ov::ipc::drvport::details::client_port;
 using ov::test::ask;
-using ov::test::exchange_result;
-using ov::test::request_with;
 using ov::test::scripted_reply;
 using ov::test::scripted_request;
 using ov::test::scripted_service;

@@ -87,7 +87,7 @@ struct image_with_two_descriptors {
     char dll[16] = "KERNEL32.dll";
 
     image_with_two_descriptors() {
-        dos.e_lfanew = offset(&headers);
+        dos.e_lfanew = static_cast<LONG>(offset(&headers));
         headers.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress =
             offset(descriptors);
         names[0].u1.AddressOfData = offset(&by_name);

@@ -50,8 +50,7 @@ LONG write_trace::handle(EXCEPTION_POINTERS& pointers) {
         protect(PAGE_READONLY);
         return EXCEPTION_CONTINUE_EXECUTION;
     }
-    const auto address =
-        reinterpret_cast<char*>(record.ExceptionInformation[1]);  // NOLINT(performance-no-int-to-ptr)
+    const auto address = reinterpret_cast<char*>(record.ExceptionInformation[1]);
     if (record.ExceptionCode != EXCEPTION_ACCESS_VIOLATION ||
         record.ExceptionInformation[0] != write_access || address < page_ || address >= page_ + page_bytes) {
         return EXCEPTION_CONTINUE_SEARCH;

@@ -14,7 +14,7 @@ constexpr int claim_passes = 5;
 // The driver hands out addresses and handles as 64-bit words.
 template <class To>
 To from_word(std::uint64_t word) noexcept {
-    return reinterpret_cast<To>(static_cast<std::uintptr_t>(word));  // NOLINT(performance-no-int-to-ptr)
+    return reinterpret_cast<To>(static_cast<std::uintptr_t>(word));
 }
 
 // The slot words that are ever exchanged atomically. Windows declares its LONG for them.

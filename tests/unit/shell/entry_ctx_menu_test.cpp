@@ -21,7 +21,6 @@ namespace {
 using Microsoft::WRL::ComPtr;
 using test::menu_item;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// An entry whose command counts, and may throw.
 class CountingEntry final : public EntryCtxMenu {
