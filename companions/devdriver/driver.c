@@ -6,10 +6,10 @@
 #include <ntifs.h>
 
 #include "companions/devdriver/mailbox.h"
-#include "companions/devdriver/reclaimer.h"
 #include "companions/devdriver/service_wire.h"
 #include "companions/devdriver/sweeper.h"
 #include "companions/devdriver/users.h"
+#include "companions/devdriver/worker.h"
 
 #define DEVICE_TYPE_ORVDRV 0xA8A8u
 
@@ -57,7 +57,7 @@ static NTSTATUS NTAPI dispatch_control(DEVICE_OBJECT* device, IRP* irp) {
 static void NTAPI unload(DRIVER_OBJECT* driver) {
     IoDeleteSymbolicLink(&link_name);
     sweeper_stop();
-    reclaimer_stop();
+    worker_wait();
     mailbox_delete();
     IoDeleteDevice(driver->DeviceObject);
 }

@@ -74,21 +74,12 @@ void mailbox_delete(void) {
     }
 }
 
-static NTSTATUS open_calling_process(HANDLE* process) {
-    CLIENT_ID id = {.UniqueProcess = PsGetCurrentProcessId(), .UniqueThread = NULL};
-    OBJECT_ATTRIBUTES attributes;
-    InitializeObjectAttributes(&attributes, NULL, OBJ_KERNEL_HANDLE, NULL, NULL);
-    return ZwOpenProcess(process, PROCESS_ALL_ACCESS, &attributes, &id);
-}
-
-NTSTATUS mailbox_share(ACCESS_MASK semaphore_access, struct share* out) {
+NTSTATUS mailbox_share(HANDLE process, ACCESS_MASK semaphore_access, struct share* out) {
     RtlZeroMemory(out, sizeof *out);
-    NTSTATUS status = open_calling_process(&out->process);
+    out->process = process;
+    NTSTATUS status = map_section(process, &out->view);
     if (NT_SUCCESS(status)) {
-        status = map_section(out->process, &out->view);
-    }
-    if (NT_SUCCESS(status)) {
-        status = ZwDuplicateObject(ZwCurrentProcess(), semaphore_handle, out->process, &out->semaphore,
+        status = ZwDuplicateObject(ZwCurrentProcess(), semaphore_handle, process, &out->semaphore,
                                    semaphore_access, 0, 0);
     }
     if (!NT_SUCCESS(status)) {
@@ -105,6 +96,11 @@ void mailbox_unshare(struct share* share) {
         ZwClose(share->process);
     }
     RtlZeroMemory(share, sizeof *share);
+}
+
+void mailbox_take_back(struct share* share) {
+    ZwDuplicateObject(share->process, share->semaphore, NULL, NULL, 0, 0, DUPLICATE_CLOSE_SOURCE);
+    mailbox_unshare(share);
 }
 
 void mailbox_begin_service(void) {

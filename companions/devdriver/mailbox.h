@@ -24,10 +24,13 @@ NTSTATUS mailbox_create(void);
 /* Ends service first, for clients whose mapping outlives the driver. */
 void mailbox_delete(void);
 
-/* Maps the section into the calling process and gives it the semaphore. */
-NTSTATUS mailbox_share(ACCESS_MASK semaphore_access, struct share* out);
+/* Maps the section into a process and gives it the semaphore; takes over the handle `process`. May not
+ * return. */
+NTSTATUS mailbox_share(HANDLE process, ACCESS_MASK semaphore_access, struct share* out);
 /* Takes a mapping away again; harmless when its process has ended. The semaphore is left to its owner. */
 void mailbox_unshare(struct share* share);
+/* The same for a process that was never told of its share: the semaphore too. */
+void mailbox_take_back(struct share* share);
 
 /* A new service side finds a whole status block and tells clients itself when it serves. */
 void mailbox_begin_service(void);

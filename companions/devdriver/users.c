@@ -2,6 +2,7 @@
 
 #include "companions/devdriver/caller.h"
 #include "companions/devdriver/mailbox.h"
+#include "companions/devdriver/opener.h"
 #include "companions/devdriver/reclaimer.h"
 
 #define USER_TAG 0x7276724Fu /* "Orvr" in a pool dump */
@@ -88,7 +89,7 @@ static NTSTATUS add(void** place, BOOLEAN serves, ACCESS_MASK semaphore_access, 
         return status;
     }
     /* The handle is in use by this very request, so nothing can remove the user meanwhile. */
-    status = mailbox_share(semaphore_access, &user->share);
+    status = opener_share(semaphore_access, &user->share);
     if (NT_SUCCESS(status)) {
         *share = user->share;
     } else {

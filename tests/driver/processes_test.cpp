@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <list>
+#include <random>
 #include <vector>
 
 #include "tests/driver/eventually.h"
@@ -84,6 +85,25 @@ TEST(Processes, ClientKilledAgainAndAgain_LeavesNothingBehind) {
         }
         return owned == 0;
     }));
+}
+
+// Mapping into a process waits for it, and for ever when it ends at that moment.
+TEST(Processes, ManyKilledWhileTheyOpen_OthersAreServed) {
+    scripted_service service(answer);
+    std::mt19937 random(7);
+    constexpr int rounds = 15;
+    for (int round = 0; round < rounds; ++round) {
+        std::list<roles::ready_child> openers;
+        for (int i = 0; i < 3; ++i) {
+            openers.emplace_back(roles::opener);
+        }
+        for (roles::ready_child& opener : openers) {
+            Sleep(random() % 10);
+            opener.process().kill();
+        }
+    }
+    child_process healthy(this_program(), {roles::client, L"healthy", L"3"});
+    EXPECT_EQ(healthy.wait(10000), static_cast<DWORD>(roles::exchange_done));
 }
 
 bool is_mapped(const volatile void* address) {

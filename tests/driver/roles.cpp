@@ -66,6 +66,14 @@ int play_idler(const wchar_t* event_name) {
     return exchange_done;
 }
 
+int play_opener(const wchar_t* event_name) {
+    set_ready(event_name);
+    for (;;) {
+        client_port port;
+        (void)port.connect();
+    }
+}
+
 int play_server(const wchar_t* event_name) {
     devdriver::service_side side;
     const DWORD error = side.open();
@@ -123,6 +131,9 @@ std::optional<int> play(int argument_count, wchar_t** arguments) {
     }
     if (role == idler) {
         return play_idler(argument);
+    }
+    if (role == opener) {
+        return play_opener(argument);
     }
     if (role == server) {
         return play_server(argument);

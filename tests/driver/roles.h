@@ -14,6 +14,7 @@ inline constexpr const wchar_t* client = L"client";  // tag, count: that many ex
 inline constexpr const wchar_t* holder = L"holder";  // ready: posts a request and waits without end
 inline constexpr const wchar_t* waiter = L"waiter";  // ready: opens the port, then one exchange
 inline constexpr const wchar_t* idler = L"idler";    // ready: opens the port and nothing more, without end
+inline constexpr const wchar_t* opener = L"opener";  // ready: opens a port anew again and again, without end
 inline constexpr const wchar_t* server = L"server";  // ready: serves in silence, without end
 inline constexpr const wchar_t* asker = L"asker";    // asks to serve; the error is the exit code
 inline constexpr const wchar_t* vandal = L"vandal";  // seed: garbage all over the section
