@@ -9,6 +9,7 @@ namespace ov::devdriver {
 namespace {
 
 constexpr DWORD busy_pause_ms = 20;
+constexpr DWORD look_again_ms = 500;
 constexpr std::uint32_t request_header_bytes = offsetof(orv_request, text);
 
 // The driver hands out addresses and handles as 64-bit words.
@@ -136,8 +137,11 @@ std::optional<request> service_side::next_request(DWORD timeout_ms, HANDLE stop)
         const DWORD elapsed_ms = GetTickCount() - started;
         const DWORD left_ms =
             timeout_ms == INFINITE ? INFINITE : timeout_ms - std::min<DWORD>(elapsed_ms, timeout_ms);
-        if (WaitForMultipleObjects(stop != nullptr ? 2 : 1, waited_for.data(), FALSE, left_ms) !=
-            WAIT_OBJECT_0) {
+        const DWORD step_ms = std::min(left_ms, look_again_ms);
+        const DWORD woken_by =
+            WaitForMultipleObjects(stop != nullptr ? 2 : 1, waited_for.data(), FALSE, step_ms);
+        const bool waits_on = woken_by == WAIT_TIMEOUT && step_ms < left_ms && is_served();
+        if (woken_by != WAIT_OBJECT_0 && !waits_on) {
             return std::nullopt;
         }
     }

@@ -42,8 +42,15 @@ class service_side {
     /// State word 0, then gone. Requests taken and not answered count as given up.
     void close() noexcept;
 
-    /// The next posted request; nothing after `timeout_ms` without one, or as soon as `stop` (an event, or
-    /// null) is set. A slot whose content is no request is given up and passed over.
+    [[nodiscard]] bool is_open() const noexcept { return section_ != nullptr; }
+
+    /// False when the state word is 0, which is how a driver that goes says so. Who has set another value and
+    /// sees this false closes and opens again; that also mends what a client wrote there.
+    [[nodiscard]] bool is_served() noexcept { return status().state != 0; }
+
+    /// The next posted request; nothing after `timeout_ms` without one, as soon as `stop` (an event, or null)
+    /// is set, or soon after the state word has become 0. A slot whose content is no request is given up and
+    /// passed over.
     [[nodiscard]] std::optional<request> next_request(DWORD timeout_ms, HANDLE stop = nullptr);
 
     /// Answers; clients take at most 2048 bytes, a slot has room for 3980 and what is beyond that is cut.

@@ -9,6 +9,7 @@ namespace {
 constexpr std::uint32_t serving = 1;
 // A service that has just been stopped may still be closing its side of the driver.
 constexpr DWORD open_patience_ms = 3'000;
+constexpr DWORD look_for_driver_ms = 250;
 
 }  // namespace
 
@@ -16,9 +17,7 @@ DWORD server::run() {
     if (const DWORD error = side_.open(open_patience_ms); error != ERROR_SUCCESS) {
         return error;
     }
-    take_up_changes();
-    side_.set_state(serving);
-    context_.note("serving");
+    begin();
     when_serving_();
     while (!shown_.stopping()) {
         // Requests may follow each other without a pause, so the event is looked at in between as well.
@@ -29,6 +28,8 @@ DWORD server::run() {
         const std::optional<devdriver::request> request = side_.next_request(INFINITE, shown_.wake_event());
         if (request) {
             answer(*request);
+        } else if (!side_.is_served()) {
+            wait_for_driver();
         } else {
             take_up_changes();
         }
@@ -36,6 +37,26 @@ DWORD server::run() {
     side_.close();
     context_.note("stopped");
     return ERROR_SUCCESS;
+}
+
+void server::begin() {
+    take_up_changes();
+    side_.set_state(serving);
+    context_.note("serving");
+}
+
+void server::wait_for_driver() {
+    side_.close();
+    context_.note("the driver has gone; waiting for it");
+    while (!shown_.stopping()) {
+        if (side_.open() == ERROR_SUCCESS) {
+            begin();
+            return;
+        }
+        if (WaitForSingleObject(shown_.wake_event(), look_for_driver_ms) == WAIT_OBJECT_0) {
+            take_up_changes();
+        }
+    }
 }
 
 void server::answer(const devdriver::request& request) {
@@ -54,8 +75,10 @@ void server::take_up_changes() {
 
 void server::show_state() {
     const service_state& state = context_.store.state();
-    side_.set_flags(state.flags);
-    side_.set_generation(state.generation);
+    if (side_.is_open()) {
+        side_.set_flags(state.flags);
+        side_.set_generation(state.generation);
+    }
     shown_.publish(state.revision);
 }
 

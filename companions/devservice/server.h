@@ -19,11 +19,14 @@ class server {
     server(answering& context, presence& shown, std::function<void()> when_serving)
         : context_(context), shown_(shown), when_serving_(std::move(when_serving)) {}
 
-    /// Serves until `presence::stopping`. ERROR_SUCCESS then; ERROR_FILE_NOT_FOUND without a driver,
+    /// Serves until `presence::stopping`; when the driver goes meanwhile, waits for it and serves again.
+    /// ERROR_SUCCESS at the end. Before serving once: ERROR_FILE_NOT_FOUND without a driver,
     /// ERROR_ACCESS_DENIED for a caller that is no administrator, ERROR_BUSY while another process serves.
     [[nodiscard]] DWORD run();
 
   private:
+    void begin();
+    void wait_for_driver();
     void take_up_changes();
     void show_state();
     void answer(const devdriver::request& request);

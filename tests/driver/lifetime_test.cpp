@@ -1,20 +1,27 @@
 #include <gtest/gtest.h>
 
 #include "tests/driver/driver_control.h"
+#include "tests/driver/eventually.h"
 #include "tests/driver/exchange.h"
 #include "tests/driver/roles.h"
+#include "tests/support/child_process.h"
 #include "tests/support/scripted_service.h"
+#include "tests/support/temp_folder.h"
 
 namespace {
 
 namespace roles = ov::test::roles;
 using ov::ipc::drvport::details::client_port;
 using ov::test::ask;
+using ov::test::child_process;
+using ov::test::eventually;
 using ov::test::request_with;
 using ov::test::scripted_request;
 using ov::test::scripted_service;
 using ov::test::start_driver;
 using ov::test::stop_driver;
+using ov::test::temp_folder;
+using ov::test::this_program;
 
 std::string echo(const scripted_request& request) {
     return "re: " + request.text;
@@ -62,6 +69,29 @@ TEST_F(Lifetime, StoppedAndStartedAgainAndAgain_ServesEachTime) {
         scripted_service service(echo);
         client_port port;
         EXPECT_EQ(ask(port, "x").reply, "re: x");
+    }
+}
+
+std::wstring development_service() {
+    std::wstring path = this_program();
+    path.replace(path.rfind(L'\\') + 1, std::wstring::npos, L"orvsvc.exe");
+    return path;
+}
+
+bool new_client_is_answered() {
+    client_port port;
+    return ask(port, R"({"parameters":{},"serviceCall":36})").ok;
+}
+
+TEST_F(Lifetime, StoppedAndStartedUnderTheRunningService_ItServesAgain) {
+    const temp_folder state;
+    child_process service(development_service(), {L"--state", state.path(), L"run", L"--no-open"});
+    ASSERT_TRUE(eventually(new_client_is_answered));
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(stop_driver());
+        EXPECT_FALSE(new_client_is_answered());
+        ASSERT_TRUE(start_driver());
+        EXPECT_TRUE(eventually(new_client_is_answered));
     }
 }
 
