@@ -26,18 +26,20 @@ set_up() {
     mkdir -p "$pictures"
 }
 
-# Each shellhost says which functions of the system it supplies; a reader of the story is told once.
+# Each shellhost says which functions of the system it supplies, on standard error; a reader of the story is told once.
 supplied_was_said=no
 host() {
-    local output result=0
-    output=$(run_wine 120 "$bin/shellhost.exe" "$@" | tr -d '\r') || result=$?
+    local notes result=0
+    notes=$(mktemp)
+    run_wine 120 "$bin/shellhost.exe" "$@" 2>"$notes" | tr -d '\r' || result=$?
     if [ "$supplied_was_said" = no ]; then
         supplied_was_said=yes
-        say "$output"
+        cat "$notes" >&2
     else
         # Nothing may be left to print, which grep would call a failure.
-        say "$output" | grep -v '^Wine lacks these; supplied' || true
+        grep -v '^Wine lacks these; supplied' "$notes" >&2 || true
     fi
+    rm -f "$notes"
     return "$result"
 }
 service() { run_wine 60 "$bin/orvsvc.exe" "$@" | tr -d '\r'; }

@@ -20,6 +20,7 @@
 #include "tests/module/namespace/document_service.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/module_attach.h"
+#include "tools/command_line/program.h"
 
 namespace {
 
@@ -177,9 +178,8 @@ void print_row(const char* name, const std::array<measurement, 3>& all, double m
                 all[2].*figure, ratio(1), ratio(2));
 }
 
-}  // namespace
-
-int main() {
+int run(ov::command_line::arguments& words) {
+    words.expect_end();
     (void)CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     std::array<measurement, 3> all;
     {
@@ -200,4 +200,12 @@ int main() {
     print_row("  task allocations an item", all, &measurement::allocations_per_item);
     CoUninitialize();
     return 0;
+}
+
+}  // namespace
+
+int main() {
+    return ov::command_line::run_program(
+        L"namespace_bench", L"namespace_bench\n\nTimes the namespace folder by its number of locations.",
+        ov::command_line::words_of_process(), run);
 }

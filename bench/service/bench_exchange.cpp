@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "service/calls.h"
 #include "tests/support/module_attach.h"
 #include "tests/support/scripted_service.h"
+#include "tools/command_line/program.h"
 
 /// Times a get_folder_status exchange over the real driver with a service that answers at once:
 ///
@@ -20,6 +20,7 @@
 namespace {
 
 constexpr int default_rounds = 200;
+constexpr unsigned most_rounds = 1'000'000;
 constexpr int warm_up_rounds = 5;
 constexpr DWORD pause_ms = 25;
 
@@ -43,14 +44,13 @@ double one_exchange_ms() {
     return is_protected && exports_available ? taken : -1;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    const int rounds = argc > 1 ? static_cast<int>(std::strtol(argv[1], nullptr, 10)) : default_rounds;
-    if (rounds < 1) {
-        std::fprintf(stderr, "usage: bench_exchange [ROUNDS]\n");
-        return 2;
+int run(ov::command_line::arguments& words) {
+    int rounds = default_rounds;
+    if (!words.is_empty()) {
+        rounds = static_cast<int>(
+            ov::command_line::to_number(L"ROUNDS", words.take_word(L"a number"), 1, most_rounds));
     }
+    words.expect_end();
     ov::test::scripted_service service(
         [](const auto&) { return R"({"statusCode":0,"data":{"protectedFolder":true,"uiLevel":"full"}})"; });
     service.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
@@ -71,4 +71,12 @@ int main(int argc, char** argv) {
         "get_folder_status exchange, %d rounds: median %.2f ms, 90th percentile %.2f ms, slowest %.2f ms\n",
         rounds, taken_ms[taken_ms.size() / 2], taken_ms[taken_ms.size() * 9 / 10], taken_ms.back());
     return 0;
+}
+
+}  // namespace
+
+int main() {
+    return ov::command_line::run_program(L"bench_exchange",
+                                         L"bench_exchange [ROUNDS]\n\nTimes ROUNDS exchanges (200).",
+                                         ov::command_line::words_of_process(), run);
 }

@@ -8,30 +8,6 @@
 
 namespace ov::devservice {
 
-bool take_option(std::vector<std::wstring>& words, const wchar_t* name, std::wstring& value) {
-    const auto found = std::find(words.begin(), words.end(), name);
-    if (found == words.end() || found + 1 == words.end()) {
-        return false;
-    }
-    value = *(found + 1);
-    words.erase(found, found + 2);
-    return true;
-}
-
-bool take_switch(std::vector<std::wstring>& words, const wchar_t* name) {
-    const auto found = std::find(words.begin(), words.end(), name);
-    if (found == words.end()) {
-        return false;
-    }
-    words.erase(found);
-    return true;
-}
-
-int bad_usage(const std::string& what) {
-    print_error(what + "; see orvsvc.exe --help");
-    return exit_usage;
-}
-
 int finish_change(command_call& call, DWORD error, const problems& left_out) {
     if (error != ERROR_SUCCESS) {
         print_error(describe(error));
@@ -47,16 +23,16 @@ int finish_change(command_call& call, DWORD error, const problems& left_out) {
     return left_out.empty() ? exit_done : exit_partial;
 }
 
-std::optional<std::wstring> path_from_word(const std::wstring& word) {
+std::wstring path_from_word(const std::wstring& word) {
     std::wstring full(32'768, L'\0');
     const DWORD length_chars =
         GetFullPathNameW(word.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
     full.resize(std::min<std::size_t>(length_chars, full.size()));
     std::optional<std::wstring> path = clean_path(full);
-    if (!path) {
-        print_error("not the path of a folder or file: " + to_utf8_lossy(word));
+    if (!path || !to_utf8(*path)) {
+        throw usage_error(L"not the path of a folder or file: " + word);
     }
-    return path;
+    return *path;
 }
 
 }  // namespace ov::devservice

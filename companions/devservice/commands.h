@@ -1,11 +1,11 @@
 #pragma once
 
-#include <optional>
 #include <string>
-#include <vector>
 
 #include "companions/devservice/problem.h"
 #include "companions/devservice/vault.h"
+#include "tools/command_line/arguments.h"
+#include "tools/command_line/program.h"
 
 namespace ov::devservice {
 
@@ -13,16 +13,18 @@ namespace ov::devservice {
 enum exit_code : int {
     exit_done = 0,
     exit_failed = 1,
-    exit_usage = 2,
+    exit_usage = command_line::exit_usage,
     exit_absent = 3,   // the driver, or the running service that the command is about, is not there
     exit_partial = 4,  // done but for some files, which were named
 };
 
-/// A command with the words that follow it. A command works on the state file, so it acts the same whether a
-/// service runs or not; a running service is told.
+using command_line::usage_error;
+
+/// A command with the words that follow it; it throws usage_error when they are off. A command works on the
+/// state file, so it acts the same whether a service runs or not; a running service is told.
 struct command_call {
     vault& store;
-    std::vector<std::wstring> words;
+    command_line::arguments& words;
 };
 
 [[nodiscard]] int command_protect(command_call& call);
@@ -37,17 +39,10 @@ struct command_call {
 [[nodiscard]] int command_run(command_call& call);
 [[nodiscard]] int command_service(command_call& call);
 
-/// For the commands: takes "NAME VALUE" out of the words. True when it was there with a value; `value` is
-/// untouched otherwise.
-[[nodiscard]] bool take_option(std::vector<std::wstring>& words, const wchar_t* name, std::wstring& value);
-/// The same for an option without a value.
-[[nodiscard]] bool take_switch(std::vector<std::wstring>& words, const wchar_t* name);
-
-/// For the commands: reports what does not parse, and a change's outcome, and tells a running service.
-[[nodiscard]] int bad_usage(const std::string& what);
+/// For the commands: reports a change's outcome, and tells a running service.
 [[nodiscard]] int finish_change(command_call& call, DWORD error, const problems& left_out = {});
 
-/// A path from the command line, which may be relative; none after saying that it is no path.
-[[nodiscard]] std::optional<std::wstring> path_from_word(const std::wstring& word);
+/// A path from the command line, which may be relative. Throws usage_error for what is no path.
+[[nodiscard]] std::wstring path_from_word(const std::wstring& word);
 
 }  // namespace ov::devservice

@@ -9,7 +9,8 @@ namespace {
 
 int protect_rule(command_call& call, const std::wstring& rule) {
     if (!is_safe_relative(rule) || !to_utf8(rule)) {
-        return bad_usage("a rule is the name of a folder below a user's profile, such as Documents");
+        throw usage_error(L"a rule is a folder below a user's profile, such as Documents, not '" + rule +
+                          L"'");
     }
     const DWORD error = call.store.change([&](service_state& state) -> DWORD {
         for (const std::wstring& known : state.rules) {
@@ -37,40 +38,35 @@ int unprotect_rule(command_call& call, const std::wstring& rule) {
 }  // namespace
 
 int command_protect(command_call& call) {
-    std::wstring rule;
-    std::wstring object_path;
-    if (take_option(call.words, L"--rule", rule)) {
-        return call.words.empty() ? protect_rule(call, rule) : bad_usage("a rule or a path, not both");
+    const auto rule = call.words.take_value(L"--rule");
+    if (rule) {
+        call.words.expect_end();
+        return protect_rule(call, *rule);
     }
-    static_cast<void>(take_option(call.words, L"--as", object_path));
-    if (call.words.size() != 1 || !to_utf8(object_path)) {
-        return bad_usage("protect takes one path");
+    const std::wstring object_path = call.words.take_value(L"--as").value_or(L"");
+    if (!to_utf8(object_path)) {
+        throw usage_error(L"no object path: " + object_path);
     }
-    const std::optional<std::wstring> path = path_from_word(call.words[0]);
-    if (!path) {
-        return exit_usage;
-    }
+    const std::wstring path = path_from_word(call.words.take_word(L"a folder, or a --rule"));
+    call.words.expect_end();
     problems left_out;
-    const DWORD error = protect(call.store, *path, object_path, left_out);
+    const DWORD error = protect(call.store, path, object_path, left_out);
     return finish_change(call, error, left_out);
 }
 
 int command_unprotect(command_call& call) {
-    std::wstring rule;
-    if (take_option(call.words, L"--rule", rule)) {
-        return call.words.empty() ? unprotect_rule(call, rule) : bad_usage("a rule or a path, not both");
+    const auto rule = call.words.take_value(L"--rule");
+    if (rule) {
+        call.words.expect_end();
+        return unprotect_rule(call, *rule);
     }
-    if (call.words.size() != 1) {
-        return bad_usage("unprotect takes one path");
-    }
-    const std::optional<std::wstring> path = path_from_word(call.words[0]);
-    return path ? finish_change(call, unprotect(call.store, *path)) : static_cast<int>(exit_usage);
+    const std::wstring path = path_from_word(call.words.take_word(L"a folder, or a --rule"));
+    call.words.expect_end();
+    return finish_change(call, unprotect(call.store, path));
 }
 
 int command_restore_point(command_call& call) {
-    if (!call.words.empty()) {
-        return bad_usage("restore-point takes nothing");
-    }
+    call.words.expect_end();
     std::int64_t number = 0;
     problems left_out;
     const DWORD error = take_restore_point(call.store, number, left_out);

@@ -40,20 +40,13 @@ int report_serving(DWORD error) {
 
 int command_run(command_call& call) {
     answering context{.store = call.store, .desktop = {}, .open_file = open_for_user, .log = print};
-    if (take_switch(call.words, L"--no-open")) {
+    if (call.words.take_switch(L"--no-open")) {
         context.open_file = nullptr;
     }
-    std::wstring desktop_word;
-    if (take_option(call.words, L"--desktop", desktop_word)) {
-        const std::optional<std::wstring> desktop = path_from_word(desktop_word);
-        if (!desktop) {
-            return exit_usage;
-        }
-        context.desktop = *desktop;
+    if (const auto desktop = call.words.take_value(L"--desktop")) {
+        context.desktop = path_from_word(*desktop);
     }
-    if (!call.words.empty()) {
-        return bad_usage("run takes --no-open and --desktop");
-    }
+    call.words.expect_end();
     presence shown(call.store.folder());
     if (shown.error() != ERROR_SUCCESS) {
         return report_serving(shown.error());
@@ -67,9 +60,7 @@ int command_run(command_call& call) {
 }
 
 int command_service(command_call& call) {
-    if (!call.words.empty()) {
-        return bad_usage("service takes nothing");
-    }
+    call.words.expect_end();
     const DWORD error = run_as_windows_service(call.store);
     if (error == ERROR_FAILED_SERVICE_CONTROLLER_CONNECT) {
         print_error("this is for the service manager; use run");
@@ -79,9 +70,7 @@ int command_service(command_call& call) {
 }
 
 int command_stop(command_call& call) {
-    if (!call.words.empty()) {
-        return bad_usage("stop takes nothing");
-    }
+    call.words.expect_end();
     const remote service(call.store.folder());
     if (service.process_id() == 0) {
         print_error("no service runs on this state folder");

@@ -43,9 +43,7 @@ std::string flags_text(std::uint32_t flags) {
 }  // namespace
 
 int command_list(command_call& call) {
-    if (!call.words.empty()) {
-        return bad_usage("list takes nothing");
-    }
+    call.words.expect_end();
     const service_state& state = call.store.state();
     const DWORD running = remote(call.store.folder()).process_id();
     print("service: " + (running == 0 ? "not running" : "running, process " + std::to_string(running)));

@@ -3,48 +3,44 @@
 // It waits for the window, prints what the window says, and clicks. What it presses are the real windows of
 // the product: nothing is answered behind their back.
 #include <windows.h>
-#include <shellapi.h>
 
 #include <array>
-#include <cstdio>
-#include <cwchar>
-#include <memory>
 #include <string>
-#include <vector>
+
+#include "tools/command_line/console.h"
+#include "tools/command_line/program.h"
 
 namespace {
 
-constexpr const char* usage =
-    "press --title TEXT [--button ID] [--timeout SECONDS] [--wait-only] [--quiet]\n"
-    "\n"
-    "Waits until a visible window whose title begins with TEXT is there, prints the texts in it and presses\n"
-    "the button with control id ID (1 is OK, 2 is Cancel; 1 unless said otherwise).\n"
-    "\n"
-    "  --timeout SECONDS  gives up after so long (20)\n"
-    "  --wait-only        presses nothing\n"
-    "  --quiet            prints nothing\n"
-    "\n"
-    "Exit code 0: pressed. 1: no such window or button in time. 2: the call's words are off.\n";
+using ov::command_line::print_line;
+using ov::command_line::print_note;
+
+constexpr const wchar_t* help =
+    L"press --title TEXT [--button ID] [--timeout SECONDS] [--wait-only] [--quiet]\n"
+    L"\n"
+    L"Waits until a visible window whose title begins with TEXT is there, prints the texts in it and "
+    L"presses\n"
+    L"the button with control id ID (1 is OK, 2 is Cancel; 1 unless said otherwise).\n"
+    L"\n"
+    L"  --timeout SECONDS  gives up after so long (20)\n"
+    L"  --wait-only        presses nothing\n"
+    L"  --quiet            prints nothing\n"
+    L"\n"
+    L"Exit code 0: pressed. 1: no such window or button in time. 2: the call's words are off.";
 
 constexpr DWORD poll_ms = 50;
 constexpr DWORD settle_ms = 200;
+constexpr DWORD ms_per_s = 1000;
+constexpr unsigned longest_s = 3600;
+constexpr unsigned largest_id = 65535;
 
 struct options {
     std::wstring title;
     int button = IDOK;
-    DWORD timeout_ms = 20000;
+    DWORD timeout_s = 20;
     bool presses = true;
     bool prints = true;
 };
-
-std::string to_utf8(const std::wstring& text) {
-    const int bytes = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), nullptr, 0,
-                                          nullptr, nullptr);
-    std::string result(static_cast<size_t>(bytes), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), result.data(), bytes, nullptr,
-                        nullptr);
-    return result;
-}
 
 std::wstring text_of(HWND window) {
     std::wstring text(4096, L'\0');
@@ -54,25 +50,19 @@ std::wstring text_of(HWND window) {
     return text;
 }
 
-bool read_options(int count, wchar_t** words, options& read) {
-    for (int i = 1; i < count; ++i) {
-        const std::wstring word = words[i];
-        const bool has_value = i + 1 < count;
-        if (word == L"--wait-only") {
-            read.presses = false;
-        } else if (word == L"--quiet") {
-            read.prints = false;
-        } else if (word == L"--title" && has_value) {
-            read.title = words[++i];
-        } else if (word == L"--button" && has_value) {
-            read.button = static_cast<int>(std::wcstol(words[++i], nullptr, 10));
-        } else if (word == L"--timeout" && has_value) {
-            read.timeout_ms = 1000 * std::wcstoul(words[++i], nullptr, 10);
-        } else {
-            return false;
-        }
+options read_options(ov::command_line::arguments& words) {
+    options read;
+    const auto title = words.take_value(L"--title");
+    read.button = static_cast<int>(words.take_number(L"--button", 1, largest_id).value_or(IDOK));
+    read.timeout_s = words.take_number(L"--timeout", 1, longest_s).value_or(read.timeout_s);
+    read.presses = !words.take_switch(L"--wait-only");
+    read.prints = !words.take_switch(L"--quiet");
+    words.expect_end();
+    if (!title || title->empty()) {
+        throw ov::command_line::usage_error(L"name the window's title by --title");
     }
-    return !read.title.empty();
+    read.title = *title;
+    return read;
 }
 
 struct search {
@@ -98,7 +88,7 @@ HWND wait_for_window(const options& asked) {
         EnumWindows(match_window, reinterpret_cast<LPARAM>(&wanted));
         const bool complete =
             wanted.found != nullptr && (!asked.presses || GetDlgItem(wanted.found, asked.button) != nullptr);
-        if (complete || GetTickCount() - start > asked.timeout_ms) {
+        if (complete || GetTickCount() - start > asked.timeout_s * ms_per_s) {
             return complete ? wanted.found : nullptr;
         }
         Sleep(poll_ms);
@@ -111,35 +101,32 @@ BOOL CALLBACK print_child(HWND child, LPARAM /*parameter*/) {
         std::array<wchar_t, 64> kind{};
         GetClassNameW(child, kind.data(), static_cast<int>(kind.size()));
         const bool is_button = lstrcmpiW(kind.data(), L"Button") == 0;
-        std::printf(is_button ? "  [%s]\n" : "  %s\n", to_utf8(text).c_str());
+        print_line(is_button ? L"  [" + text + L"]" : L"  " + text);
     }
     return TRUE;
 }
 
-}  // namespace
-
-int main() {
-    int count = 0;
-    const std::unique_ptr<wchar_t*, decltype(&LocalFree)> words(CommandLineToArgvW(GetCommandLineW(), &count),
-                                                                &LocalFree);
-    options asked;
-    if (!read_options(count, words.get(), asked)) {
-        std::fputs(usage, stderr);
-        return 2;
-    }
+int press(ov::command_line::arguments& words) {
+    const options asked = read_options(words);
     const HWND window = wait_for_window(asked);
     if (window == nullptr) {
-        std::fprintf(stderr, "press: no window '%s' with button %d within %lu s\n",
-                     to_utf8(asked.title).c_str(), asked.button, asked.timeout_ms / 1000);
+        print_note(L"press: no window '" + asked.title + L"' with button " + std::to_wstring(asked.button) +
+                   L" within " + std::to_wstring(asked.timeout_s) + L" s");
         return 1;
     }
     Sleep(settle_ms);
     if (asked.prints) {
-        std::printf("window \"%s\"\n", to_utf8(text_of(window)).c_str());
+        print_line(L"window \"" + text_of(window) + L"\"");
         EnumChildWindows(window, print_child, 0);
     }
     if (asked.presses) {
         PostMessageW(GetDlgItem(window, asked.button), BM_CLICK, 0, 0);
     }
     return 0;
+}
+
+}  // namespace
+
+int main() {
+    return ov::command_line::run_program(L"press", help, ov::command_line::words_of_process(), press);
 }

@@ -6,12 +6,14 @@
 #include <string>
 #include <string_view>
 
+#include "tools/command_line/console.h"
+
 namespace ov::shellhost {
 
-/// Writes a line of text to standard output, in UTF-8 so that a script can read it; at once, unbuffered.
-void print_line(std::wstring_view text);
+using command_line::print_line;
+using command_line::print_note;
 
-/// Writes a line to standard error, behind the program's name.
+/// Writes a note behind the program's name: why it fails.
 void print_error(std::wstring_view text);
 
 /// "0x8000FFFF", and what the system says about it where it says something.

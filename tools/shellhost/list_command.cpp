@@ -42,7 +42,7 @@ void print_item(const content_item& item) {
 
 }  // namespace
 
-int run_list(arguments words) {
+int run_list(arguments& words) {
     const std::wstring module = words.take_value(L"--module").value_or(L"");
     words.expect_end();
     const apartment com;

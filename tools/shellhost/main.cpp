@@ -1,13 +1,10 @@
 // shellhost: a small Explorer, to show the product at work and to test it from outside.
-#include <windows.h>
-#include <shellapi.h>
-
 #include <array>
 #include <exception>
-#include <memory>
 #include <string>
 #include <vector>
 
+#include "tools/command_line/program.h"
 #include "tools/shellhost/command_failure.h"
 #include "tools/shellhost/commands.h"
 #include "tools/shellhost/console.h"
@@ -19,7 +16,7 @@ namespace {
 
 struct command {
     const wchar_t* name;
-    int (*run)(arguments words);
+    int (*run)(arguments& words);
     const wchar_t* usage;
 };
 
@@ -36,52 +33,53 @@ constexpr const wchar_t* exit_code_help =
     L"the\n"
     L"menu has no such command, or it is greyed.\n";
 
-void print_help() {
-    print_line(L"shellhost: a small Explorer for the Orvane Vaultkeep shell extension.\n");
-    print_line(window.usage);
+std::wstring whole_help() {
+    std::wstring text = L"shellhost: a small Explorer for the Orvane Vaultkeep shell extension.\n\n";
+    text += std::wstring(window.usage) + L"\n";
     for (const command& each : commands) {
-        print_line(each.usage);
+        text += std::wstring(each.usage) + L"\n";
     }
-    print_line(exit_code_help);
+    return text + exit_code_help;
 }
 
-int run_command(const command& chosen, std::vector<std::wstring> words) {
-    arguments taken(std::move(words));
-    if (taken.take_switch(L"--help")) {
-        print_line(chosen.usage);
-        return exit_done;
-    }
-    try {
-        return chosen.run(std::move(taken));
-    } catch (const usage_error& error) {
-        print_error(error.message() + L"\nSee shellhost --help.");
-        return exit_usage;
-    } catch (const command_failure& error) {
-        print_error(error.message());
-        return exit_failed;
-    } catch (const std::exception& error) {
-        const std::string text = error.what();
-        print_error(std::wstring(text.begin(), text.end()));
-        return exit_failed;
-    }
-}
-
-int run(std::vector<std::wstring> words) {
-    if (!words.empty() &&
-        (words.front() == L"--help" || words.front() == L"-h" || words.front() == L"help")) {
-        print_help();
-        return exit_done;
-    }
-    if (words.empty() || words.front().rfind(L"--", 0) == 0) {
-        return run_command(window, std::move(words));
+/// The command that the first word names; the window's when that is an option, none when it is unknown.
+const command* find_command(const std::vector<std::wstring>& words) {
+    if (words.empty() || words.front().starts_with(L"-")) {
+        return &window;
     }
     for (const command& each : commands) {
         if (words.front() == each.name) {
-            return run_command(each, {words.begin() + 1, words.end()});
+            return &each;
         }
     }
-    print_error(L"unknown command '" + words.front() + L"'\nSee shellhost --help.");
-    return exit_usage;
+    return nullptr;
+}
+
+int run_command(const command* chosen, arguments& words) {
+    if (chosen != &window) {
+        const std::wstring name = words.take_word(L"a command");
+        if (chosen == nullptr) {
+            throw usage_error(L"unknown command '" + name + L"'");
+        }
+    }
+    try {
+        return chosen->run(words);
+    } catch (const command_failure& error) {
+        print_error(error.message());
+    } catch (const usage_error&) {
+        throw;
+    } catch (const std::exception& error) {
+        const std::string text = error.what();
+        print_error(std::wstring(text.begin(), text.end()));
+    }
+    return exit_failed;
+}
+
+int run(const std::vector<std::wstring>& words) {
+    const command* chosen = find_command(words);
+    const bool is_one_command = chosen != nullptr && chosen != &window;
+    return command_line::run_program(L"shellhost", is_one_command ? chosen->usage : whole_help(), words,
+                                     [chosen](arguments& rest) { return run_command(chosen, rest); });
 }
 
 }  // namespace
@@ -89,8 +87,5 @@ int run(std::vector<std::wstring> words) {
 }  // namespace ov::shellhost
 
 int main() {
-    int count = 0;
-    const std::unique_ptr<wchar_t*, decltype(&LocalFree)> words(CommandLineToArgvW(GetCommandLineW(), &count),
-                                                                &LocalFree);
-    return ov::shellhost::run({words.get() + 1, words.get() + count});
+    return ov::shellhost::run(ov::command_line::words_of_process());
 }

@@ -50,7 +50,7 @@ struct menu_options {
     UINT flags = CMF_NORMAL;
 };
 
-menu_options read_options(arguments words) {
+menu_options read_options(arguments& words) {
     menu_options options;
     options.invoke = words.take_value(L"--invoke");
     options.repetitions = words.take_number(L"--bench", 1, most_repetitions);
@@ -159,8 +159,8 @@ int measure(const std::vector<menu_source>& sources, const menu_options& options
 
 }  // namespace
 
-int run_menu(arguments words) {
-    const menu_options options = read_options(std::move(words));
+int run_menu(arguments& words) {
+    const menu_options options = read_options(words);
     const apartment com;
     const product_module product(options.module);
     const file_selection selection = select_files(options.paths);

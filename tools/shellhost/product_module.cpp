@@ -34,7 +34,7 @@ void supply(HMODULE module, const std::wstring& path) {
     for (const std::string& name : names) {
         list += (list.empty() ? L"" : L", ") + std::wstring(name.begin(), name.end());
     }
-    print_line(L"Wine lacks these; supplied through the import table of " +
+    print_note(L"Wine lacks these; supplied through the import table of " +
                std::wstring(PathFindFileNameW(path.c_str())) + L": " + list);
 }
 
@@ -53,7 +53,7 @@ product_module::product_module(const std::wstring& path) {
     } else if (wine_shell::system_is_wine()) {
         load_registered();
     } else {
-        print_line(L"This system is Windows: nothing is supplied.");
+        print_note(L"This system is Windows: nothing is supplied.");
     }
 }
 

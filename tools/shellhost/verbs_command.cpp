@@ -47,7 +47,7 @@ constexpr std::array entries = {
 };
 
 void say_consent(wine_shell::consent answer) {
-    print_line(answer == wine_shell::consent::given
+    print_note(answer == wine_shell::consent::given
                    ? L"This system has no administrator prompt: consent is given in its place."
                    : L"This system has no administrator prompt: it is declined in its place.");
 }
@@ -107,7 +107,7 @@ ComPtr<IContextMenu> menu_of_handler(const namespace_root& root, PCUITEMID_CHILD
 
 }  // namespace
 
-int run_verbs(arguments words) {
+int run_verbs(arguments& words) {
     const entry& wanted = read_entry(words);
     const bool declines = words.take_switch(L"--no-consent");
     const std::wstring module = words.take_value(L"--module").value_or(L"");

@@ -78,7 +78,7 @@ void read_size(const std::wstring& text, window_options& options) {
     }
 }
 
-window_options read_options(arguments words) {
+window_options read_options(arguments& words) {
     window_options options;
     options.place = words.take_value(L"--browse").value_or(L"");
     options.close_after_s = words.take_number(L"--close-after", 1, longest_s);
@@ -115,7 +115,7 @@ wine_shell::unique_absolute_list first_place(const std::wstring& place) {
 }
 
 void say_consent(wine_shell::consent /*answer*/) {
-    print_line(L"This system has no administrator prompt: consent is given in its place.");
+    print_note(L"This system has no administrator prompt: consent is given in its place.");
 }
 
 /// A window of its own needs no console; one that was opened for it alone is let go.
@@ -138,8 +138,8 @@ void pump(const browser_window& window) {
 
 }  // namespace
 
-int run_window(arguments words) {
-    const window_options options = read_options(std::move(words));
+int run_window(arguments& words) {
+    const window_options options = read_options(words);
     if (!options.says_ready && !options.takes_script) {
         leave_own_console();
     }

@@ -80,7 +80,14 @@ TEST_F(Commands, wrong_usage_is_told_apart_from_failure) {
     EXPECT_EQ(run({L"protect"}), exit_usage);
     EXPECT_EQ(run({L"protect", L"a", L"b"}), exit_usage);
     EXPECT_EQ(run({L"cloud", L"add", L"D:\\box"}), exit_usage);
+    EXPECT_EQ(run({L"protect", L"--as"}), exit_usage);
+    EXPECT_EQ(run({L"protect", L"--as", L"--rule", L"x"}), exit_usage);
+    EXPECT_EQ(run({L"protect", L"--dance", L"a"}), exit_usage);
+    EXPECT_EQ(run({L"flags", L"--exports"}), exit_usage);
+    EXPECT_EQ(run_command_line({}), exit_usage);
+    EXPECT_EQ(run_command_line({L"--state"}), exit_usage);
     EXPECT_EQ(run({L"--help"}), exit_done);
+    EXPECT_EQ(run({L"protect", L"--dance", L"--help"}), exit_done);
     EXPECT_EQ(run({L"list"}), exit_done);
     EXPECT_EQ(run({L"stop"}), exit_absent);
 }

@@ -1,0 +1,36 @@
+#include "tools/command_line/program.h"
+
+#include <gtest/gtest.h>
+
+namespace ov::command_line {
+namespace {
+
+int never_run(arguments&) {
+    ADD_FAILURE() << "the program ran";
+    return 1;
+}
+
+TEST(Program, Help_IsGivenWhereverItStands) {
+    for (const std::vector<std::wstring>& words : {std::vector<std::wstring>{L"--help"},
+                                                   {L"-h"},
+                                                   {L"--nonsense", L"--help"},
+                                                   {L"menu", L"x", L"--help"}}) {
+        EXPECT_EQ(run_program(L"p", L"help", words, never_run), 0);
+    }
+}
+
+TEST(Program, WrongWords_EndWithTwo) {
+    EXPECT_EQ(run_program(L"p", L"help", {L"--nonsense"},
+                          [](arguments& words) -> int {
+                              words.expect_end();
+                              return 0;
+                          }),
+              exit_usage);
+}
+
+TEST(Program, ExitCode_IsThatOfTheBody) {
+    EXPECT_EQ(run_program(L"p", L"help", {}, [](arguments&) { return 7; }), 7);
+}
+
+}  // namespace
+}  // namespace ov::command_line
