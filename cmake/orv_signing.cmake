@@ -1,10 +1,34 @@
-# Signing. Without a certificate from outside, a development authority is made in the build folder on first use.
-# A release names its own:
-set(ORV_SIGNING_PKCS12 "$ENV{ORV_SIGNING_PKCS12}" CACHE FILEPATH "Certificate and key that sign a release (PKCS#12)")
-set(ORV_SIGNING_PASSWORD_FILE "$ENV{ORV_SIGNING_PASSWORD_FILE}" CACHE FILEPATH "File with the password of the above")
-set(ORV_SIGNING_TIMESTAMP_URL "$ENV{ORV_SIGNING_TIMESTAMP_URL}" CACHE STRING "Time-stamping service (RFC 3161) of a release")
+# Signing. The signer is asked for at each configure, in the environment (see scripts/signing.sh); without one, a
+# development authority is made in the build folder on first use. A build with ORV_RELEASE refuses that.
+option(ORV_RELEASE "What is given to customers: the signer must be the maker's own" OFF)
+set(ORV_SIGNING_SCRIPT ${CMAKE_CURRENT_LIST_DIR}/../scripts/signing.sh)
 
-set(ORV_SIGNING_SCRIPT ${CMAKE_SOURCE_DIR}/scripts/signing.sh)
+foreach(name ORV_SIGNING_PKCS12 ORV_SIGNING_PASSWORD_FILE)
+    unset(${name} CACHE)
+    set(${name})
+    if(NOT "$ENV{${name}}" STREQUAL "")
+        file(REAL_PATH "$ENV{${name}}" ${name} BASE_DIRECTORY ${CMAKE_SOURCE_DIR})
+        if(NOT EXISTS "${${name}}")
+            message(FATAL_ERROR "${name} names no file: ${${name}}")
+        endif()
+    endif()
+endforeach()
+unset(ORV_SIGNING_TIMESTAMP_URL CACHE)
+set(ORV_SIGNING_TIMESTAMP_URL "$ENV{ORV_SIGNING_TIMESTAMP_URL}")
+set(orv_signer_environment
+    ${CMAKE_COMMAND} -E env ORV_SIGNING_PKCS12=${ORV_SIGNING_PKCS12}
+    ORV_SIGNING_PASSWORD_FILE=${ORV_SIGNING_PASSWORD_FILE} ORV_SIGNING_TIMESTAMP_URL=${ORV_SIGNING_TIMESTAMP_URL})
+
+if(ORV_RELEASE)
+    execute_process(
+        COMMAND ${orv_signer_environment} ${ORV_SIGNING_SCRIPT} check-signer
+        RESULT_VARIABLE result
+        ERROR_VARIABLE complaint)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "${complaint}")
+    endif()
+endif()
+
 set(ORV_SIGNING_DIR ${CMAKE_BINARY_DIR}/signing)
 if(ORV_SIGNING_PKCS12)
     set(ORV_SIGNING_MATERIAL ${ORV_SIGNING_PKCS12})
@@ -25,10 +49,6 @@ function(orv_sign target)
     add_custom_command(
         TARGET ${target}
         POST_BUILD
-        COMMAND
-            ${CMAKE_COMMAND} -E env ORV_SIGNING_PKCS12=${ORV_SIGNING_PKCS12}
-            ORV_SIGNING_PASSWORD_FILE=${ORV_SIGNING_PASSWORD_FILE}
-            ORV_SIGNING_TIMESTAMP_URL=${ORV_SIGNING_TIMESTAMP_URL} ${ORV_SIGNING_SCRIPT} sign ${ORV_SIGNING_DIR}
-            $<TARGET_FILE:${target}>
+        COMMAND ${orv_signer_environment} ${ORV_SIGNING_SCRIPT} sign ${ORV_SIGNING_DIR} $<TARGET_FILE:${target}>
         VERBATIM)
 endfunction()

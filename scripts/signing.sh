@@ -8,15 +8,22 @@
 #   scripts/signing.sh sign DIR FILE     signs FILE in place
 #   scripts/signing.sh sign-as DIR NAME FILE
 #                                        the same with the signer NAME of DIR
+#   scripts/signing.sh check DIR FILE... fails unless each FILE is signed by the maker, whole, and the signer goes
+#                                        back to the authority in DIR, or to the chain of the release's certificate
+#   scripts/signing.sh check-release FILE...
+#                                        the same for a release: what the development authority has signed fails
+#   scripts/signing.sh check-signer      fails unless the environment names a signer that is good for a release
 #
 # DIR holds authority.{key,crt,der} and signer.{key,crt}. The keys stay on this machine: they are made here,
 # readable by their owner only, and DIR lies in the build folder, which is never committed.
 #
-# A release signs with the certificate of the maker: ORV_SIGNING_PKCS12 names the file that holds it,
+# A release signs with the certificate of the maker: ORV_SIGNING_PKCS12 names the file that holds it and its chain,
 # ORV_SIGNING_PASSWORD_FILE a file with its password, ORV_SIGNING_TIMESTAMP_URL a time-stamping service.
 . "$(dirname "$0")/lib.sh"
 
 maker='Orvane, Inc.'
+# With this the name of every development authority begins.
+development='Orvane Vaultkeep development'
 long_days=3650
 
 quietly() {
@@ -69,7 +76,7 @@ make_authority() {
     flock -w 120 9 || die "another run has been making $dir for two minutes"
     [ ! -f "$dir/signer.crt" ] || return 0
     quietly openssl req -x509 -newkey rsa:3072 -nodes -sha256 -days "$long_days" \
-        -subj "/CN=Orvane Vaultkeep development $(date +%Y-%m-%dT%H:%M:%S) on $(uname -n | cut -c1-20)" \
+        -subj "/CN=$development $(date +%Y-%m-%dT%H:%M:%S) on $(uname -n | cut -c1-20)" \
         -addext 'basicConstraints=critical,CA:TRUE' -addext 'keyUsage=critical,keyCertSign,cRLSign' \
         -keyout "$dir/authority.key" -out "$dir/authority.crt"
     quietly openssl x509 -in "$dir/authority.crt" -outform DER -out "$dir/authority.der"
@@ -103,11 +110,65 @@ sign() {
     sign_with "$file" "${options[@]}"
 }
 
+release_certificates() {
+    local password=pass:
+    if [ -n "${ORV_SIGNING_PASSWORD_FILE:-}" ]; then
+        password=file:$ORV_SIGNING_PASSWORD_FILE
+    fi
+    openssl pkcs12 -in "$ORV_SIGNING_PKCS12" -passin "$password" -nokeys "$@" 2>/dev/null ||
+        die "$ORV_SIGNING_PKCS12 cannot be read; is ORV_SIGNING_PASSWORD_FILE right?"
+}
+
+check_signer() {
+    [ -n "${ORV_SIGNING_PKCS12:-}" ] || die "a release needs the maker's certificate: set ORV_SIGNING_PKCS12"
+    local names
+    names=$(release_certificates -clcerts | openssl x509 -noout -subject -issuer -nameopt utf8,sep_comma_plus)
+    [[ $names != *"$development"* ]] || die "$ORV_SIGNING_PKCS12 is of the development authority, no signer for a release"
+}
+
+# check_file ANCHORS FILE
+check_file() {
+    local report signer
+    report=$(osslsigncode verify -CAfile "$1" "$2" 2>&1) ||
+        die "$2 is not signed, was changed since, or its signer is not known: $(grep -iE 'mismatch|no signature|error' <<<"$report" | head -n 2)"
+    signer=$(sed -n "/^Signer's certificate/,\$s/.*Subject: .*\/CN=\([^/]*\).*/\1/p" <<<"$report" | head -n 1)
+    [ "${signer,,}" = "${maker,,}" ] || die "$2 is signed by '$signer', not by '$maker'"
+    if [ "$release_only" = yes ] && [[ $report == *"$development"* ]]; then
+        die "$2 is signed with the development authority"
+    fi
+}
+
+# check_files DIR FILE...; DIR is not looked at when a release's signer is named.
+check_files() {
+    local dir=$1 file
+    shift
+    anchors=$(mktemp)
+    trap 'rm -f "$anchors"' EXIT
+    if [ -n "${ORV_SIGNING_PKCS12:-}" ]; then
+        release_certificates -cacerts >"$anchors"
+        cat /etc/ssl/certs/ca-certificates.crt >>"$anchors" 2>/dev/null || true
+    else
+        cat "$dir/authority.crt" >"$anchors"
+    fi
+    for file in "$@"; do
+        check_file "$anchors" "$file"
+        say "$file: signed by $maker"
+    done
+}
+
 umask 077
+release_only=no
 case "${1:-} $#" in
+check\ [3-9] | check\ [1-9][0-9]) check_files "${@:2}" ;;
+check-release\ [2-9] | check-release\ [1-9][0-9])
+    release_only=yes
+    check_signer
+    check_files '' "${@:2}"
+    ;;
+'check-signer 1') check_signer ;;
 'authority 2') make_authority "$2" ;;
 'leaf 4' | 'leaf 5') make_leaf "${@:2}" ;;
 'sign 3') sign "$2" "$3" ;;
 'sign-as 4') sign_with "$4" -certs "$2/$3.crt" -key "$2/$3.key" ;;
-*) misused "say authority, leaf, sign or sign-as with their words, not '$*'" ;;
+*) misused "say authority, leaf, sign, sign-as or one of the checks with their words, not '$*'" ;;
 esac

@@ -1,0 +1,3 @@
+__declspec(dllexport) int sample_entry(void) {
+    return 1;
+}
