@@ -41,6 +41,17 @@ status() {
     esac
 }
 
+# Runs sc and keeps its words and its result, for whoever has to report a failure.
+sc_said=''
+ask_sc() {
+    local result=0
+    sc_said=$(run_wine "$limit_s" sc "$@" 2>&1 | tr -d '\r' | tr '\n' ' ') || result=$?
+    sc_said="sc $1 ended with $result: $sc_said"
+    return "$result"
+}
+
+# What counts is the state that follows, not sc's result: it fails where there is nothing left to do, and for a moment
+# where it does not reach the service manager.
 wait_for() {
     local waited=0
     until [ "$(status)" = "$1" ]; do
@@ -48,7 +59,7 @@ wait_for() {
         waited=$((waited + 1))
         if [ "$waited" -ge 50 ]; then
             log_hint >&2
-            die "the $managed_word is '$(status)' and should be '$1'"
+            die "the $managed_word is '$(status)' and should be '$1'; $sc_said"
         fi
     done
 }
@@ -57,8 +68,7 @@ is_current() { [ -f "$installed" ] && cmp -s "$built" "$installed"; }
 
 stop() {
     [ "$(status)" = running ] || return 0
-    # What counts is the state that follows.
-    run_wine "$limit_s" sc stop "$managed_name" >/dev/null 2>&1 || true
+    ask_sc stop "$managed_name" || true
     wait_for stopped
 }
 
@@ -70,8 +80,7 @@ install() {
         cp "$built" "$installed"
     fi
     [ "$(status)" = absent ] || return 0
-    run_wine "$limit_s" sc create "$managed_name" "${create_arguments[@]}" >/dev/null 2>&1 ||
-        die "the $managed_word could not be registered"
+    ask_sc create "$managed_name" "${create_arguments[@]}" || die "the $managed_word could not be registered; $sc_said"
 }
 
 start() {
@@ -81,15 +90,13 @@ start() {
     before_start
     install
     [ "$(status)" = running ] && return
-    # As above.
-    run_wine "$limit_s" sc start "$managed_name" >/dev/null 2>&1 || true
+    ask_sc start "$managed_name" || true
     wait_for running
 }
 
 remove() {
     stop
-    [ "$(status)" = absent ] || run_wine "$limit_s" sc delete "$managed_name" >/dev/null 2>&1 ||
-        die "the $managed_word could not be unregistered"
+    [ "$(status)" = absent ] || ask_sc delete "$managed_name" || die "the $managed_word could not be unregistered; $sc_said"
     rm -f "$installed"
 }
 
