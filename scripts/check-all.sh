@@ -13,6 +13,7 @@ steps=(
     'shell           2  scripts/check-shell.sh'
     'lint           16  scripts/lint.sh --limit-s 600'
     'home           10  scripts/check-home.sh'
+    'documents      20  scripts/check-documents.sh'
     # A pattern that excludes nothing: those labelled "long" too.
     'tests          30  ./test.sh -E ^$'
 )

@@ -48,7 +48,7 @@ run_elsewhere() {
 commands() {
     awk '
         /^```/ { inside = inside ? 0 : ($0 == "```sh" ? 2 : 1); next }
-        inside == 2 || (!inside && /^    [^ ]/ && (blank || block)) {
+        inside == 2 || (!inside && ((blank && /^    [^ ]/) || (block && /^    /))) {
             line = $0
             sub(/^    /, "", line)
             sub(/(^|  *)#.*$/, "", line)
