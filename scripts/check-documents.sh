@@ -6,7 +6,7 @@
 #
 #   --no-run   runs nothing; a command is only looked for
 #
-# A block of commands is one indented by four spaces, or fenced and marked "sh". Needs the preset built.
+# A block of commands is one indented by four spaces, or fenced and marked "sh".
 . "$(dirname "$0")/lib.sh"
 running=yes
 if [ "${1:-}" = --no-run ]; then
@@ -149,7 +149,7 @@ check_links() {
     done < <(grep -oE '\]\([^):]+\)' "$document" | sed 's/^](//;s/)$//')
 }
 
-[ -d "$bin" ] || die "$ORV_PRESET has not been built; run scripts/build.sh"
+[ "$running" = no ] || scripts/build.sh
 for document in "${documents[@]}"; do
     say "$document"
     check_names "$document"

@@ -39,6 +39,7 @@ trap clean_up EXIT
 mkdir -p "$home"/{Desktop,Documents,Downloads,Music,Pictures,Templates,Videos}
 listing >"$home.before"
 
+"$ORV_ROOT/scripts/build.sh"
 step "run.sh with a home of its own"
 env -u DISPLAY -u XDG_CACHE_HOME -u XDG_CONFIG_HOME -u XDG_DATA_HOME HOME="$home" "$ORV_ROOT/run.sh"
 expect_untouched run.sh
