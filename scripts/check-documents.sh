@@ -149,7 +149,7 @@ check_links() {
     done < <(grep -oE '\]\([^):]+\)' "$document" | sed 's/^](//;s/)$//')
 }
 
-[ "$running" = no ] || scripts/build.sh
+[ "$running" = no ] || [ $# -gt 0 ] || scripts/build.sh
 for document in "${documents[@]}"; do
     say "$document"
     check_names "$document"
