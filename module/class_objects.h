@@ -7,7 +7,8 @@
 namespace ov {
 
 /// Makes the file and folder menu or the property page, by the interface asked for. For any other interface,
-/// IUnknown included, it answers S_OK and leaves `*ppv` as it was: an oddity that hosts have met for years.
+/// IUnknown included, it answers S_OK and leaves `*ppv` as it was. Odd, and kept on purpose: part of the
+/// class's contract.
 class orvShellExt final : public class_object<orvShellExt> {
   public:
     static com::live_count& factory_count() noexcept { return module_state::shell_ext_factory_count; }

@@ -9,6 +9,7 @@
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID /*reserved*/) {
     if (reason == DLL_PROCESS_ATTACH) {
         ov::module_state::record_process_attach(instance);
+        // Granted because the file has no TLS directory; see ovufc/runtime/dll_entry.cpp.
         DisableThreadLibraryCalls(instance);
     }
     return TRUE;

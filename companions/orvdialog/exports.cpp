@@ -93,9 +93,10 @@ std::uint32_t guarded(Body body) noexcept {
     try {
         return body() ? 1 : 0;
     } catch (...) {
-        show_message(nullptr, not_shown, MB_ICONERROR);
-        return 0;
+        // Let go of before the message is up: it may have been made of a reserve that others need.
     }
+    show_message(nullptr, not_shown, MB_ICONERROR);
+    return 0;
 }
 
 }  // namespace

@@ -62,8 +62,8 @@ constexpr registration_row rows[] = {
     with_text(classes_root, L"*\\shellex\\PropertySheetHandlers\\" ORV_HANDLER, create, unnamed,
               ORV_SHELL_EXTENSION, native_view_only),
 
-    // One Click Restore. Its name stands in a key directly below the root, not below CLSID, on purpose: what
-    // is installed out there has it so. The same goes for Addons.
+    // One Click Restore. Its name stands in a key directly below the root, not below CLSID. Odd, and kept
+    // on purpose; removal leaves it there. The same goes for Addons.
     with_text(classes_root, ORV_ONE_CLICK_RESTORE, create, unnamed, L"Orvane Vaultkeep One Click Restore"),
     server(restore_server),
     with_text(classes_root, restore_server, reopen, threading_model, apartment),

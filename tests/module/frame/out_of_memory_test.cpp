@@ -3,29 +3,20 @@
 #include <wrl/client.h>
 
 #include <algorithm>
-#include <cstddef>
-#include <utility>
+#include <atomic>
+#include <optional>
 #include <vector>
 
 #include "tests/module/frame/classes_under_test.h"
+#include "tests/support/before_attach.h"
 #include "tests/support/import_patch.h"
+#include "tests/support/memory_shortage.h"
 #include "tests/support/shipped_module.h"
 
 using Microsoft::WRL::ComPtr;
 
 namespace ov::test {
 namespace {
-
-// The runtime is linked into the module, so that all of its allocations come through this import.
-class memory_shortage {
-  public:
-    explicit memory_shortage(const shipped_module& module)
-        : patch_(module.handle(), "msvcrt.dll;ucrtbase.dll", "malloc",
-                 [](std::size_t) -> void* { return nullptr; }) {}
-
-  private:
-    import_patch<void*(std::size_t)> patch_;
-};
 
 ComPtr<IClassFactory> factory_of(const shipped_module& module, REFCLSID rclsid) {
     ComPtr<IClassFactory> factory;
@@ -36,7 +27,7 @@ ComPtr<IClassFactory> factory_of(const shipped_module& module, REFCLSID rclsid) 
 void expect_no_class_object(const shipped_module& module, REFCLSID rclsid) {
     void* made = untouched;
     {
-        const memory_shortage shortage(module);
+        const memory_shortage shortage(module.handle());
         EXPECT_EQ(module.get_class_object(rclsid, IID_IClassFactory, &made), E_OUTOFMEMORY);
     }
     EXPECT_EQ(made, untouched);
@@ -58,7 +49,7 @@ TEST(OutOfMemory, Instance_isRefused_andOutPointerCleared) {
             const auto factory = factory_of(module, row.id);
             void* made = untouched;
             {
-                const memory_shortage shortage(module);
+                const memory_shortage shortage(module.handle());
                 EXPECT_EQ(factory->CreateInstance(nullptr, row.instance_interface, &made), E_OUTOFMEMORY)
                     << row.name;
             }
@@ -84,34 +75,96 @@ TEST(OutOfMemory, ManyThreadsOneAfterTheOther_areEachRefused) {
     EXPECT_EQ(module.can_unload_now(), S_OK);
 }
 
-// How many more indexes of its kind the process could still have.
-template <class Allocate, class Free>
-std::size_t indexes_left(Allocate allocate, Free give_back) {
-    std::vector<DWORD> taken;
-    for (DWORD index = allocate(); index != TLS_OUT_OF_INDEXES; index = allocate()) {
-        taken.push_back(index);
+// Holds threads where the module throws, until no more of them come there.
+class throwing_held {
+  public:
+    explicit throwing_held(HMODULE module) : patch_(module, "kernel32.dll", "RaiseException", &on_raise) {
+        current = this;
     }
-    std::for_each(taken.begin(), taken.end(), give_back);
-    return taken.size();
+
+    /// Lets them go as soon as nobody new came for a while; how many were held at the same moment.
+    LONG let_go() {
+        LONG seen = -1;
+        while (seen != arrived_) {
+            seen = arrived_;
+            Sleep(500);
+        }
+        SetEvent(over_.get());
+        return seen;
+    }
+
+  private:
+    static void WINAPI on_raise(DWORD code, DWORD flags, DWORD count, const ULONG_PTR* arguments) {
+        ++current->arrived_;
+        WaitForSingleObject(current->over_.get(), INFINITE);
+        current->patch_.original()(code, flags, count, arguments);
+    }
+
+    static inline throwing_held* current = nullptr;
+    std::atomic<LONG> arrived_{0};
+    win::unique_kernel_handle over_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    import_patch<decltype(RaiseException)> patch_;
+};
+
+struct crowd {
+    const shipped_module module;
+    std::atomic<LONG> refused{0};
+};
+
+DWORD WINAPI be_refused(void* shared) {
+    auto& all = *static_cast<crowd*>(shared);
+    void* made = untouched;
+    if (all.module.get_class_object(class_ids::addons, IID_IClassFactory, &made) == E_OUTOFMEMORY) {
+        ++all.refused;
+    }
+    return 0;
 }
 
-std::pair<std::size_t, std::size_t> storage_indexes_left() {
-    return {indexes_left([] { return TlsAlloc(); }, [](DWORD index) { TlsFree(index); }),
-            indexes_left([] { return FlsAlloc(nullptr); }, [](DWORD index) { FlsFree(index); })};
+TEST(OutOfMemory, MoreThreadsAtOnceThanThereIsReserveFor_areEachRefused) {
+    constexpr LONG threads = 100;
+    crowd all;
+    std::vector<win::unique_kernel_handle> running;
+    throwing_held held(all.module.handle());
+    const memory_shortage shortage(all.module.handle());
+    for (LONG number = 0; number < threads; ++number) {
+        running.emplace_back(CreateThread(nullptr, 0, &be_refused, &all, 0, nullptr));
+    }
+    // Those beyond the reserve have not thrown yet: they wait for one of these to be done.
+    const LONG at_once = held.let_go();
+    EXPECT_GT(at_once, 1);
+    EXPECT_LT(at_once, threads);
+    for (const auto& thread : running) {
+        ASSERT_EQ(WaitForSingleObject(thread.get(), 30000), WAIT_OBJECT_0);
+    }
+    EXPECT_EQ(all.refused, threads);
 }
 
-TEST(OutOfMemory, LoadThatMetIt_leavesTheHostItsStorageIndexes) {
-    // A host has 1,088 of them for all of its life, and is ended when they are gone.
+TEST(OutOfMemory, ModuleLoadedWithoutMemory_refusesLaterToo) {
+    std::optional<memory_shortage> shortage;
+    const before_attach starve(L"orvshellext.dll", [&](HMODULE module) { shortage.emplace(module); });
+    const shipped_module module;
+    ASSERT_TRUE(shortage);
+    shortage.reset();
+    expect_no_class_object(module, class_ids::shell_extension);
+    EXPECT_NE(factory_of(module, class_ids::shell_extension), nullptr);
+}
+
+TEST(OutOfMemory, HostWithoutStorageIndexes_isNotEndedByIt) {
+    std::vector<DWORD> tls;
+    std::vector<DWORD> fls;
     {
-        const shipped_module module;  // what the system takes for itself at the first load
+        const shipped_module
+            module;  // loaded as long as there were some: the system's own libraries need them too
+        for (DWORD index = TlsAlloc(); index != TLS_OUT_OF_INDEXES; index = TlsAlloc()) {
+            tls.push_back(index);
+        }
+        for (DWORD index = FlsAlloc(nullptr); index != FLS_OUT_OF_INDEXES; index = FlsAlloc(nullptr)) {
+            fls.push_back(index);
+        }
         expect_no_class_object(module, class_ids::shell_extension);
     }
-    const auto before = storage_indexes_left();
-    for (int load = 0; load < 3; ++load) {
-        const shipped_module module;
-        expect_no_class_object(module, class_ids::shell_extension);
-    }
-    EXPECT_EQ(storage_indexes_left(), before);
+    std::for_each(tls.begin(), tls.end(), [](DWORD index) { TlsFree(index); });
+    std::for_each(fls.begin(), fls.end(), [](DWORD index) { FlsFree(index); });
 }
 
 }  // namespace

@@ -1,0 +1,16 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/shipped_module.h"
+
+namespace ov::test {
+namespace {
+
+TEST(Attach, ThreadsOfTheHost_areNotAnnouncedToTheModule) {
+    const shipped_module module;
+    // Refused by the system for a file with a TLS directory; the module's own call went the same way as this
+    // one.
+    EXPECT_TRUE(DisableThreadLibraryCalls(module.handle()));
+}
+
+}  // namespace
+}  // namespace ov::test
