@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "ovufc/ipc/drvport/mapping.h"
+
 namespace ov::ipc::drvport::details {
 
 namespace {
@@ -31,24 +33,6 @@ std::uint32_t load_acquire(const volatile std::uint32_t& word) noexcept {
 void store_release(volatile std::uint32_t& word, std::uint32_t value) noexcept {
     std::atomic_thread_fence(std::memory_order_release);
     word = value;
-}
-
-// Bytes from the section's start to the end of its mapping, across pages of different protection: the driver
-// may map the status block read-only and the slots writable.
-std::uint64_t mapped_length(const void* section) noexcept {
-    const auto* const start = static_cast<const char*>(section);
-    const char* end = start;
-    MEMORY_BASIC_INFORMATION region{};
-    const void* mapping = nullptr;
-    while (VirtualQuery(end, &region, sizeof region) != 0 && region.State == MEM_COMMIT) {
-        if (mapping == nullptr) {
-            mapping = region.AllocationBase;
-        } else if (region.AllocationBase != mapping) {
-            break;
-        }
-        end = static_cast<const char*>(region.BaseAddress) + region.RegionSize;
-    }
-    return static_cast<std::uint64_t>(end - start);
 }
 
 // The order of the words is the driver's contract; the state goes last, because from then on the slot is
@@ -110,6 +94,17 @@ bool client_port::connect() noexcept {
     return device.load(std::memory_order_relaxed) != INVALID_HANDLE_VALUE || open();
 }
 
+// An address is the driver's word only: what cannot be read there would end the host at the first look.
+bool client_port::look_at_section(std::uint64_t address) noexcept {
+    const auto* const section = from_word<const volatile std::uint8_t*>(address);
+    if (mapping::readable_bytes(section) < ORV_STATUS_BLOCK_BYTES) {
+        return false;
+    }
+    mapped_bytes = mapping::mapped_bytes(section);
+    writable_end = ORV_STATUS_BLOCK_BYTES + mapping::writable_bytes(section + ORV_STATUS_BLOCK_BYTES);
+    return true;
+}
+
 bool client_port::open() noexcept {
     const HANDLE handle = CreateFileW(ORV_DEVICE_PATH, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                       FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -120,7 +115,7 @@ bool client_port::open() noexcept {
     DWORD answer_bytes = 0;
     const bool answered = DeviceIoControl(handle, ORV_IOCTL_OPEN, nullptr, 0, &answer, sizeof answer,
                                           &answer_bytes, nullptr) != FALSE;
-    if (!answered || answer.semaphore == 0 || answer.section == 0) {
+    if (!answered || answer.semaphore == 0 || !look_at_section(answer.section)) {
         if (answered && answer.semaphore != 0) {
             CloseHandle(from_word<HANDLE>(answer.semaphore));
         }
@@ -128,7 +123,6 @@ bool client_port::open() noexcept {
         return false;
     }
     opened = answer;
-    mapped_bytes = mapped_length(from_word<const void*>(answer.section));
     device.store(handle, std::memory_order_release);
     return true;
 }
@@ -149,30 +143,27 @@ volatile orv_slot* client_port::acquire_slot(const orv_request& request) noexcep
     return slot;
 }
 
-// The size word as far as the mapping bears it out; looked up anew for a section that has grown since.
-std::uint64_t client_port::usable_bytes() const noexcept {
-    const std::uint64_t claimed_bytes = status().section_bytes;
-    return claimed_bytes <= mapped_bytes
-               ? claimed_bytes
-               : std::min(claimed_bytes, mapped_length(from_word<const void*>(opened.section)));
+// The system is asked only about a slot that was not there to be written when the section was opened: one
+// that has grown since, or lies behind one that cannot be written.
+bool client_port::is_writable(const volatile orv_slot& slot, std::uint64_t slot_end) const noexcept {
+    return slot_end <= writable_end || mapping::writable_bytes(&slot) >= ORV_SLOT_BYTES;
 }
 
 volatile orv_slot* client_port::claim_slot() noexcept {
     auto* const section = from_word<volatile std::uint8_t*>(opened.section);
     const auto process_id = static_cast<LONG>(GetCurrentProcessId());
     for (int pass = 0; pass < claim_passes; ++pass) {
-        std::uint64_t offset = ORV_STATUS_BLOCK_BYTES;
-        std::uint64_t section_bytes = 0;
+        std::uint64_t slot_end = ORV_STATUS_BLOCK_BYTES;
         // The first slot is tried whatever the size word says. The word is read anew before each further one:
-        // the driver may shrink the section's use at any time.
+        // the driver may change it at any time. What lies behind the mapping is nobody's slot.
         do {
-            auto* const slot = reinterpret_cast<volatile orv_slot*>(section + offset);
-            if (InterlockedCompareExchange(exchangeable(slot->owner), process_id, 0) == 0) {
+            auto* const slot = reinterpret_cast<volatile orv_slot*>(section + slot_end);
+            slot_end += ORV_SLOT_BYTES;
+            if (is_writable(*slot, slot_end) &&
+                InterlockedCompareExchange(exchangeable(slot->owner), process_id, 0) == 0) {
                 return slot;
             }
-            offset += ORV_SLOT_BYTES;
-            section_bytes = usable_bytes();
-        } while (offset + ORV_SLOT_BYTES <= section_bytes);
+        } while (slot_end + ORV_SLOT_BYTES <= std::min<std::uint64_t>(status().section_bytes, mapped_bytes));
     }
     return nullptr;
 }

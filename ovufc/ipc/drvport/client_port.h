@@ -26,15 +26,16 @@ class client_port {
     client_port& operator=(const client_port&) = delete;
     virtual ~client_port();
 
-    /// Opens the device unless it is open. True when section and semaphore are there. A failure leaves the
-    /// port closed and the next call tries again.
+    /// Opens the device unless it is open. True when the semaphore and a section whose status block can be
+    /// read are there. A failure leaves the port closed and the next call tries again.
     [[nodiscard]] bool connect() noexcept;
 
     /// The status block; only after `connect` has returned true.
     [[nodiscard]] const volatile orv_status_block& status() const noexcept;
 
     /// Claims a free slot, posts `request` in it and signals the driver. Null when the driver is absent or
-    /// serves nothing, or when every slot stayed busy for five passes.
+    /// serves nothing, or when every slot stayed busy for five passes. A slot that cannot be written is never
+    /// free.
     [[nodiscard]] volatile orv_slot* acquire_slot(const orv_request& request) noexcept;
 
     /// One exchange. `reply` is null or has room for 2048 bytes, zeroed by the caller; on true `reply_bytes`
@@ -44,7 +45,8 @@ class client_port {
 
   private:
     [[nodiscard]] bool open() noexcept;
-    [[nodiscard]] std::uint64_t usable_bytes() const noexcept;
+    [[nodiscard]] bool look_at_section(std::uint64_t address) noexcept;
+    [[nodiscard]] bool is_writable(const volatile orv_slot& slot, std::uint64_t slot_end) const noexcept;
     [[nodiscard]] volatile orv_slot* claim_slot() noexcept;
     [[nodiscard]] bool post_one_way(const orv_request& request) noexcept;
     void wait_for_reply(const volatile orv_slot& slot) noexcept;
@@ -55,9 +57,11 @@ class client_port {
     // lock: whoever sees a valid handle sees the section and the semaphore too.
     std::atomic<HANDLE> device{INVALID_HANDLE_VALUE};
     win::critical_section lock;  // serialises opening, nothing else
-    // How far the mapping reached at opening: the section's own size word is a claim that any client can
-    // overwrite.
+    // Found at opening, from the section's start. How far its mapping reaches: the section's own size word is
+    // a claim that any client can overwrite.
     std::uint64_t mapped_bytes = 0;
+    // How far it could be written then, from the first slot on.
+    std::uint64_t writable_end = 0;
 };
 
 }  // namespace ov::ipc::drvport::details

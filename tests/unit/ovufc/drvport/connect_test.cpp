@@ -104,7 +104,7 @@ TEST(Connect, NullSemaphore_ClosesTheDeviceAndIsTriedAgain) {
 
 TEST(Connect, NullSection_ClosesBothHandles) {
     fake_driver driver;
-    driver.gives_section = false;
+    driver.section_word = 0;
     client_port port;
     EXPECT_FALSE(port.connect());
     EXPECT_EQ(driver.closed, (std::vector<HANDLE>{fake_driver::semaphore, fake_driver::device}));

@@ -22,7 +22,7 @@ BOOL WINAPI device_io_control(HANDLE device, DWORD code, void* in, DWORD in_byte
         return FALSE;
     }
     auto& reply = *static_cast<orv_open_reply*>(out);
-    reply.section = fake->gives_section ? reinterpret_cast<std::uintptr_t>(fake_section) : 0;
+    reply.section = fake->section_word.value_or(reinterpret_cast<std::uintptr_t>(fake_section));
     reply.semaphore = fake->gives_semaphore ? reinterpret_cast<std::uintptr_t>(fake_driver::semaphore) : 0;
     reply.third = 0x3333333333333333;
     *returned = sizeof reply;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,7 +30,7 @@ class fake_driver {
     // What the driver does.
     bool present = true;
     bool answers_open = true;
-    bool gives_section = true;
+    std::optional<std::uint64_t> section_word;  // instead of where the section is
     bool gives_semaphore = true;
     DWORD open_delay_ms = 0;
     std::function<void()> on_signal;  // when the semaphore is released
