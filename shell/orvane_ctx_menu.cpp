@@ -117,11 +117,13 @@ OrvaneCtxMenu::QueryContextMenu(HMENU menu, UINT indexMenu, UINT idCmdFirst, UIN
 }
 
 HRESULT OrvaneCtxMenu::insert_tracked_item(HMENU menu, UINT indexMenu, UINT idCmdFirst, bool active) const {
-    // The popup flag beside a command number in place of a submenu is an old oddity that hosts have met for
-    // years: keep it.
+    // The popup flag beside a command number in place of a submenu is kept on purpose.
     const UINT grey = active ? 0 : MF_GRAYED;
-    InsertMenuW(menu, indexMenu, grey | MF_BYPOSITION | MF_POPUP, idCmdFirst, trackedItemText.c_str());
-    SetMenuItemBitmaps(menu, indexMenu, MF_BYPOSITION, menuBitmap.get(), menuBitmap.get());
+    if (InsertMenuW(menu, indexMenu, grey | MF_BYPOSITION | MF_POPUP, idCmdFirst, trackedItemText.c_str()) !=
+        FALSE) {
+        // Not without it: the item at that position would be the host's, and outlive the bitmap.
+        SetMenuItemBitmaps(menu, indexMenu, MF_BYPOSITION, menuBitmap.get(), menuBitmap.get());
+    }
     return 1;
 }
 

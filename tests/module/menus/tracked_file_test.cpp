@@ -79,6 +79,22 @@ TEST_F(TrackedFileMenu, hostsMenu_holdsTheItem) {
     EXPECT_NE(queried.added[0].unchecked_bitmap, nullptr);
 }
 
+// Wine inserts whatever it is asked to: the refusal is put in its place.
+TEST_F(TrackedFileMenu, itemThatCannotBeInserted_leavesTheHostsItemWithItsOwnBitmaps) {
+    const auto menu = file_menu();
+    const import_patch<decltype(InsertMenuW)> refusal(
+        module_.handle(), "user32.dll", "InsertMenuW",
+        [](HMENU, UINT, UINT, UINT_PTR, LPCWSTR) { return FALSE; });
+    const HMENU host = CreatePopupMenu();
+    AppendMenuW(host, MF_STRING, 1, L"the host's own");
+    EXPECT_EQ(menu->QueryContextMenu(host, 0, 100, 0x7FFF, CMF_NORMAL), 1);
+    const auto items = read_menu(host);
+    ASSERT_EQ(items.size(), 1U);
+    EXPECT_EQ(items[0].unchecked_bitmap, nullptr);
+    EXPECT_EQ(items[0].checked_bitmap, nullptr);
+    DestroyMenu(host);
+}
+
 TEST_F(TrackedFileMenu, driverThatServesNothing_greysTheItem) {
     service_.set_state(0);
     const auto menu = file_menu();
