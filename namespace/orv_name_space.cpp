@@ -3,7 +3,11 @@
 #include <shlguid.h>
 #include <shlobj.h>
 
+#include <utility>
+
 #include "module/state/class_ids.h"
+#include "ovufc/com/guard.h"
+#include "ovufc/win/srw_lock.h"
 
 namespace ov::name_space {
 
@@ -24,8 +28,13 @@ orvNameSpace::Initialize(PCIDLIST_ABSOLUTE id_list) noexcept {
     if (clone == nullptr) {
         return E_FAIL;
     }
-    folderIdList = std::move(clone);
-    return S_OK;
+    const HRESULT kept = com::guarded([&] {
+        const win::exclusive_lock lock(givenListsLock);
+        givenIdLists.push_back(std::move(clone));
+        folderIdList = givenIdLists.back().get();
+        return S_OK;
+    });
+    return SUCCEEDED(kept) ? S_OK : E_FAIL;
 }
 
 STDMETHODIMP
@@ -34,10 +43,11 @@ orvNameSpace::GetCurFolder(PIDLIST_ABSOLUTE* result) noexcept {
         return E_POINTER;
     }
     *result = nullptr;
-    if (folderIdList == nullptr) {
+    const PCIDLIST_ABSOLUTE location = folderIdList;
+    if (location == nullptr) {
         return E_FAIL;
     }
-    *result = ILCloneFull(folderIdList.get());
+    *result = ILCloneFull(location);
     return *result != nullptr ? S_OK : E_OUTOFMEMORY;
 }
 

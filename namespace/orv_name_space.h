@@ -3,6 +3,7 @@
 #include <windows.h>
 #include <shobjidl.h>
 
+#include <atomic>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -32,8 +33,9 @@ using orvNameSpaceBase = com::com_object<
 /// The list is built in the constructor from the cached protected-locations document and never changes; who
 /// wants the current list makes a new folder. `refresh_protected_locations` must have been called before.
 /// Make it with `com::make_object`: the caller owns the one reference. Called from several threads:
-/// `itemsLock` guards the items, `folderIdList` is set once before the folder is used. Every ID list handed
-/// in is bounded by its own size words and otherwise untrusted.
+/// `itemsLock` guards the items; a location that was handed out to the shell stays valid until the folder
+/// ends, whatever `Initialize` is given meanwhile. Every ID list handed in is bounded by its own size words
+/// and otherwise untrusted.
 class orvNameSpace final : public orvNameSpaceBase {
   public:
     /// Nothing that is wrong with the document fails the construction, want of memory for it included: at
@@ -90,6 +92,7 @@ class orvNameSpace final : public orvNameSpaceBase {
     // IPersist, IPersistFolder, IPersistFolder2
     STDMETHODIMP
     GetClassID(CLSID* clsid) noexcept override;
+    /// May be called again: the folder then is where the last call says.
     STDMETHODIMP
     Initialize(PCIDLIST_ABSOLUTE id_list) noexcept override;
     STDMETHODIMP
@@ -124,7 +127,13 @@ class orvNameSpace final : public orvNameSpaceBase {
     bool showAddons = false;
     bool detailsView = false;
     [[maybe_unused]] bool exportsAvailable = false;  // likewise
-    unique_absolute_id_list folderIdList;            // where the shell has put this folder
+    // Where the shell has put this folder: the list that `Initialize` was given last, or null.
+    std::atomic<PCIDLIST_ABSOLUTE> folderIdList{nullptr};
+    // Every list it was given. The earlier ones are kept until the folder ends, and not freed by the next
+    // `Initialize`: another thread may be copying one, or the shell making a menu of one, at that moment. A
+    // lock for all that would be held while the shell calls back into this folder.
+    std::vector<unique_absolute_id_list> givenIdLists;
+    SRWLOCK givenListsLock = SRWLOCK_INIT;  // for `Initialize` alone
 };
 
 }  // namespace ov::name_space

@@ -34,7 +34,7 @@ orvNameSpace::GetUIObjectOf(HWND owner, UINT count, PCUITEMID_CHILD_ARRAY entrie
             return create_item_associations(first, riid, result);
         }
         if (riid == IID_IDataObject) {
-            return create_item_data_object(folderIdList.get(), count, entries, riid, result);
+            return create_item_data_object(folderIdList, count, entries, riid, result);
         }
         return E_NOINTERFACE;
     });
@@ -44,7 +44,7 @@ HRESULT orvNameSpace::create_context_menu(HWND owner, UINT count, PCUITEMID_CHIL
                                           void** result) noexcept {
     DEFCONTEXTMENU menu{};
     menu.hwnd = owner;
-    menu.pidlFolder = folderIdList.get();
+    menu.pidlFolder = folderIdList;
     menu.psf = this;
     menu.cidl = count;
     menu.apidl = entries;

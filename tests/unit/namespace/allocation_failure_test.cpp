@@ -114,6 +114,22 @@ TEST_F(ShortOfMemory, folder_is_made_whole_or_not_at_all) {
     EXPECT_EQ(live, ov::module_state::namespace_object_count.value());
 }
 
+TEST_F(ShortOfMemory, location_that_cannot_be_kept_is_refused_and_the_earlier_one_stays) {
+    const unique_absolute_id_list first(ILCreateFromPathW(L"C:\\windows"));
+    const unique_absolute_id_list second(ILCreateFromPathW(L"C:\\windows\\system32"));
+    ASSERT_EQ(S_OK, folder->Initialize(first.get()));
+    const int failures = run_short_of_memory([&] {
+        const HRESULT result = folder->Initialize(second.get());
+        allocations_left = -1;
+        EXPECT_EQ(one_failed ? E_FAIL : S_OK, result);
+        PIDLIST_ABSOLUTE location = nullptr;
+        ASSERT_EQ(S_OK, folder->GetCurFolder(&location));
+        const unique_absolute_id_list owned(location);
+        EXPECT_TRUE(ILIsEqual((one_failed ? first : second).get(), location));
+    });
+    EXPECT_EQ(1, failures);
+}
+
 TEST_F(ShortOfMemory, property_is_then_empty_and_no_failure) {
     const auto id = entry(item_types::folder, L"C:\\no such folder\\a name too long for the string itself");
     const int failures = run_short_of_memory([&] {

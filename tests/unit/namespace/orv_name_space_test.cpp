@@ -2,6 +2,10 @@
 
 #include <shlguid.h>
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 #include "tests/support/import_patch.h"
 #include "tests/unit/namespace/folder_fixture.h"
 #include "ovufc/com/adopt.h"
@@ -99,6 +103,104 @@ TEST_F(OrvNameSpace, second_location_replaces_the_first) {
     PIDLIST_ABSOLUTE location = nullptr;
     ASSERT_EQ(S_OK, folder->GetCurFolder(&location));
     EXPECT_TRUE(ILIsEqual(second.get(), unique_absolute_id_list(location).get()));
+}
+
+// What a folder does with its locations, and a second `Initialize` in the middle of it.
+struct location_watch {
+    orvNameSpace* folder = nullptr;
+    PCIDLIST_ABSOLUTE next_place = nullptr;  // given to the folder at the next copy
+    std::vector<const void*> made;
+    std::vector<const void*> freed;
+
+    // As another thread would, between the folder's look at its location and the use of it.
+    void initialize_again() {
+        if (const auto place = std::exchange(next_place, nullptr)) {
+            EXPECT_EQ(S_OK, folder->Initialize(place));
+        }
+    }
+    [[nodiscard]] bool is_alive(const void* list) const {
+        return std::find(freed.begin(), freed.end(), list) == freed.end();
+    }
+};
+location_watch* watch;
+
+template <class Function>
+Function* not_by_import(const wchar_t* dll, const char* name) {
+    return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(dll), name)));
+}
+
+PIDLIST_ABSOLUTE WINAPI watched_clone(LPCITEMIDLIST list) {
+    watch->initialize_again();
+    if (!watch->is_alive(list)) {
+        ADD_FAILURE() << "the list that is being copied was freed";
+        return nullptr;
+    }
+    auto* const clone =
+        not_by_import<PIDLIST_ABSOLUTE WINAPI(LPCITEMIDLIST)>(L"shell32.dll", "ILClone")(list);
+    watch->made.push_back(clone);
+    return clone;
+}
+
+void WINAPI watched_free(void* memory) {
+    watch->freed.push_back(memory);
+    not_by_import<decltype(CoTaskMemFree)>(L"ole32.dll", "CoTaskMemFree")(memory);
+}
+
+HRESULT WINAPI menu_after_initialize(const DEFCONTEXTMENU* menu, REFIID, void**) {
+    watch->initialize_again();
+    EXPECT_TRUE(watch->is_alive(menu->pidlFolder));
+    return S_OK;
+}
+
+class Relocated : public folder_test {
+  protected:
+    Relocated() {
+        watch = &seen;
+        seen.folder = folder.Get();
+        EXPECT_EQ(S_OK, folder->Initialize(first.get()));
+    }
+
+    location_watch seen;
+    const unique_absolute_id_list first{ILCreateFromPathW(L"C:\\windows")};
+    const unique_absolute_id_list second{ILCreateFromPathW(L"C:\\windows\\system32")};
+
+  private:
+    const import_patch<decltype(watched_clone)> clones_{GetModuleHandleW(nullptr), "shell32.dll", "ILClone",
+                                                        watched_clone};
+    const import_patch<decltype(watched_free)> frees_{GetModuleHandleW(nullptr), "ole32.dll", "CoTaskMemFree",
+                                                      watched_free};
+};
+
+TEST_F(Relocated, while_its_location_is_copied_the_copy_is_of_the_earlier_one) {
+    seen.next_place = second.get();
+    PIDLIST_ABSOLUTE location = nullptr;
+    ASSERT_EQ(S_OK, folder->GetCurFolder(&location));
+    EXPECT_TRUE(ILIsEqual(first.get(), unique_absolute_id_list(location).get()));
+    ASSERT_EQ(S_OK, folder->GetCurFolder(&location));
+    EXPECT_TRUE(ILIsEqual(second.get(), unique_absolute_id_list(location).get()));
+}
+
+TEST_F(Relocated, while_the_shell_makes_a_menu_the_earlier_location_lives_on) {
+    const import_patch<decltype(SHCreateDefaultContextMenu)> patch(
+        GetModuleHandleW(nullptr), "shell32.dll", "SHCreateDefaultContextMenu", menu_after_initialize);
+    seen.next_place = second.get();
+    const auto id = entry(item_types::folder);
+    PCUITEMID_CHILD ids[] = {id.get()};
+    void* menu = nullptr;
+    EXPECT_EQ(S_OK, folder->GetUIObjectOf(nullptr, 1, ids, IID_IContextMenu, nullptr, &menu));
+    EXPECT_EQ(nullptr, seen.next_place);
+}
+
+TEST_F(Relocated, folder_that_ends_frees_every_location_once) {
+    for (int i = 0; i < 5; ++i) {
+        ASSERT_EQ(S_OK, folder->Initialize(second.get()));
+    }
+    seen.freed.clear();
+    folder.Reset();
+    ASSERT_EQ(6u, seen.made.size());
+    for (const void* list : seen.made) {
+        EXPECT_EQ(1, std::count(seen.freed.begin(), seen.freed.end(), list));
+    }
 }
 
 PIDLIST_ABSOLUTE WINAPI no_clone(LPCITEMIDLIST) {
