@@ -20,8 +20,8 @@ inline constexpr from_last_error_t from_last_error{};
 /// fail.
 ///
 /// A copy keeps the message and has code 0, on purpose: whoever catches by value, or keeps a copy, must not
-/// act on the code. Whoever catches by reference sees the thrown object's own code; that holds because a
-/// `throw` of a fresh object builds it in place, and because moving keeps the code.
+/// act on the code. Whoever catches by reference sees the thrown object's own code, because a `throw` of a
+/// fresh object builds it in place; `throw` of a named one throws a copy. There is no move beside the copy.
 class exception : public std::runtime_error {
   public:
     /// Bad input: the code is ERROR_INVALID_PARAMETER.
@@ -34,13 +34,11 @@ class exception : public std::runtime_error {
         : std::runtime_error(message), code(GetLastError()) {}
 
     exception(const exception& other) noexcept : std::runtime_error(other), code(0) {}
-    exception(exception&& other) noexcept = default;
     exception& operator=(const exception& other) noexcept {
         std::runtime_error::operator=(other);
         code = 0;
         return *this;
     }
-    exception& operator=(exception&& other) noexcept = default;
     ~exception() override = default;
 
     std::uint32_t code;
