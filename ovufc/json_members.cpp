@@ -1,7 +1,5 @@
 #include "ovufc/json_members.h"
 
-#include <limits>
-
 namespace ov {
 
 const json* find_member(const json& value, std::string_view key) noexcept {
@@ -19,9 +17,6 @@ const std::string* as_text(const json& value) noexcept {
 
 std::optional<std::int64_t> as_integer(const json& value) noexcept {
     if (const auto* number = value.get_ptr<const json::number_unsigned_t*>()) {
-        if (*number > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
-            return std::nullopt;
-        }
         return static_cast<std::int64_t>(*number);
     }
     if (const auto* number = value.get_ptr<const json::number_integer_t*>()) {

@@ -18,7 +18,8 @@ namespace ov {
 [[nodiscard]] const std::string* as_text(const json& value) noexcept;
 
 /// A number as a signed 64-bit integer, fractions cut toward zero; none for anything else, and for a number
-/// that such an integer cannot hold.
+/// that 64 bits cannot hold. From 2^63 to 2^64 - 1 it is the negative integer of the same bits, as the
+/// library's own conversion has it: a file time has no sign, and its reader turns it back.
 [[nodiscard]] std::optional<std::int64_t> as_integer(const json& value) noexcept;
 
 }  // namespace ov

@@ -58,6 +58,18 @@ TEST_F(Addons, timestampOfZero_isAnEmptyDate) {
     EXPECT_EQ(boxes.shown()[1].style, 0x50040U);
 }
 
+// File times have no sign; the system turns none of the upper half into a date.
+TEST_F(Addons, timestampInTheUpperHalf_isATimestampWithoutADate) {
+    for (const char* timestamp : {"9223372036854775808", "18446744073709551615"}) {
+        reply_timestamp(timestamp);
+        message_box_script boxes(module_.handle(), {IDOK, IDOK});
+        EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
+        ASSERT_EQ(boxes.shown().size(), 2U);
+        EXPECT_EQ(boxes.shown()[1].text, message_texts::of(0x40018, L"")) << timestamp;
+        EXPECT_EQ(boxes.shown()[1].style, 0x50040U) << timestamp;
+    }
+}
+
 TEST_F(Addons, noTimestamp_isTheFailureMessage) {
     for (const char* text :
          {R"({"data":{"lastTimestamp":5},"statusCode":0})", R"({"data":{},"statusCode":-2})",

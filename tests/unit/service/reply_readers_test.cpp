@@ -202,7 +202,7 @@ TEST(ReadRestorePoint, anyOtherReply_leavesTheValuesAlone) {
          R"({"statusCode":0,"data":{"restorePoints":[{"createdOn":"5","sequenceNumber":6}]}})",
          R"({"statusCode":0,"data":{"restorePoints":[{"createdOn":5,"sequenceNumber":true}]}})",
          R"({"statusCode":0,"data":{"restorePoints":[{"createdOn":1e300,"sequenceNumber":6}]}})",
-         R"({"statusCode":0,"data":{"restorePoints":[{"createdOn":5,"sequenceNumber":18446744073709551615}]}})"}) {
+         R"({"statusCode":0,"data":{"restorePoints":[{"createdOn":5,"sequenceNumber":18446744073709551616}]}})"}) {
         EXPECT_EQ(point_of(of(text)), none_untouched) << text;
     }
 }
@@ -230,13 +230,20 @@ TEST(ReadLastTimestamp, statusMinus2_givesTheTimestamp) {
     EXPECT_EQ(read_last_timestamp(of(R"({"statusCode":-2.5,"data":{"lastTimestamp":7.9}})")), 7u);
 }
 
+// A file time has 64 bits without a sign.
+TEST(ReadLastTimestamp, upperHalfOfTheFileTimes_isRead) {
+    EXPECT_EQ(read_last_timestamp(of(R"({"statusCode":-2,"data":{"lastTimestamp":9223372036854775808}})")),
+              0x8000000000000000u);
+    EXPECT_EQ(read_last_timestamp(of(R"({"statusCode":-2,"data":{"lastTimestamp":18446744073709551615}})")),
+              0xFFFFFFFFFFFFFFFFu);
+}
+
 TEST(ReadLastTimestamp, anyOtherReply_isNone) {
     EXPECT_EQ(read_last_timestamp(no_answer()), std::nullopt);
     for (const char* text :
          {R"({"statusCode":0,"data":{"lastTimestamp":5}})", R"({"statusCode":2,"data":{"lastTimestamp":5}})",
           R"({"statusCode":-3,"data":{"lastTimestamp":5}})", R"({"data":{"lastTimestamp":5}})",
-          R"({"statusCode":-2})", R"({"statusCode":18446744073709551614,"data":{"lastTimestamp":5}})",
-          R"({"statusCode":-2,"data":{}})", R"({"statusCode":-2,"data":[5]})",
+          R"({"statusCode":-2})", R"({"statusCode":-2,"data":{}})", R"({"statusCode":-2,"data":[5]})",
           R"({"statusCode":-2,"data":{"lastTimestamp":"5"}})",
           R"({"statusCode":-2,"data":{"lastTimestamp":null}})",
           R"({"statusCode":-2,"data":{"lastTimestamp":true}})",

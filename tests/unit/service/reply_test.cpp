@@ -72,10 +72,14 @@ TEST(ReplyStatus, fraction_isCutTowardZero) {
     EXPECT_EQ(of(R"({"statusCode":1.0})").status(), 1);
 }
 
+TEST(ReplyStatus, unsignedNumber_isTheSignedOneOfTheSameBits) {
+    EXPECT_EQ(of(R"({"statusCode":18446744073709551614})").status(), -2);
+    EXPECT_EQ(of(R"({"statusCode":9223372036854775808})").status(), std::numeric_limits<std::int64_t>::min());
+}
+
 TEST(ReplyStatus, numberBeyond64Bits_isAStatusNobodyKnows) {
     for (const char* text :
-         {R"({"statusCode":1e300})", R"({"statusCode":-1e300})", R"({"statusCode":18446744073709551614})",
-          R"({"statusCode":18446744073709551616})"}) {
+         {R"({"statusCode":1e300})", R"({"statusCode":-1e300})", R"({"statusCode":18446744073709551616})"}) {
         EXPECT_EQ(of(text).status(), std::numeric_limits<std::int64_t>::max()) << text;
     }
 }

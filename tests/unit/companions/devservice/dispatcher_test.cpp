@@ -24,7 +24,6 @@ TEST_F(Dispatcher, text_that_is_no_request_gets_status_1) {
           std::string(R"({"serviceCall":13})"), std::string(R"({"parameters":null,"serviceCall":13})"),
           std::string(R"({"parameters":{},"serviceCall":"13"})"),
           std::string(R"({"parameters":{},"serviceCall":1e999})"),
-          std::string(R"({"parameters":{},"serviceCall":18446744073709551615})"),
           std::string(R"({"parameters":[],"serviceCall":13})")}) {
         EXPECT_EQ(status_for(text), 1) << text.substr(0, 60);
     }
@@ -46,6 +45,7 @@ TEST_F(Dispatcher, unknown_number_gets_status_2) {
     for (const int number : {0, -1, 1, 12, 48, 1'000'000}) {
         EXPECT_EQ(status_of_reply(call(number, json::object())), 2) << number;
     }
+    EXPECT_EQ(status_for(R"({"parameters":{},"serviceCall":18446744073709551615})"), 2);
 }
 
 TEST_F(Dispatcher, every_call_with_parameters_refuses_to_do_without) {

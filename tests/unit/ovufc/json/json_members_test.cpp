@@ -56,9 +56,14 @@ TEST(AsInteger, fractions_areCutTowardZero) {
     EXPECT_EQ(as_integer(json::parse("1e3")), 1000);
 }
 
-TEST(AsInteger, numbersThatDoNotFit_areNone) {
-    for (const char* text : {"9223372036854775808", "18446744073709551614", "18446744073709551616", "9.3e18",
-                             "-9.3e18", "1e300", "-1e300"}) {
+TEST(AsInteger, unsignedNumbers_keepTheirBits) {
+    EXPECT_EQ(as_integer(json::parse("9223372036854775808")), std::numeric_limits<std::int64_t>::min());
+    EXPECT_EQ(as_integer(json::parse("18446744073709551614")), -2);
+    EXPECT_EQ(as_integer(json::parse("18446744073709551615")), -1);
+}
+
+TEST(AsInteger, numbersBeyond64Bits_areNone) {
+    for (const char* text : {"18446744073709551616", "9.3e18", "-9.3e18", "1e300", "-1e300"}) {
         EXPECT_EQ(as_integer(json::parse(text)), std::nullopt) << text;
     }
 }
