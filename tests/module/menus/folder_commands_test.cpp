@@ -64,6 +64,18 @@ TEST_F(FolderCommands, wideForm_runsTheSameCommand) {
     EXPECT_EQ(sent().size(), 1U);
 }
 
+TEST_F(FolderCommands, wideNameBesideAnOffset_isNotLookedAt) {
+    service_.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
+    const auto menu = folder_menu();
+    CMINVOKECOMMANDINFOEX info{};
+    info.cbSize = sizeof info;
+    info.fMask = CMIC_MASK_UNICODE;
+    info.lpVerb = MAKEINTRESOURCEA(3);
+    info.lpVerbW = L"Export chronels";
+    EXPECT_EQ(menu->InvokeCommand(reinterpret_cast<CMINVOKECOMMANDINFO*>(&info)), S_OK);
+    EXPECT_EQ(sent().size(), 1U);
+}
+
 TEST_F(FolderCommands, protectionNotConfirmed_sendsNothing) {
     fake_dialog_library dialogs(module_.handle());
     const auto menu = folder_menu();

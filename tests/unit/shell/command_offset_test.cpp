@@ -52,20 +52,11 @@ TEST(CommandOffset, wideForm_ofTheSameOffset) {
     EXPECT_EQ(offset_of(wide(MAKEINTRESOURCEA(2), MAKEINTRESOURCEW(2))), 2);
 }
 
-TEST(CommandOffset, nameInTheWideFormAlone_isNone) {
-    EXPECT_EQ(offset_of(wide(nullptr, L"open")), std::nullopt);
-}
-
-TEST(CommandOffset, wideNameOfAHostThatDoesNotSayWide_isNotLookedAt) {
-    auto info = wide(MAKEINTRESOURCEA(1), L"open");
-    info.fMask = 0;
-    EXPECT_EQ(offset_of(info), 1);
-}
-
-TEST(CommandOffset, shortStructureThatClaimsToBeWide_isNotReadBeyondItsEnd) {
-    auto info = wide(MAKEINTRESOURCEA(1), L"open");
-    info.cbSize = sizeof(CMINVOKECOMMANDINFO);
-    EXPECT_EQ(offset_of(info), 1);
+TEST(CommandOffset, wideVerb_isNotLookedAt) {
+    EXPECT_EQ(offset_of(wide(MAKEINTRESOURCEA(1), L"open")), 1);
+    EXPECT_EQ(offset_of(wide(MAKEINTRESOURCEA(1), MAKEINTRESOURCEW(3))), 1);
+    EXPECT_EQ(offset_of(wide(nullptr, L"open")), 0);
+    EXPECT_EQ(offset_of(wide("open", MAKEINTRESOURCEW(1))), std::nullopt);
 }
 
 }  // namespace
