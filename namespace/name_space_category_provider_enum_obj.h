@@ -20,8 +20,8 @@ class NameSpaceCategoryProviderEnumObj final : public NameSpaceCategoryProviderE
   public:
     virtual ~NameSpaceCategoryProviderEnumObj();
 
-    /// Only one at a time may be asked for. The end of the list is E_INVALIDARG and not S_FALSE, on purpose:
-    /// the view takes any failure as the end.
+    /// Only one at a time may be asked for. The end of the list is E_INVALIDARG and not S_FALSE, kept on
+    /// purpose: a failure ends a walk as S_FALSE does.
     STDMETHODIMP
     Next(ULONG count, GUID* guids, ULONG* fetched) noexcept override;
     STDMETHODIMP

@@ -16,7 +16,7 @@ using NameSpaceTypeCategorizerBase =
 
 /// Puts items under the four headings of `type_categories`. Keeps the folder alive. One thread at a time.
 ///
-/// No text gets a terminator: the view hands in zeroed buffers.
+/// No text gets a terminator, kept on purpose: whoever asks zeroes the buffer first.
 class NameSpaceTypeCategorizer final : public NameSpaceTypeCategorizerBase {
   public:
     explicit NameSpaceTypeCategorizer(IShellFolder2* owner) noexcept;

@@ -11,8 +11,8 @@ namespace {
 /// What GetTempPathW is told that it may fill; the buffer holds one more.
 constexpr DWORD temp_path_chars = 260;
 
-constexpr HRESULT file_too_large = static_cast<HRESULT>(0x8007006F);
-constexpr HRESULT file_is_empty = static_cast<HRESULT>(0x800700E8);
+constexpr HRESULT file_too_large = HRESULT_FROM_WIN32(ERROR_BUFFER_OVERFLOW);
+constexpr HRESULT file_is_empty = HRESULT_FROM_WIN32(ERROR_NO_DATA);
 
 HRESULT last_error() noexcept {
     return HRESULT_FROM_WIN32(GetLastError());

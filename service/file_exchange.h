@@ -18,8 +18,9 @@ inline constexpr std::int64_t driver_file_limit_bytes = 0x1400000;
 
 /// Reads the whole file at `path`, up to its first NUL, into `text`; on failure `text` is untouched.
 ///
-/// 0x8007006F for a file above the limit, 0x800700E8 for an empty one, the Windows error of opening, sizing
-/// or reading otherwise; E_OUTOFMEMORY when there is no memory for it.
+/// The failures are Windows errors as HRESULTs: ERROR_BUFFER_OVERFLOW for a file above the limit,
+/// ERROR_NO_DATA for an empty one, else that of opening, sizing or reading; and E_OUTOFMEMORY when there is
+/// no memory for it.
 [[nodiscard]] HRESULT read_file_text(const std::wstring& path, std::string& text) noexcept;
 
 /// The text of a file that the driver wrote for this process; empty when it could not be read. The file is

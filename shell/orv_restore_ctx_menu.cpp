@@ -54,8 +54,7 @@ void restore_first_point() {
     if (!confirmed_twice(createdOn)) {
         return;
     }
-    // The driver expects the folders to be asked for before it restores; the list itself is not used. The
-    // driver reports the outcome of the restore.
+    // The list is asked for and dropped, kept on purpose. The driver reports the outcome of the restore.
     (void)service::get_restore_folders(createdOn, sequenceNumber);
     (void)service::restore_from_point(createdOn, sequenceNumber);
 }

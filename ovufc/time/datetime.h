@@ -27,7 +27,7 @@ class datetime {
     virtual void parse(const std::wstring& text);
 
     /// "2021-03-04T05:06:07Z", or local time with the zone's offset. The offset is that of this moment, not
-    /// the one in force at the date written, on purpose: those who read these texts reckon with it.
+    /// the one in force at the date written: kept on purpose.
     [[nodiscard]] virtual std::wstring format(bool local, bool withMilliseconds = false) const;
 
     /// Date and time for people, in the user's locale. Local time is made with the rules of the date shown.

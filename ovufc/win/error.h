@@ -26,9 +26,8 @@ namespace ov::win {
                                        const std::string& function);
 
 /// "prefix: " if there is a prefix, then a blank and the printed text if there is a format. Prefix and text
-/// together therefore have two blanks between them; that is how these messages have always read, and it
-/// stays. `format` and its arguments mean what they mean to printf; a format that comes without arguments is
-/// safe whatever it holds (printf_text.h).
+/// together therefore have two blanks between them, kept on purpose. `format` and its arguments mean what
+/// they mean to printf; a format that comes without arguments is safe whatever it holds (printf_text.h).
 template <class... Arguments>
 [[nodiscard]] std::string format_error_message(const std::string& prefix, const std::string& format,
                                                const Arguments&... arguments) {

@@ -19,8 +19,8 @@ namespace {
 
 constexpr const char* message_prefix = "Win32";
 
-// The place that a failed write names. A fixed number, known to those who read such messages; it is not where
-// the code happens to stand in this file.
+// The place that a failed write names: part of the message's text and kept on purpose, not where the code
+// happens to stand in this file.
 constexpr std::int32_t set_value_line = 433;
 
 constexpr REGSAM read_write_access = KEY_READ | KEY_SET_VALUE | KEY_CREATE_SUB_KEY;

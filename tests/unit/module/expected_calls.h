@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-/// What installers and administrators out there rely on, call by call and byte by byte, written out here
-/// independently of the module's own tables. In the lines of tests/support/registry_watch.h.
+/// The registry layout, call by call and byte by byte, written out here independently of the module's own
+/// tables. In the lines of tests/support/registry_watch.h.
 namespace ov::test {
 
 /// Where expected_registration takes the module to be.

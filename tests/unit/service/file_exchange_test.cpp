@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 
 #include "ovufc/win/handle.h"
@@ -15,8 +16,10 @@ using ov::service::take_driver_file;
 using ov::service::temp_folder;
 using ov::test::temp_file;
 
-constexpr HRESULT too_large = static_cast<HRESULT>(0x8007006F);
-constexpr HRESULT is_empty = static_cast<HRESULT>(0x800700E8);
+constexpr HRESULT too_large = HRESULT_FROM_WIN32(ERROR_BUFFER_OVERFLOW);
+static_assert(static_cast<std::uint32_t>(too_large) == 0x8007006F);
+constexpr HRESULT is_empty = HRESULT_FROM_WIN32(ERROR_NO_DATA);
+static_assert(static_cast<std::uint32_t>(is_empty) == 0x800700E8);
 constexpr HRESULT not_found = static_cast<HRESULT>(0x80070002);
 constexpr HRESULT sharing_violation = static_cast<HRESULT>(0x80070020);
 

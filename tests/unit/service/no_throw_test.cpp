@@ -11,8 +11,7 @@ namespace {
 using namespace ov::service;  // the functions under test
 using ov::test::throws_so_far;
 
-/// A module that has thrown once leaks a TLS index each time it is loaded again: what is expected to fail now
-/// and then fails without an exception, in our code and in the library's.
+/// What is expected to fail now and then fails without an exception, in our code and in the library's.
 class ExpectedFailures : public ov::test::service_calls_test {
   protected:
     static void make_every_call() {
