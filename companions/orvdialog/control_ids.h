@@ -1,8 +1,8 @@
 #ifndef ORV_DIALOG_CONTROL_IDS_H
 #define ORV_DIALOG_CONTROL_IDS_H
 
-/* Ids of the dialogs' controls. Kept as they are: tests and run.sh find the buttons by them. OK (1) and Cancel
-   (2) are the system's. */
+/* Ids of the dialogs' controls. Kept as they are: tests and run.sh find the buttons by them. OK (1) and
+   Cancel (2) are the system's. */
 
 /* Protection of a folder (export 17). Title "Orvane Vaultkeep - Protection". IDOK: protect. IDCANCEL. */
 #define IDD_PROTECT 17
