@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "companions/devservice/mark.h"
 #include "companions/devservice/path.h"
 #include "companions/devservice/sha256.h"
 
@@ -32,11 +33,13 @@ DWORD open_for_reading(const std::wstring& path, win::unique_file& file) {
     if (!opened) {
         return GetLastError();
     }
-    BY_HANDLE_FILE_INFORMATION information{};
-    if (!GetFileInformationByHandle(opened.get(), &information)) {
+    FILE_ATTRIBUTE_TAG_INFO information{};
+    if (!GetFileInformationByHandleEx(opened.get(), FileAttributeTagInfo, &information, sizeof information)) {
         return GetLastError();
     }
-    if ((information.dwFileAttributes & (FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DIRECTORY)) != 0) {
+    const DWORD no_file = FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DIRECTORY;
+    if ((information.FileAttributes & no_file) != 0 &&
+        !is_marked_file(information.FileAttributes, information.ReparseTag)) {
         return ERROR_CANT_ACCESS_FILE;
     }
     file = std::move(opened);
@@ -185,8 +188,10 @@ bool is_plain_folder(const std::wstring& path) {
 bool leads_through_link(const std::wstring& folder, const std::wstring& relative) {
     std::wstring part = relative;
     while (!part.empty()) {
-        const DWORD attributes = attributes_of(joined(folder, part));
-        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+        const std::wstring path = joined(folder, part);
+        const DWORD attributes = attributes_of(path);
+        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+            !is_marked(path)) {
             return true;
         }
         part = parent_of(part);

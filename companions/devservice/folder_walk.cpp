@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "companions/devservice/mark.h"
 #include "companions/devservice/path.h"
 #include "ovufc/win/handle.h"
 
@@ -10,7 +11,8 @@ namespace {
 
 found_entry entry_from(const WIN32_FIND_DATAW& data, const std::wstring& relative) {
     found_entry entry{.relative = relative, .attributes = data.dwFileAttributes};
-    if ((data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+    entry.marked = is_marked_file(data.dwFileAttributes, data.dwReserved0);
+    if ((data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && !entry.marked) {
         entry.kind = entry_kind::link;
     } else if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
         entry.kind = entry_kind::folder;

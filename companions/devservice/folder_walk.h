@@ -16,14 +16,15 @@ enum class entry_kind { file, folder, link };
 struct found_entry {
     std::wstring relative;  // path below the folder that was walked
     entry_kind kind = entry_kind::file;
+    bool marked = false;  // a file that bears the mark of a tracked one
     DWORD attributes = 0;
     std::uint64_t size_bytes = 0;
     std::int64_t written = 0;  // last write, a file time
 };
 
-/// Everything below `folder` (a clean path), each folder before what it holds. A link (any reparse point) is
-/// named and not followed. `left_out` and what is below it are passed over: the service's own folder must not
-/// be copied into itself. Folders that cannot be listed go to `unreadable`.
+/// Everything below `folder` (a clean path), each folder before what it holds. A link (any reparse point but
+/// the mark of a tracked file) is named and not followed. `left_out` and what is below it are passed over:
+/// the service's own folder must not be copied into itself. Folders that cannot be listed go to `unreadable`.
 [[nodiscard]] std::vector<found_entry> walk_folder(const std::wstring& folder, const std::wstring& left_out,
                                                    problems& unreadable);
 

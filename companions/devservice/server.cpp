@@ -64,6 +64,7 @@ void server::answer(const devdriver::request& request) {
     // First what the reply is about: a client that has read it may look at the status block at once.
     show_state();
     side_.reply(request, text);
+    keep_marks();
 }
 
 void server::take_up_changes() {
@@ -71,6 +72,7 @@ void server::take_up_changes() {
         context_.note("the state file cannot be read; serving the state before it: " + describe(error));
     }
     show_state();
+    keep_marks();
 }
 
 void server::show_state() {
@@ -80,6 +82,20 @@ void server::show_state() {
         side_.set_generation(state.generation);
     }
     shown_.publish(state.revision);
+}
+
+void server::keep_marks() {
+    const service_state& state = context_.store.state();
+    if (state.revision == marked_revision_) {
+        return;
+    }
+    const marks::changes done = marks_.update(state);
+    marked_revision_ = state.revision;
+    if (done.set != 0 || done.taken_away != 0) {
+        context_.note("  marks set: " + std::to_string(done.set) +
+                      ", taken away: " + std::to_string(done.taken_away));
+    }
+    context_.note(done.failed);
 }
 
 }  // namespace ov::devservice

@@ -7,6 +7,7 @@
 
 #include "companions/devdriver/service_side.h"
 #include "companions/devservice/answering.h"
+#include "companions/devservice/marks.h"
 #include "companions/devservice/presence.h"
 
 namespace ov::devservice {
@@ -17,7 +18,10 @@ class server {
   public:
     /// `when_serving` is called once, when clients can be answered.
     server(answering& context, presence& shown, std::function<void()> when_serving)
-        : context_(context), shown_(shown), when_serving_(std::move(when_serving)) {}
+        : context_(context),
+          shown_(shown),
+          when_serving_(std::move(when_serving)),
+          marks_(context.store.folder()) {}
 
     /// Serves until `presence::stopping`; when the driver goes meanwhile, waits for it and serves again.
     /// ERROR_SUCCESS at the end. Before serving once: ERROR_FILE_NOT_FOUND without a driver,
@@ -29,11 +33,14 @@ class server {
     void wait_for_driver();
     void take_up_changes();
     void show_state();
+    void keep_marks();
     void answer(const devdriver::request& request);
 
     answering& context_;
     presence& shown_;
     std::function<void()> when_serving_;
+    marks marks_;
+    std::uint64_t marked_revision_ = 0;
     devdriver::service_side side_;
 };
 
