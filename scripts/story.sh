@@ -47,9 +47,10 @@ hashes() { (cd "$1" && find . -type f -print0 | sort -z | xargs -0 sha256sum); }
 
 picture() { import -window root -trim +repage "$pictures/$1.png" && say "  (picture: build/$ORV_PRESET/screenshots/$1.png)"; }
 
-# press_window NAME TITLE BUTTON: waits for a window, takes its picture, clicks.
+# press_window NAME TITLE BUTTON [DOWN]: waits for a window, goes DOWN lines down in its list, takes its picture and
+# clicks.
 press_window() {
-    run_wine 60 "$bin/press.exe" --title "$2" --button "$3" --timeout 30 --wait-only | tr -d '\r'
+    run_wine 60 "$bin/press.exe" --title "$2" --button "$3" --down "${4:-0}" --timeout 30 --wait-only | tr -d '\r'
     picture "$1"
     run_wine 60 "$bin/press.exe" --title "$2" --button "$3" --quiet
 }
@@ -121,6 +122,27 @@ restore() {
     fi
 }
 
+# A tracked file's own menu. The service marks files where a file system keeps the mark and a filter opens them; below
+# Wine nothing does, so shellhost answers the product's question for it, and says so.
+versions() {
+    local file="$folder/2026/day 1.txt" version
+    step "A file whose history is kept: written three times, each version kept"
+    for version in one two three; do
+        printf 'Version %s of a day.\n' "$version" >"$file"
+        service restore-point
+        sha256sum <"$file" >"$pictures/version-$version.sha256"
+    done
+    printf 'Spoiled.\n' >"$file"
+    step "Its own menu; the item opens the list of versions, where the one before the newest is restored"
+    host menu "$windows_folder\\2026\\day 1.txt" --tracked --invoke 0 >"$pictures/versions.txt" &
+    local invoking=$!
+    press_window versions "Orvane Vaultkeep - Earlier versions" 124 1
+    wait "$invoking"
+    cat "$pictures/versions.txt"
+    sha256sum <"$file" | cmp -s - "$pictures/version-two.sha256" || die "the file is not what its second version was"
+    say "The file is byte for byte what its second version was."
+}
+
 unprotect() {
     step "Unprotecting the folder by the menu"
     host menu "$windows_folder" --invoke 1 >"$pictures/unprotect.txt" &
@@ -148,6 +170,7 @@ make_folder
 protect
 wreck
 restore
+versions
 explorer
 unprotect
 if [ "$keep" = no ]; then

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/support/shipped_module.h"
+#include "tests/support/temp_folder.h"
 #include "tests/support/watchdog.h"
 #include "tests/ui/known_service.h"
 #include "tests/ui/piped_process.h"
@@ -59,6 +60,18 @@ TEST_F(CommandLine, Menu_IsPrintedAsATree) {
 
 TEST_F(CommandLine, ExtendedMenu_IsEmpty) {
     EXPECT_THAT(run(L"menu --extended " + projects()).lines, Contains("  (no items)"));
+}
+
+TEST_F(CommandLine, TrackedFile_HasItsOwnItemAndItIsSaidThatTheMarkIsAnswered) {
+    const temp_folder folder;
+    const std::wstring file = L"\"" + folder.make_file(L"report.docx", "text") + L"\"";
+    EXPECT_THAT(run(L"menu " + file).lines, Contains("  (no items)"));
+    const outcome result = run(L"menu --tracked " + file);
+    EXPECT_EQ(result.exit_code, 0U);
+    EXPECT_THAT(result.lines, Contains(StartsWith("No file system here keeps the mark of a tracked file")));
+    EXPECT_THAT(result.lines, Contains("  handler Orvane Vaultkeep: returned 0x00000001"));
+    EXPECT_THAT(run(L"menu --tracked " + projects()).lines,
+                Contains("  handler Orvane Vaultkeep: returned 0x00000005"));
 }
 
 TEST_F(CommandLine, Invoke_RunsTheCommandNamedByItsText) {

@@ -16,12 +16,13 @@ using ov::command_line::print_line;
 using ov::command_line::print_note;
 
 constexpr const wchar_t* help =
-    L"press --title TEXT [--button ID] [--timeout SECONDS] [--wait-only] [--quiet]\n"
+    L"press --title TEXT [--button ID] [--down COUNT] [--timeout SECONDS] [--wait-only] [--quiet]\n"
     L"\n"
     L"Waits until a visible window whose title begins with TEXT is there, prints the texts in it and "
     L"presses\n"
     L"the button with control id ID (1 is OK, 2 is Cancel; 1 unless said otherwise).\n"
     L"\n"
+    L"  --down COUNT       first presses the Down key so often in what has that window's focus\n"
     L"  --timeout SECONDS  gives up after so long (20)\n"
     L"  --wait-only        presses nothing\n"
     L"  --quiet            prints nothing\n"
@@ -33,10 +34,12 @@ constexpr DWORD settle_ms = 200;
 constexpr DWORD ms_per_s = 1000;
 constexpr unsigned longest_s = 3600;
 constexpr unsigned largest_id = 65535;
+constexpr unsigned most_downs = 1000;
 
 struct options {
     std::wstring title;
     int button = IDOK;
+    unsigned downs = 0;
     DWORD timeout_s = 20;
     bool presses = true;
     bool prints = true;
@@ -54,6 +57,7 @@ options read_options(ov::command_line::arguments& words) {
     options read;
     const auto title = words.take_value(L"--title");
     read.button = static_cast<int>(words.take_number(L"--button", 1, largest_id).value_or(IDOK));
+    read.downs = words.take_number(L"--down", 0, most_downs).value_or(0);
     read.timeout_s = words.take_number(L"--timeout", 1, longest_s).value_or(read.timeout_s);
     read.presses = !words.take_switch(L"--wait-only");
     read.prints = !words.take_switch(L"--quiet");
@@ -95,6 +99,19 @@ HWND wait_for_window(const options& asked) {
     }
 }
 
+void press_down(HWND window, unsigned count) {
+    GUITHREADINFO input{};
+    input.cbSize = sizeof input;
+    if (!GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &input)) {
+        return;
+    }
+    for (unsigned i = 0; i < count; ++i) {
+        PostMessageW(input.hwndFocus, WM_KEYDOWN, VK_DOWN, 1);
+        PostMessageW(input.hwndFocus, WM_KEYUP, VK_DOWN, 1);
+    }
+    Sleep(settle_ms);
+}
+
 BOOL CALLBACK print_child(HWND child, LPARAM /*parameter*/) {
     const std::wstring text = text_of(child);
     if (IsWindowVisible(child) && !text.empty()) {
@@ -115,6 +132,7 @@ int press(ov::command_line::arguments& words) {
         return 1;
     }
     Sleep(settle_ms);
+    press_down(window, asked.downs);
     if (asked.prints) {
         print_line(L"window \"" + text_of(window) + L"\"");
         EnumChildWindows(window, print_child, 0);

@@ -20,7 +20,8 @@
 namespace ov::shellhost {
 
 const wchar_t* const menu_usage =
-    L"shellhost menu PATH... [--invoke COMMAND] [--extended] [--default-only] [--module DLL] [--bench N]\n"
+    L"shellhost menu PATH... [--invoke COMMAND] [--extended] [--default-only] [--tracked] [--module DLL]\n"
+    L"               [--bench N]\n"
     L"  Right-clicks a selection as Explorer does: creates the registered context-menu handlers, shows them\n"
     L"  the selection and prints the menu they make. A command's number stands in brackets.\n"
     L"\n"
@@ -29,6 +30,8 @@ const wchar_t* const menu_usage =
     L"                    prints what it returned; a greyed one is run only when named by its number\n"
     L"  --extended        as with Shift held (CMF_EXTENDEDVERBS)\n"
     L"  --default-only    asks for the default verb only, as a double-click does (CMF_DEFAULTONLY)\n"
+    L"  --tracked         under Wine, whose file systems keep no such mark: tells the product that files\n"
+    L"                    are tracked ones; on Windows their own marks count\n"
     L"  --module DLL      takes the product's classes from this file, whatever is registered\n"
     L"  --bench N         right-clicks N times and prints how long one takes, from creating the handlers to\n"
     L"                    releasing them\n";
@@ -48,6 +51,7 @@ struct menu_options {
     std::optional<unsigned> repetitions;
     std::wstring module;
     UINT flags = CMF_NORMAL;
+    bool as_tracked = false;
 };
 
 menu_options read_options(arguments& words) {
@@ -57,6 +61,7 @@ menu_options read_options(arguments& words) {
     options.module = words.take_value(L"--module").value_or(L"");
     options.flags |= words.take_switch(L"--extended") ? CMF_EXTENDEDVERBS : 0;
     options.flags |= words.take_switch(L"--default-only") ? CMF_DEFAULTONLY : 0;
+    options.as_tracked = words.take_switch(L"--tracked");
     options.paths = words.take_rest();
     if (options.paths.empty()) {
         throw usage_error(L"name a file or folder");
@@ -162,7 +167,7 @@ int measure(const std::vector<menu_source>& sources, const menu_options& options
 int run_menu(arguments& words) {
     const menu_options options = read_options(words);
     const apartment com;
-    const product_module product(options.module);
+    const product_module product(options.module, options.as_tracked);
     const file_selection selection = select_files(options.paths);
     const auto sources = sources_of(selection, !options.module.empty());
     ComPtr<IContextMenu> merged;

@@ -14,6 +14,7 @@
 #include "tools/wine_shell/registry_value.h"
 #include "tools/wine_shell/supply.h"
 #include "tools/wine_shell/system.h"
+#include "tools/wine_shell/tracked_files.h"
 
 namespace ov::shellhost {
 
@@ -25,19 +26,6 @@ constexpr int guid_chars = 39;
 
 using get_class_object = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
 
-void supply(HMODULE module, const std::wstring& path) {
-    const auto names = wine_shell::supply_missing(module);
-    if (names.empty()) {
-        return;
-    }
-    std::wstring list;
-    for (const std::string& name : names) {
-        list += (list.empty() ? L"" : L", ") + std::wstring(name.begin(), name.end());
-    }
-    print_note(L"Wine lacks these; supplied through the import table of " +
-               std::wstring(PathFindFileNameW(path.c_str())) + L": " + list);
-}
-
 }  // namespace
 
 std::wstring registered_module_of(const CLSID& clsid) {
@@ -47,7 +35,7 @@ std::wstring registered_module_of(const CLSID& clsid) {
     return wine_shell::read_registry_text(HKEY_CLASSES_ROOT, key.c_str(), nullptr);
 }
 
-product_module::product_module(const std::wstring& path) {
+product_module::product_module(const std::wstring& path, bool as_tracked) : as_tracked_(as_tracked) {
     if (!path.empty()) {
         load(path);
     } else if (wine_shell::system_is_wine()) {
@@ -60,6 +48,21 @@ product_module::product_module(const std::wstring& path) {
 product_module::~product_module() {
     for (const DWORD registration : registrations_) {
         CoRevokeClassObject(registration);
+    }
+}
+
+void product_module::supply(HMODULE module, const std::wstring& path) const {
+    const std::wstring file = PathFindFileNameW(path.c_str());
+    std::wstring list;
+    for (const std::string& name : wine_shell::supply_missing(module)) {
+        list += (list.empty() ? L"" : L", ") + std::wstring(name.begin(), name.end());
+    }
+    if (!list.empty()) {
+        print_note(L"Wine lacks these; supplied through the import table of " + file + L": " + list);
+    }
+    if (as_tracked_ && wine_shell::answer_tracked_mark(module)) {
+        print_note(L"No file system here keeps the mark of a tracked file; " + file +
+                   L" is told that every file has it.");
     }
 }
 

@@ -14,16 +14,20 @@ namespace ov::shellhost {
 /// Without a path the classes come from the registry, as in Explorer; under Wine their modules are loaded
 /// beforehand, so that what Wine lacks can be supplied through their import tables. With a path that module's
 /// classes are registered for this process alone, in place of what the registry says, until destruction.
+///
+/// `as_tracked`: under Wine the module is told that every file is tracked, and this is said too.
 class product_module : noncopyable, nonmoveable {
   public:
     /// Throws command_failure when the module at `path` cannot be loaded or has none of the classes.
-    explicit product_module(const std::wstring& path);
+    explicit product_module(const std::wstring& path, bool as_tracked = false);
     ~product_module();
 
   private:
     void load(const std::wstring& path);
     void load_registered();
+    void supply(HMODULE module, const std::wstring& path) const;
 
+    bool as_tracked_;
     std::vector<DWORD> registrations_;
 };
 
