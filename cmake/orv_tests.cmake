@@ -12,12 +12,13 @@ if(MINGW)
     target_compile_options(gtest PUBLIC -include ${CMAKE_CURRENT_LIST_DIR}/gtest_notification.h)
 endif()
 
-# orv_test_program(NAME SOURCES... LINK libs... [TIMEOUT seconds] [DRIVER] [DISPLAY])
+# orv_test_program(NAME SOURCES... LINK libs... [TIMEOUT seconds] [DRIVER] [DISPLAY] [LONG])
 #   DRIVER   meets the real device, if only by asking whether it is there: such programs never run side by side, or
 #            one's requests would reach the other's service
 #   DISPLAY  opens windows: such programs never run side by side either, as there is one foreground window
+#   LONG     takes minutes: not in a plain ./test.sh
 function(orv_test_program name)
-    cmake_parse_arguments(ARG "DRIVER;DISPLAY" "TIMEOUT" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(ARG "DRIVER;DISPLAY;LONG" "TIMEOUT" "SOURCES;LINK" ${ARGN})
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 60)
     endif()
@@ -34,6 +35,9 @@ function(orv_test_program name)
                                   $<TARGET_FILE:${name}>)
     math(EXPR ctest_limit_s "${ARG_TIMEOUT} + 30")
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ctest_limit_s})
+    if(ARG_LONG)
+        set_property(TEST ${name} PROPERTY LABELS long)
+    endif()
     set(locks)
     if(ARG_DRIVER)
         list(APPEND locks orvdrv)
