@@ -59,7 +59,7 @@ start_display() {
 # Wine makes a person's folders in the prefix links into the home.
 replace_links() {
     local link
-    find "$prefix/drive_c/users" -mindepth 2 -maxdepth 2 -type l -print0 | while IFS= read -r -d '' link; do
+    find "$prefix/drive_c/users" -type l -print0 | while IFS= read -r -d '' link; do
         rm "$link"
         mkdir "$link"
     done
