@@ -118,6 +118,6 @@ down() {
 case "${1:-}" in
 up) up ;;
 down) down ;;
-remove) down && rm -rf "$prefix" "$lock_file" ;;
+remove) down && rm -rf "$prefix" "$lock_file" "$prefix".*.lock ;;
 *) misused "say up, down or remove, not '${1:-}'" ;;
 esac
