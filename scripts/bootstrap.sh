@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need; does nothing when all are there.
 #
-#   scripts/bootstrap.sh [--lint]
+#   scripts/bootstrap.sh [--lint | --mutate]
 #
-#   --lint   also the tools that ./test.sh --all uses: clang-tidy, clang-format, shellcheck
+#   --lint     also the tools that ./test.sh --all uses: clang-tidy, clang-format, shellcheck
+#   --mutate   also what scripts/mutate.sh uses
 . "$(dirname "$0")/lib.sh"
 
 packages=(
@@ -14,6 +15,7 @@ packages=(
 
 case "${1:-}" in
 --lint) packages+=(clang-tidy-22 clang-format shellcheck) ;;
+--mutate) packages+=(python3) ;;
 '') ;;
 *) misused "unknown option '$1'" ;;
 esac
