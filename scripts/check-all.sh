@@ -16,6 +16,7 @@ steps=(
     'documents      20  scripts/check-documents.sh'
     # A pattern that excludes nothing: those labelled "long" too.
     'tests          30  ./test.sh -E ^$'
+    'x86            15  scripts/check-x86.sh'
 )
 
 wanted() {

@@ -75,6 +75,10 @@ wine_environment() {
     export WINE WINEPREFIX
     export WINEDEBUG=${WINEDEBUG:--all}
     export WINEDLLOVERRIDES="winedbg.exe=d;winemenubuilder.exe=d;mscoree=d;mshtml=d"
+    if [ "$ORV_PRESET" = x86-release ]; then
+        [ -d "$ORV_ROOT/build/wine32" ] || die "Wine's 32-bit libraries are missing; run scripts/wine32.sh"
+        export WINEDLLPATH="$ORV_ROOT/build/wine32"
+    fi
     local display_file="$WINEPREFIX.display"
     if [ -f "$display_file" ]; then
         DISPLAY=$(cut -d' ' -f1 "$display_file")

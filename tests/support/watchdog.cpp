@@ -12,7 +12,7 @@ namespace {
 
 constexpr int frame_limit = 48;
 
-void write_frame(DWORD64 address) {
+void write_frame(DWORD_PTR address) {
     HMODULE module = nullptr;
     std::array<char, MAX_PATH> path{};
     GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
@@ -22,8 +22,10 @@ void write_frame(DWORD64 address) {
     }
     const char* slash = std::strrchr(path.data(), '\\');
     std::fprintf(stderr, "    %s+0x%llx\n", slash == nullptr ? "?" : slash + 1,
-                 static_cast<unsigned long long>(address - reinterpret_cast<DWORD64>(module)));
+                 static_cast<unsigned long long>(address - reinterpret_cast<DWORD_PTR>(module)));
 }
+
+#ifdef _WIN64
 
 // A function without unwind data keeps nothing on the stack but its return address.
 bool leave_leaf(CONTEXT& context) {
@@ -51,6 +53,15 @@ void write_frames(CONTEXT context) {
                          &establisher, nullptr);
     }
 }
+
+#else
+
+// 32-bit code has no unwind data to find the callers by.
+void write_frames(const CONTEXT& context) {
+    write_frame(context.Eip);
+}
+
+#endif
 
 void write_thread(DWORD id) {
     const win::unique_kernel_handle thread(

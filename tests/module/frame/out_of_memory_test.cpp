@@ -64,7 +64,7 @@ TEST(OutOfMemory, ManyThreadsOneAfterTheOther_areEachRefused) {
     for (int number = 0; number < 200; ++number) {
         const win::unique_kernel_handle thread(CreateThread(
             nullptr, 0,
-            [](void* shared) -> DWORD {
+            [](void* shared) WINAPI -> DWORD {
                 expect_no_class_object(*static_cast<const shipped_module*>(shared),
                                        class_ids::shell_extension);
                 return 0;

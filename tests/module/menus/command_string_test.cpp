@@ -53,9 +53,12 @@ TEST_F(CommandString, folderTexts_serveAsVerbHelpAndValidation) {
     }
 }
 
+// Nothing but what a cast to half the width would lose.
+constexpr UINT_PTR upper_half = UINT_PTR{1} << (sizeof(UINT_PTR) * 4);
+
 TEST_F(CommandString, idsBeyondTheFour_areRefused) {
     const auto menu = menu_on(folder_.path());
-    for (const UINT_PTR id : {UINT_PTR{4}, UINT_PTR{5}, UINT_PTR{0x1'0000'0000}, ~UINT_PTR{0}}) {
+    for (const UINT_PTR id : {UINT_PTR{4}, UINT_PTR{5}, upper_half, ~UINT_PTR{0}}) {
         const auto got = ask(menu.Get(), id, GCS_VERBW);
         EXPECT_EQ(got.result, E_INVALIDARG);
         EXPECT_TRUE(got.is_bounded);

@@ -32,10 +32,13 @@ class FolderCommands : public menus_fixture {
     std::string folder_name() const { return R"({"folderName":)" + json_text(folder_.path()); }
 };
 
+// Nothing but what a cast to half the width would lose.
+constexpr UINT_PTR upper_half = UINT_PTR{1} << (sizeof(UINT_PTR) * 4);
+
 TEST_F(FolderCommands, badVerbs_areRefused) {
     const auto menu = folder_menu();
     EXPECT_EQ(menu->InvokeCommand(nullptr), E_INVALIDARG);
-    for (const UINT_PTR verb : {UINT_PTR{4}, UINT_PTR{0xFFFF}, UINT_PTR{0x10000}, UINT_PTR{0x1'0000'0000}}) {
+    for (const UINT_PTR verb : {UINT_PTR{4}, UINT_PTR{0xFFFF}, UINT_PTR{0x10000}, upper_half}) {
         EXPECT_EQ(invoke(menu.Get(), verb), E_INVALIDARG) << std::hex << verb;
     }
     EXPECT_EQ(invoke(menu.Get(), reinterpret_cast<UINT_PTR>("protect")), E_INVALIDARG);

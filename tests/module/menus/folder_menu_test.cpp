@@ -196,7 +196,7 @@ TEST_F(FolderMenu, noSubmenuToBeHad_isTheSystemsError) {
     reply_folder_status(true);
     const auto menu = menu_on(folder_.path());
     const import_patch<decltype(CreateMenu)> patch(module_.handle(), "user32.dll", "CreateMenu",
-                                                   []() -> HMENU {
+                                                   []() WINAPI -> HMENU {
                                                        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
                                                        return nullptr;
                                                    });
@@ -209,7 +209,7 @@ TEST_F(FolderMenu, hostWithoutAMenu_getsNoItemAndNoSubmenuStays) {
     static HMENU made;
     static decltype(&CreateMenu) original;
     const import_patch<decltype(CreateMenu)> patch(module_.handle(), "user32.dll", "CreateMenu",
-                                                   []() -> HMENU { return made = original(); });
+                                                   []() WINAPI -> HMENU { return made = original(); });
     original = patch.original();
     const auto menu = menu_on(folder_.path());
     EXPECT_LE(menu->QueryContextMenu(nullptr, 0, first, 0x7FFF, CMF_NORMAL), 0);

@@ -125,32 +125,35 @@ Function* slot(void* face, int index) {
 
 TEST_F(Interfaces, slotsOfTheFileMenu_standInOrder) {
     const auto menu = make<IContextMenu>(class_ids::shell_extension);
-    const auto query = slot<HRESULT(void*, HMENU, UINT, UINT, UINT, UINT)>(menu.Get(), 3);
+    const auto query = slot<HRESULT STDMETHODCALLTYPE(void*, HMENU, UINT, UINT, UINT, UINT)>(menu.Get(), 3);
     EXPECT_EQ(query(menu.Get(), nullptr, 0, 1, 2, 0), 0) << "nothing is selected";
-    const auto run = slot<HRESULT(void*, CMINVOKECOMMANDINFO*)>(menu.Get(), 4);
+    const auto run = slot<HRESULT STDMETHODCALLTYPE(void*, CMINVOKECOMMANDINFO*)>(menu.Get(), 4);
     EXPECT_EQ(run(menu.Get(), nullptr), E_INVALIDARG);
     wchar_t text[32] = {};
-    const auto string = slot<HRESULT(void*, UINT_PTR, UINT, UINT*, LPSTR, UINT)>(menu.Get(), 5);
+    const auto string =
+        slot<HRESULT STDMETHODCALLTYPE(void*, UINT_PTR, UINT, UINT*, LPSTR, UINT)>(menu.Get(), 5);
     EXPECT_EQ(string(menu.Get(), 3, GCS_VERBW, nullptr, reinterpret_cast<LPSTR>(text), 32), S_OK);
     EXPECT_STREQ(text, L"Export chronels");
     auto* init = ask<IShellExtInit>(menu.Get());
-    const auto initialize = slot<HRESULT(void*, PCIDLIST_ABSOLUTE, IDataObject*, HKEY)>(init, 3);
+    const auto initialize =
+        slot<HRESULT STDMETHODCALLTYPE(void*, PCIDLIST_ABSOLUTE, IDataObject*, HKEY)>(init, 3);
     EXPECT_EQ(initialize(init, nullptr, nullptr, nullptr), S_OK);
 }
 
 TEST_F(Interfaces, slotsOfAnEntryMenu_standInOrder) {
     const auto menu = make<IContextMenu>(class_ids::addons);
-    const auto query = slot<HRESULT(void*, HMENU, UINT, UINT, UINT, UINT)>(menu.Get(), 3);
+    const auto query = slot<HRESULT STDMETHODCALLTYPE(void*, HMENU, UINT, UINT, UINT, UINT)>(menu.Get(), 3);
     EXPECT_EQ(query(menu.Get(), nullptr, 0, 1, 2, 0), 0);
-    const auto run = slot<HRESULT(void*, CMINVOKECOMMANDINFO*)>(menu.Get(), 4);
+    const auto run = slot<HRESULT STDMETHODCALLTYPE(void*, CMINVOKECOMMANDINFO*)>(menu.Get(), 4);
     EXPECT_EQ(run(menu.Get(), nullptr), E_INVALIDARG);
-    const auto string = slot<HRESULT(void*, UINT_PTR, UINT, UINT*, LPSTR, UINT)>(menu.Get(), 5);
+    const auto string =
+        slot<HRESULT STDMETHODCALLTYPE(void*, UINT_PTR, UINT, UINT*, LPSTR, UINT)>(menu.Get(), 5);
     EXPECT_EQ(string(menu.Get(), 0, GCS_VERBW, nullptr, nullptr, 0), E_NOTIMPL);
     auto* sited = ask<IObjectWithSite>(menu.Get());
-    const auto set = slot<HRESULT(void*, IUnknown*)>(sited, 3);
+    const auto set = slot<HRESULT STDMETHODCALLTYPE(void*, IUnknown*)>(sited, 3);
     EXPECT_EQ(set(sited, nullptr), S_OK);
     void* site = nullptr;
-    const auto get = slot<HRESULT(void*, REFIID, void**)>(sited, 4);
+    const auto get = slot<HRESULT STDMETHODCALLTYPE(void*, REFIID, void**)>(sited, 4);
     EXPECT_EQ(get(sited, IID_IUnknown, &site), E_FAIL);
 }
 
@@ -166,9 +169,10 @@ TEST_F(Interfaces, propertyPage_takesEverythingAndAddsNothing) {
     auto* init = ask<IShellExtInit>(page.Get());
     EXPECT_EQ(init->Initialize(nullptr, nullptr, nullptr), S_OK);
     pages_added = 0;
-    const auto add = slot<HRESULT(void*, LPFNSVADDPROPSHEETPAGE, LPARAM)>(page.Get(), 3);
+    const auto add = slot<HRESULT STDMETHODCALLTYPE(void*, LPFNSVADDPROPSHEETPAGE, LPARAM)>(page.Get(), 3);
     EXPECT_EQ(add(page.Get(), &count_page, 0), S_OK);
-    const auto replace = slot<HRESULT(void*, EXPPS, LPFNSVADDPROPSHEETPAGE, LPARAM)>(page.Get(), 4);
+    const auto replace =
+        slot<HRESULT STDMETHODCALLTYPE(void*, EXPPS, LPFNSVADDPROPSHEETPAGE, LPARAM)>(page.Get(), 4);
     EXPECT_EQ(replace(page.Get(), 0, &count_page, 0), E_NOTIMPL);
     EXPECT_EQ(page->AddPages(nullptr, 0), S_OK);
     EXPECT_EQ(pages_added, 0);

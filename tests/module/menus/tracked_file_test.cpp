@@ -36,12 +36,12 @@ class recorded_menu {
   public:
     explicit recorded_menu(HMODULE module)
         : insert_(module, "user32.dll", "InsertMenuW",
-                  [](HMENU, UINT position, UINT flags, UINT_PTR id, LPCWSTR text) -> BOOL {
+                  [](HMENU, UINT position, UINT flags, UINT_PTR id, LPCWSTR text) WINAPI -> BOOL {
                       inserts.push_back({position, flags, id, text});
                       return TRUE;
                   }),
           bitmaps_(module, "user32.dll", "SetMenuItemBitmaps",
-                   [](HMENU, UINT, UINT, HBITMAP unchecked, HBITMAP checked) -> BOOL {
+                   [](HMENU, UINT, UINT, HBITMAP unchecked, HBITMAP checked) WINAPI -> BOOL {
                        bitmaps.push_back({unchecked, checked});
                        return TRUE;
                    }) {

@@ -93,7 +93,7 @@ TEST_F(NamespaceCache, folders_made_at_the_same_time_wait_for_one_fetch) {
     for (task& one : tasks) {
         threads.emplace_back(CreateThread(
             nullptr, 0,
-            [](void* context) -> DWORD {
+            [](void* context) WINAPI -> DWORD {
                 auto& mine = *static_cast<task*>(context);
                 (void)CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
                 {
@@ -126,7 +126,7 @@ TEST_F(NamespaceCache, folder_that_is_there_answers_while_another_waits_for_its_
     service.set_delay(1'500);
     const ov::win::unique_kernel_handle thread(CreateThread(
         nullptr, 0,
-        [](void* context) -> DWORD {
+        [](void* context) WINAPI -> DWORD {
             auto* module_in_use = static_cast<const shipped_module*>(context);
             (void)CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
             {

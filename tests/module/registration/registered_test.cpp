@@ -176,11 +176,33 @@ TEST_F(Registered, access_denied_once_is_overcome_by_the_backup_option) {
     expect_registered();
 }
 
+// In the 32-bit view stands the path to which the installer copies the 32-bit module; this does it for a
+// 32-bit test.
+class installed_module_32 {
+  public:
+    installed_module_32() {
+        if (sizeof(void*) == 4) {
+            EXPECT_TRUE(CopyFileW(module_path().c_str(), path_, FALSE));
+        }
+    }
+    installed_module_32(const installed_module_32&) = delete;
+    installed_module_32& operator=(const installed_module_32&) = delete;
+    ~installed_module_32() {
+        if (sizeof(void*) == 4) {
+            EXPECT_TRUE(DeleteFileW(path_));
+        }
+    }
+
+  private:
+    const wchar_t* path_ = L"C:\\windows\\SysWow64\\orvshellext.dll";
+};
+
 TEST_F(Registered, classes_are_found_by_the_registry_alone) {
     ASSERT_EQ(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), S_OK);
     const std::array<const CLSID*, 4> classes = {&class_ids::shell_extension, &class_ids::namespace_folder,
                                                  &class_ids::one_click_restore, &class_ids::addons};
     ASSERT_EQ(module.register_server(), S_OK);
+    const installed_module_32 installed;
     for (const CLSID* id : classes) {
         ComPtr<IClassFactory> factory;
         EXPECT_EQ(CoGetClassObject(*id, CLSCTX_INPROC_SERVER, nullptr, IID_PPV_ARGS(&factory)), S_OK);
