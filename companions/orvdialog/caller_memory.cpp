@@ -41,9 +41,8 @@ bool is_writable(const void* at, std::size_t size_bytes) noexcept {
     return at != nullptr && accessible_bytes(at, size_bytes, can_write) == size_bytes;
 }
 
-std::optional<std::wstring> read_wide_text(const wchar_t* at, std::size_t limit_chars) {
+std::optional<std::wstring> read_wide_text(const void* at, std::size_t limit_chars) {
     const std::size_t room_chars = readable_bytes(at, (limit_chars + 1) * sizeof(wchar_t)) / sizeof(wchar_t);
-    // Copied byte by byte: nothing says that the caller's text is aligned.
     std::vector<wchar_t> copy(room_chars);
     if (room_chars > 0) {
         std::memcpy(copy.data(), at, room_chars * sizeof(wchar_t));

@@ -16,8 +16,9 @@ namespace ov::dialog {
 /// True when all of the `size_bytes` from `at` on can be read and written.
 [[nodiscard]] bool is_writable(const void* at, std::size_t size_bytes) noexcept;
 
-/// The zero-terminated text at `at`, its length at most `limit_chars`; empty when there is none such.
-[[nodiscard]] std::optional<std::wstring> read_wide_text(const wchar_t* at, std::size_t limit_chars);
+/// The zero-terminated wide text at `at`, its length at most `limit_chars`; empty when there is none such.
+/// Nothing says that the caller's text is aligned, so it is no pointer to wchar_t.
+[[nodiscard]] std::optional<std::wstring> read_wide_text(const void* at, std::size_t limit_chars);
 /// The same for narrow text; a view into the caller's memory.
 [[nodiscard]] std::optional<std::string_view> read_narrow_text(const char* at,
                                                                std::size_t limit_chars) noexcept;
