@@ -27,6 +27,15 @@ else()
     if(CMAKE_SIZEOF_VOID_P EQUAL 8)
         target_link_options(orv_image INTERFACE -Wl,--high-entropy-va)
     endif()
+    if(ORV_TRAP_UNDEFINED)
+        # No runtime library for this target: a trap ends the program as an illegal instruction. Three warnings are
+        # not for us: one would have virtual destructors taken out of final classes, which have them on purpose; one
+        # is about GCC's own headers; one about names of warnings that GCC alone has.
+        target_compile_options(
+            orv_compile INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-O1 -fsanitize=undefined -fsanitize-trap=all
+                                  -Wno-unnecessary-virtual-specifier -Wno-deprecated-declarations
+                                  -Wno-unknown-warning-option>)
+    endif()
     if(ORV_COVERAGE)
         target_compile_options(orv_compile INTERFACE $<$<COMPILE_LANGUAGE:C,CXX>:--coverage>)
         target_link_options(orv_image INTERFACE --coverage)

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need; does nothing when all are there.
 #
-#   scripts/bootstrap.sh [--lint | --mutate]
+#   scripts/bootstrap.sh [--lint] [--clang] [--mutate]
 #
 #   --lint     also the tools that ./test.sh --all uses: clang-tidy, clang-format, shellcheck
+#   --clang    also the second compiler, from Debian's security archive
 #   --mutate   also what scripts/mutate.sh uses
 . "$(dirname "$0")/lib.sh"
 
@@ -13,12 +14,14 @@ packages=(
     osslsigncode openssl librsvg2-bin icoutils fonts-wine fonts-dejavu-core fonts-noto-cjk tzdata
 )
 
-case "${1:-}" in
---lint) packages+=(clang-tidy-22 clang-format shellcheck) ;;
---mutate) packages+=(python3) ;;
-'') ;;
-*) misused "unknown option '$1'" ;;
-esac
+for option in "$@"; do
+    case $option in
+    --lint) packages+=(clang-tidy-22 clang-format shellcheck) ;;
+    --clang) packages+=(clang-22 lld-22) ;;
+    --mutate) packages+=(python3) ;;
+    *) misused "unknown option '$option'" ;;
+    esac
+done
 
 missing=()
 for package in "${packages[@]}"; do

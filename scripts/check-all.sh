@@ -17,6 +17,8 @@ steps=(
     # A pattern that excludes nothing: those labelled "long" too.
     'tests          30  ./test.sh -E ^$'
     'x86            15  scripts/check-x86.sh'
+    'arm64           5  scripts/check-arm64.sh'
+    'reproducible   10  scripts/check-reproducible.sh'
 )
 
 wanted() {
