@@ -38,6 +38,7 @@ run_elsewhere() {
     case $1 in
     ./run.sh | './test.sh -R service') say "check-home.sh runs it, or another name" ;;
     ./test.sh | './test.sh --all'*) say "this is it" ;;
+    scripts/check-*.sh) say "a step of ./test.sh --all" ;;
     'ORV_PRESET=x64-debug scripts/build.sh') say "takes long; built once a release" ;;
     'ORV_SIGNING_PKCS12='*) say "tests/scripts/release_signer.sh does it, with a signer of its own" ;;
     *) return 1 ;;
