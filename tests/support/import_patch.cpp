@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <stdexcept>
 #include <string>
 
@@ -34,25 +35,30 @@ class loaded_image {
     std::byte* base_;
 };
 
+// Names and slots stand side by side in two tables, each as wide as a pointer but no better aligned than the
+// linker found good enough: nothing is read or written through a pointer to it.
 void find_in_descriptor(const loaded_image& image, const IMAGE_IMPORT_DESCRIPTOR& descriptor,
-                        const std::string& function, std::vector<FARPROC*>& found) {
+                        const std::string& function, std::vector<std::byte*>& found) {
     // Bound slots no longer hold names, so the names are read from the table that the loader leaves alone.
     if (descriptor.OriginalFirstThunk == 0) {
         return;
     }
-    const auto* names = image.at<IMAGE_THUNK_DATA>(descriptor.OriginalFirstThunk);
-    auto* slots = image.at<FARPROC>(descriptor.FirstThunk);
-    for (; names->u1.AddressOfData != 0; ++names, ++slots) {
-        if (!IMAGE_SNAP_BY_ORDINAL(names->u1.Ordinal) &&
-            function == image.at<IMAGE_IMPORT_BY_NAME>(names->u1.AddressOfData)->Name) {
-            found.push_back(slots);
+    for (std::uintptr_t offset = 0;; offset += sizeof(ULONG_PTR)) {
+        ULONG_PTR name = 0;
+        std::memcpy(&name, image.at<std::byte>(descriptor.OriginalFirstThunk + offset), sizeof name);
+        if (name == 0) {
+            return;
+        }
+        if (!IMAGE_SNAP_BY_ORDINAL(name) &&
+            function == image.at<char>(name + offsetof(IMAGE_IMPORT_BY_NAME, Name))) {
+            found.push_back(image.at<std::byte>(descriptor.FirstThunk + offset));
         }
     }
 }
 
-std::vector<FARPROC*> find_slots(HMODULE module, const char* dll_pattern, const char* function) {
+std::vector<std::byte*> find_slots(HMODULE module, const char* dll_pattern, const char* function) {
     const loaded_image image(module);
-    std::vector<FARPROC*> found;
+    std::vector<std::byte*> found;
     const auto* descriptor = image.descriptors();
     for (; descriptor != nullptr && descriptor->Name != 0; ++descriptor) {
         if (PathMatchSpecA(image.at<char>(descriptor->Name), dll_pattern)) {
@@ -62,11 +68,17 @@ std::vector<FARPROC*> find_slots(HMODULE module, const char* dll_pattern, const 
     return found;
 }
 
-void write_slot(FARPROC* slot, FARPROC value) {
+FARPROC read_slot(const std::byte* slot) {
+    FARPROC value = nullptr;
+    std::memcpy(&value, slot, sizeof value);
+    return value;
+}
+
+void write_slot(std::byte* slot, FARPROC value) {
     DWORD protection = 0;
-    VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &protection);
-    *slot = value;
-    VirtualProtect(slot, sizeof *slot, protection, &protection);
+    VirtualProtect(slot, sizeof value, PAGE_READWRITE, &protection);
+    std::memcpy(slot, &value, sizeof value);
+    VirtualProtect(slot, sizeof value, protection, &protection);
 }
 
 std::string name_of(HMODULE module) {
@@ -89,8 +101,8 @@ import_slots::import_slots(HMODULE module, const char* dll_pattern, const char* 
                                  dll_pattern + ": there is nothing to replace");
     }
     saved_.reserve(slots.size());
-    for (FARPROC* slot : slots) {
-        saved_.push_back({slot, *slot});
+    for (std::byte* slot : slots) {
+        saved_.push_back({slot, read_slot(slot)});
         write_slot(slot, replacement);
     }
 }

@@ -25,7 +25,7 @@ class import_slots {
 
   private:
     struct saved_slot {
-        FARPROC* address;
+        std::byte* address;
         FARPROC value;
     };
     std::vector<saved_slot> saved_;
