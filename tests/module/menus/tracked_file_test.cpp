@@ -82,9 +82,9 @@ TEST_F(TrackedFileMenu, hostsMenu_holdsTheItem) {
 // Wine inserts whatever it is asked to: the refusal is put in its place.
 TEST_F(TrackedFileMenu, itemThatCannotBeInserted_leavesTheHostsItemWithItsOwnBitmaps) {
     const auto menu = file_menu();
-    const import_patch<decltype(InsertMenuW)> refusal(
-        module_.handle(), "user32.dll", "InsertMenuW",
-        [](HMENU, UINT, UINT, UINT_PTR, LPCWSTR) { return FALSE; });
+    const import_patch<decltype(InsertMenuW)> refusal(module_.handle(), "user32.dll", "InsertMenuW",
+                                                      [](HMENU, UINT, UINT, UINT_PTR, LPCWSTR)
+                                                          WINAPI -> BOOL { return FALSE; });
     const HMENU host = CreatePopupMenu();
     AppendMenuW(host, MF_STRING, 1, L"the host's own");
     EXPECT_EQ(menu->QueryContextMenu(host, 0, 100, 0x7FFF, CMF_NORMAL), 1);
