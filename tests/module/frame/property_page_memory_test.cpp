@@ -1,0 +1,33 @@
+#include <gtest/gtest.h>
+#include <shlobj.h>
+#include <wrl/client.h>
+
+#include "tests/module/frame/classes_under_test.h"
+#include "tests/support/memory_shortage.h"
+#include "tests/support/shipped_module.h"
+
+namespace ov::test {
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+// The page is made by the class object of the file and folder menu, which has a road of its own for it.
+TEST(OutOfMemoryForThePropertyPage, Instance_isRefused_andOutPointerCleared) {
+    const shipped_module module;
+    {
+        ComPtr<IClassFactory> factory;
+        ASSERT_EQ(module.get_class_object(class_ids::shell_extension, IID_PPV_ARGS(&factory)), S_OK);
+        void* made = untouched;
+        {
+            const memory_shortage shortage(module.handle());
+            EXPECT_EQ(factory->CreateInstance(nullptr, IID_IShellPropSheetExt, &made), E_OUTOFMEMORY);
+        }
+        EXPECT_EQ(made, nullptr);
+        ComPtr<IShellPropSheetExt> page;
+        EXPECT_EQ(factory->CreateInstance(nullptr, IID_PPV_ARGS(&page)), S_OK);
+    }
+    EXPECT_EQ(module.can_unload_now(), S_OK);
+}
+
+}  // namespace
+}  // namespace ov::test
