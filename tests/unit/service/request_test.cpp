@@ -72,6 +72,16 @@ TEST(FrameRequest, header_namesProcessThreadAndSession) {
     EXPECT_EQ(request.session_id, ov::module_state::current_session_id);
 }
 
+// They were taken when the module was loaded, and nobody asks the system again.
+TEST(FrameRequest, processAndSession_areThoseOfTheAttach) {
+    ov::module_state::current_process_id = 4711;
+    ov::module_state::current_session_id = 9;
+    const orv_request request = frame_request("{}");
+    ov::module_state::record_process_attach(GetModuleHandleW(nullptr));
+    EXPECT_EQ(request.process_id, 4711u);
+    EXPECT_EQ(request.session_id, 9u);
+}
+
 TEST(FrameRequest, shortText_isFollowedByZeros) {
     const orv_request request = frame_request("{}");
     EXPECT_EQ(std::string(request.text, sizeof(request.text)), "{}" + std::string(2046, '\0'));

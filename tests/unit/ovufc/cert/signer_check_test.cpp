@@ -4,6 +4,10 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <cwctype>
+#include <vector>
+
+#include "tests/support/import_patch.h"
 #include "tests/unit/ovufc/cert/samples.h"
 
 namespace ov::cert {
@@ -63,6 +67,34 @@ TEST(MakersName, otherCharacters_doNotMatch) {
     EXPECT_FALSE(is_makers_name(L"Orvane; Inc."));
     EXPECT_FALSE(is_makers_name(L"Orvane, Inc,"));
     EXPECT_FALSE(is_makers_name(L"Orv\u00E1ne, Inc."));
+}
+
+std::vector<wint_t> folded;
+
+// A locale that knows one more small letter o. None that this system has folds a letter beyond ASCII into the
+// maker's name, so that only another fold shows who is asked.
+wint_t fold_with_a_stroke(wint_t character) {
+    folded.push_back(character);
+    if (character == L'\u00D8') {
+        return L'o';
+    }
+    return character >= L'A' && character <= L'Z' ? character - L'A' + L'a' : character;
+}
+
+TEST(MakersName, letters_areFoldedAsTheCurrentLocaleFoldsThem) {
+    EXPECT_FALSE(is_makers_name(L"\u00D8rvane, Inc."));
+    const test::import_patch<wint_t(wint_t)> locale(GetModuleHandleW(nullptr), "msvcrt.dll;ucrtbase.dll",
+                                                    "towlower", fold_with_a_stroke);
+    EXPECT_TRUE(is_makers_name(L"\u00D8rvane, Inc."));
+    EXPECT_FALSE(is_makers_name(L"\u00F8rvane, Inc."));
+}
+
+TEST(MakersName, comparison_runsFromTheLastCharacterToTheFirst) {
+    folded.clear();
+    const test::import_patch<wint_t(wint_t)> locale(GetModuleHandleW(nullptr), "msvcrt.dll;ucrtbase.dll",
+                                                    "towlower", fold_with_a_stroke);
+    EXPECT_FALSE(is_makers_name(L"orvane, inK."));
+    EXPECT_EQ(folded, (std::vector<wint_t>{L'.', L'.', L'K', L'c'}));
 }
 
 }  // namespace
