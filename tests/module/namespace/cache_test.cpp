@@ -79,6 +79,22 @@ TEST_F(NamespaceCache, each_folder_asks_and_each_interface_of_a_made_folder_does
     EXPECT_EQ(1, service.fetches());
 }
 
+TEST_F(NamespaceCache, refused_aggregation_asks_nobody) {
+    service.publish(one_location("a"));
+    ComPtr<IClassFactory> factory;
+    ASSERT_EQ(S_OK, module.get_class_object(ov::class_ids::namespace_folder, IID_PPV_ARGS(&factory)));
+    void* made = this;
+    EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(factory.Get(), IID_IShellFolder, &made));
+    EXPECT_EQ(0, service.fetches());
+}
+
+TEST_F(NamespaceCache, interface_that_the_folder_lacks_refreshes_all_the_same) {
+    service.publish(one_location("a"));
+    void* made = this;
+    EXPECT_EQ(E_NOINTERFACE, module.create(ov::class_ids::namespace_folder, IID_IContextMenu, &made));
+    EXPECT_EQ(1, service.fetches());
+}
+
 TEST_F(NamespaceCache, folders_made_at_the_same_time_wait_for_one_fetch) {
     const watchdog limit(30'000);
     service.publish(one_location("a"));

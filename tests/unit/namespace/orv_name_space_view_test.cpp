@@ -29,6 +29,18 @@ HRESULT WINAPI make_recording_view(const SFV_CREATE* creation, IShellView** resu
     return asked.view.CopyTo(result);
 }
 
+HRESULT WINAPI make_plain_view(const SFV_CREATE* creation, IShellView** result) {
+    const HRESULT made = make_recording_view(creation, result);
+    asked.view->is_folder_view = false;
+    return made;
+}
+
+HRESULT WINAPI make_ungrouped_view(const SFV_CREATE* creation, IShellView** result) {
+    const HRESULT made = make_recording_view(creation, result);
+    asked.view->group_result = E_NOTIMPL;
+    return made;
+}
+
 HRESULT WINAPI make_no_view(const SFV_CREATE*, IShellView** result) {
     *result = nullptr;
     return 0x80040555;
@@ -64,6 +76,25 @@ TEST_F(OrvNameSpaceView, folder_keeps_no_reference_to_the_view_nor_the_view_maki
     view.Reset();
     EXPECT_EQ(2u, asked.view.Get()->AddRef());
     EXPECT_EQ(1u, asked.view.Get()->Release());
+    asked = {};
+}
+
+TEST_F(OrvNameSpaceView, view_that_is_no_folder_view_is_handed_out_as_it_is) {
+    const import_patch<decltype(SHCreateShellFolderView)> patch(GetModuleHandleW(nullptr), "shell32.dll",
+                                                                "SHCreateShellFolderView", make_plain_view);
+    ComPtr<IShellView> view;
+    EXPECT_EQ(S_OK, folder->CreateViewObject(nullptr, IID_IShellView, &view));
+    EXPECT_EQ(static_cast<IShellView*>(asked.view.Get()), view.Get());
+    EXPECT_TRUE(asked.view->calls.empty());
+    asked = {};
+}
+
+TEST_F(OrvNameSpaceView, view_that_cannot_group_still_gets_its_mode) {
+    const import_patch<decltype(SHCreateShellFolderView)> patch(
+        GetModuleHandleW(nullptr), "shell32.dll", "SHCreateShellFolderView", make_ungrouped_view);
+    ComPtr<IShellView> view;
+    EXPECT_EQ(S_OK, folder->CreateViewObject(nullptr, IID_IShellView, &view));
+    EXPECT_EQ((std::vector<std::wstring>{L"group", L"mode"}), asked.view->calls);
     asked = {};
 }
 

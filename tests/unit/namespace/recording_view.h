@@ -27,7 +27,16 @@ class recording_view final : public recording_view_base {
     BOOL ascending = FALSE;
     UINT mode = 0;
     HRESULT group_result = S_OK;
+    bool is_folder_view = true;
 
+    STDMETHODIMP
+    QueryInterface(REFIID riid, void** ppv) noexcept override {
+        if (!is_folder_view && riid == IID_IFolderView2) {
+            *ppv = nullptr;
+            return E_NOINTERFACE;
+        }
+        return recording_view_base::QueryInterface(riid, ppv);
+    }
     STDMETHODIMP
     SetGroupBy(REFPROPERTYKEY key, BOOL up) noexcept override {
         calls.push_back(L"group");
