@@ -13,13 +13,13 @@ namespace {
 
 constexpr std::int64_t minutes_per_hour = 60;
 
-std::int32_t read_minutes(const std::wstring& text) {
+std::int64_t read_minutes(const std::wstring& text) {
     int hours = 0;
     int minutes = 0;
     if (_snwscanf(text.c_str(), text.size(), L"%d:%d", &hours, &minutes) != 2) {
         throw exception("invalid timezone format");
     }
-    return static_cast<std::int32_t>(hours * minutes_per_hour + minutes);
+    return hours * minutes_per_hour + minutes;
 }
 
 // The system's name fields are arrays that need not be terminated.
@@ -38,10 +38,10 @@ time_zone_offset read_time_zone_offset(const std::wstring& text) {
     switch (text.front()) {
         case L'+':
             // East of Greenwich local time is ahead, so minutes are taken away to get UTC.
-            offset.bias = -read_minutes(text.substr(1));
+            offset.bias = static_cast<std::int32_t>(-read_minutes(text.substr(1)));
             break;
         case L'-':
-            offset.bias = read_minutes(text.substr(1));
+            offset.bias = static_cast<std::int32_t>(read_minutes(text.substr(1)));
             break;
         default:
             throw exception("invalid timezone format: missing sign");

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cwchar>
+#include <limits>
 
 #include "tests/support/import_patch.h"
 #include "tests/unit/ovufc/time/time_texts.h"
@@ -39,9 +40,19 @@ TEST(TimeZoneOffset, each_mistake_has_its_message) {
     }
 }
 
-TEST(TimeZoneOffset, enormous_numbers_do_no_harm) {
-    (void)read_time_zone_offset(L"+2147483647:2147483647");
-    (void)read_time_zone_offset(L"-99999999999999999999:-99999999999999999999");
+TEST(TimeZoneOffset, largest_numbers_of_a_date_are_taken_as_they_stand) {
+    EXPECT_EQ(read_time_zone_offset(L"+99:99").bias, -(99 * 60 + 99));
+    EXPECT_EQ(read_time_zone_offset(L"-99:99").bias, 99 * 60 + 99);
+}
+
+// No date holds such numbers: its pattern has two digits for each.
+TEST(TimeZoneOffset, enormous_numbers_wrap_as_the_bias_does) {
+    EXPECT_EQ(read_time_zone_offset(L"+2147483647:2147483647").bias, -2147483587);
+    EXPECT_EQ(read_time_zone_offset(L"-2147483647:2147483647").bias, 2147483587);
+    // The smallest of all has no counterpart above zero.
+    constexpr auto smallest = std::numeric_limits<std::int32_t>::min();
+    EXPECT_EQ(read_time_zone_offset(L"+35791394:8").bias, smallest);
+    EXPECT_EQ(read_time_zone_offset(L"-35791394:8").bias, smallest);
 }
 
 DWORD zone_state = 0;
