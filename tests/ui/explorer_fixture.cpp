@@ -4,6 +4,13 @@
 
 namespace ov::test {
 
+namespace {
+
+constexpr DWORD next_dialog_limit_ms = 10000;
+constexpr DWORD poll_ms = 50;
+
+}  // namespace
+
 void explorer_fixture::SetUpTestSuite() {
     ASSERT_EQ(shipped_module().register_server(), S_OK);
 }
@@ -17,6 +24,15 @@ explorer_fixture::explorer_fixture() : window_(std::make_unique<shell_window>())
 std::vector<std::string> explorer_fixture::dialog() {
     (void)window_->ask("wait-dialog");
     return window_->ask("dialogs");
+}
+
+std::vector<std::string> explorer_fixture::dialog_after(const std::vector<std::string>& earlier) {
+    auto lines = dialog();
+    for (DWORD waited = 0; waited < next_dialog_limit_ms && lines == earlier; waited += poll_ms) {
+        Sleep(poll_ms);
+        lines = dialog();
+    }
+    return lines;
 }
 
 std::vector<std::string> explorer_fixture::menu_of(const std::string& item) {

@@ -25,6 +25,8 @@ class explorer_fixture : public testing::Test {
 
     /// Waits for a message box and gives its lines: "dialog" and its title first, then its texts.
     std::vector<std::string> dialog();
+    /// The same for the box that takes the place of `earlier`.
+    std::vector<std::string> dialog_after(const std::vector<std::string>& earlier);
     /// Opens the menu of an item of the view by a real right-click and gives its lines.
     std::vector<std::string> menu_of(const std::string& item);
 

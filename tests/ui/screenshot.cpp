@@ -2,10 +2,14 @@
 
 #include <windows.h>
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
+#include <optional>
 
 #include "tests/support/child_process.h"
 #include "tests/support/shipped_module.h"
+#include "tests/ui/picture.h"
 
 namespace ov::test {
 
@@ -14,6 +18,8 @@ namespace {
 constexpr DWORD start_limit_ms = 10000;
 constexpr DWORD picture_limit_ms = 5000;
 constexpr DWORD poll_ms = 50;
+// The pictures that the tests take have more than a thousand.
+constexpr std::size_t least_colours = 100;
 
 std::wstring screenshots_folder() {
     std::wstring folder = program_directory();
@@ -30,9 +36,15 @@ std::wstring host_path(const std::wstring& path) {
     return host;
 }
 
-bool is_complete(const std::wstring& path) {
-    WIN32_FILE_ATTRIBUTE_DATA data{};
-    return GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) && data.nFileSizeLow != 0;
+/// The tool goes on writing after its starter has ended.
+std::optional<picture_facts> wait_for_picture(const std::wstring& path) {
+    for (DWORD waited = 0;; waited += poll_ms) {
+        const auto facts = read_picture(path);
+        if (facts || waited >= picture_limit_ms) {
+            return facts;
+        }
+        Sleep(poll_ms);
+    }
 }
 
 }  // namespace
@@ -43,9 +55,12 @@ void take_screenshot(const std::wstring& name) {
     child_process tool(L"C:\\windows\\system32\\start.exe",
                        {L"/unix", L"/usr/bin/import", L"-window", L"root", host_path(path)});
     (void)tool.wait(start_limit_ms);
-    for (DWORD waited = 0; waited < picture_limit_ms && !is_complete(path); waited += poll_ms) {
-        Sleep(poll_ms);
-    }
+    const auto facts = wait_for_picture(path);
+    ASSERT_TRUE(facts) << "no picture was taken";
+    EXPECT_EQ(facts->width, static_cast<unsigned>(GetSystemMetrics(SM_CXSCREEN)));
+    EXPECT_EQ(facts->height, static_cast<unsigned>(GetSystemMetrics(SM_CYSCREEN)));
+    EXPECT_GT(facts->colours, least_colours);
+    EXPECT_GT(facts->lit_pixels, std::size_t{facts->width} * facts->height / 10) << "the picture is black";
 }
 
 }  // namespace ov::test

@@ -5,8 +5,8 @@
 namespace ov::test {
 
 /// Takes a picture of the whole virtual display into screenshots\NAME.png beside the build's bin folder, with
-/// the host's own tool; returns once the file is there, or after a few seconds without one. Pictures are for
-/// people to look at: no test depends on them.
+/// the host's own tool. What it shows is for people to look at; that it shows something is checked: a picture
+/// that does not come, is not as large as the display, or is black or next to it fails the running test.
 void take_screenshot(const std::wstring& name);
 
 }  // namespace ov::test

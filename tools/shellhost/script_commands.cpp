@@ -230,6 +230,7 @@ void print_help(const request& asked) {
     }
     asked.say(L"wait: until the window has settled");
     asked.say(L"wait-menu, wait-dialog: until one is open");
+    asked.say(L"wait-empty-menu: until a menu was asked for that has nothing to show");
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "tools/shellhost/console.h"
 #include "tools/shellhost/control_reader.h"
 #include "tools/shellhost/script_commands.h"
+#include "tools/wine_shell/menu_tracking.h"
 
 namespace ov::shellhost {
 
@@ -103,6 +104,9 @@ class script_reader {
         if (line == L"wait-menu") {
             return wait_for(&open_menus, L"no menu opened");
         }
+        if (line == L"wait-empty-menu") {
+            return wait_for_empty_menu();
+        }
         if (line == L"wait-dialog") {
             return wait_for(&open_dialogs, L"no dialog opened");
         }
@@ -145,7 +149,22 @@ class script_reader {
         return {{}, failure};
     }
 
+    /// Each empty menu is waited for once.
+    [[nodiscard]] script_reply wait_for_empty_menu() const {
+        for (const DWORD start = GetTickCount(); GetTickCount() - start < open_limit_ms; Sleep(poll_ms)) {
+            if (!open_menus().empty()) {
+                return {{}, L"a menu opened"};
+            }
+            if (wine_shell::empty_menus() > empty_menus_seen_) {
+                ++empty_menus_seen_;
+                return {};
+            }
+        }
+        return {{}, L"no menu was asked for"};
+    }
+
     HWND receiver_;
+    mutable unsigned empty_menus_seen_ = 0;
     bool says_ready_;
     bool takes_commands_;
 };

@@ -8,6 +8,7 @@
 #include <wrl/client.h>
 
 #include <array>
+#include <atomic>
 
 #include "ovufc/com/guard.h"
 #include "ovufc/win/ui_handle.h"
@@ -23,6 +24,8 @@ using Microsoft::WRL::ComPtr;
 constexpr UINT first_id = 1;
 constexpr UINT last_id = 0x7FFF;
 constexpr UINT_PTR subclass_id = 0x4D54;
+
+std::atomic<unsigned> empty_menus_so_far{0};
 
 /// Sets a menu's site for the length of a scope.
 class site_scope {
@@ -107,6 +110,10 @@ bool browses(IContextMenu* menu, UINT offset, IUnknown* site, PCIDLIST_ABSOLUTE 
 
 }  // namespace
 
+unsigned empty_menus() noexcept {
+    return empty_menus_so_far;
+}
+
 unique_absolute_list folder_target(IShellFolder* folder, const item_selection& selection) noexcept {
     if (selection.items.size() != 1 ||
         attributes_of_item(folder, selection.items.front().get(), SFGAO_FOLDER) == 0) {
@@ -121,6 +128,7 @@ void track_menu(HWND owner, IContextMenu* menu, IUnknown* site, POINT where, UIN
     const site_scope scope(menu, site);
     if (FAILED(menu->QueryContextMenu(popup.get(), 0, first_id, last_id, flags)) ||
         GetMenuItemCount(popup.get()) <= 0) {
+        ++empty_menus_so_far;
         return;
     }
     (void)com::guarded([&] {

@@ -16,6 +16,9 @@ namespace ov::wine_shell {
 void track_menu(HWND owner, IContextMenu* menu, IUnknown* site, POINT where, UINT flags,
                 PCIDLIST_ABSOLUTE target) noexcept;
 
+/// How many of the menus asked for so far had nothing to show. Any thread.
+[[nodiscard]] unsigned empty_menus() noexcept;
+
 /// The absolute list of a selection that is one folder; null for any other.
 [[nodiscard]] unique_absolute_list folder_target(IShellFolder* folder,
                                                  const item_selection& selection) noexcept;
