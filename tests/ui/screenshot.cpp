@@ -16,7 +16,7 @@ namespace ov::test {
 namespace {
 
 constexpr DWORD start_limit_ms = 10000;
-constexpr DWORD picture_limit_ms = 5000;
+constexpr DWORD picture_limit_ms = 20000;
 constexpr DWORD poll_ms = 50;
 // The pictures that the tests take have more than a thousand.
 constexpr std::size_t least_colours = 100;
