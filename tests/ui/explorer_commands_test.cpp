@@ -4,7 +4,6 @@ namespace ov::test {
 namespace {
 
 using testing::Contains;
-using testing::HasSubstr;
 using testing::Not;
 
 class ExplorerCommands : public explorer_fixture {};

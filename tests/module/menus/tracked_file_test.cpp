@@ -139,7 +139,7 @@ class ChronelFlow : public tracked_file_fixture {
     ChronelFlow() { reply_with_file(get_file_chronels, chronel_list); }
 
     /// The dialog answers with `action`, `identifier` and `file_name`.
-    void answer(std::uint32_t action, std::string identifier, std::wstring file_name = {}) {
+    void answer(std::uint32_t action, const std::string& identifier, const std::wstring& file_name = {}) {
         dialogs_.chronels = [=](const dialog::ChronelDialogRequest&, dialog::ChronelDialogResult& result) {
             result.size_bytes = sizeof result;
             result.action = action;

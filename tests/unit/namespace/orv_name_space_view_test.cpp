@@ -43,7 +43,7 @@ HRESULT WINAPI make_ungrouped_view(const SFV_CREATE* creation, IShellView** resu
 
 HRESULT WINAPI make_no_view(const SFV_CREATE*, IShellView** result) {
     *result = nullptr;
-    return 0x80040555;
+    return static_cast<HRESULT>(0x80040555);
 }
 
 TEST_F(OrvNameSpaceView, default_view_is_made_for_this_folder_and_grouped_by_type) {
