@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need; does nothing when all are there.
 #
-#   scripts/bootstrap.sh [--lint] [--clang] [--mutate]
+#   scripts/bootstrap.sh [--lint] [--clang] [--mutate] [--coverage]
 #
-#   --lint     also the tools that ./test.sh --all uses: clang-tidy, clang-format, shellcheck
-#   --clang    also the second compiler, from Debian's security archive
-#   --mutate   also what scripts/mutate.sh uses
+#   --lint       also the tools that ./test.sh --all uses: clang-tidy, clang-format, shellcheck
+#   --clang      also the second compiler, from Debian's security archive
+#   --mutate     also what scripts/mutate.sh uses
+#   --coverage   also what scripts/coverage.sh uses
 . "$(dirname "$0")/lib.sh"
 
 packages=(
@@ -19,6 +20,7 @@ for option in "$@"; do
     --lint) packages+=(clang-tidy-22 clang-format shellcheck) ;;
     --clang) packages+=(clang-22 lld-22) ;;
     --mutate) packages+=(python3) ;;
+    --coverage) packages+=(gcovr) ;;
     *) misused "unknown option '$option'" ;;
     esac
 done

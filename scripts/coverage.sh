@@ -1,0 +1,35 @@
+#!/usr/bin/env bash
+# Passes all tests in a build that counts what is executed, and lists what of the product none of them reached.
+#
+#   scripts/coverage.sh [--report]
+#
+#   --report   the list alone, from what was counted before
+#
+# Lines and branches of each file go to build/x64-coverage/coverage.txt, each line of code with its counts to
+# coverage/index.html beside it. Branches that only an exception takes are left out.
+export ORV_PRESET=x64-coverage
+. "$(dirname "$0")/lib.sh"
+
+report_only=
+if [ "${1:-}" = --report ]; then
+    report_only=yes
+    shift
+fi
+expect_end "$@"
+
+"$ORV_ROOT/scripts/bootstrap.sh" --coverage
+cd "$ORV_ROOT"
+build=build/$ORV_PRESET
+result=0
+if [ -z "$report_only" ]; then
+    find "$build" -name '*.gcda' -delete 2>/dev/null || true
+    # The checks of the built files are for what ships, and counters are written while the process ends.
+    ./test.sh -E '^image_|^module_exit_tests$' || result=$?
+fi
+mkdir -p "$build/coverage"
+gcovr --root . --object-directory "$build" --gcov-executable x86_64-w64-mingw32-gcov \
+    --filter '(module|ovufc|service|shell|namespace)/' \
+    --exclude-throw-branches --exclude-unreachable-branches \
+    --html-details "$build/coverage/index.html" --txt "$build/coverage.txt" --json "$build/coverage.json" "$build"
+cat "$build/coverage.txt"
+exit "$result"
