@@ -45,7 +45,7 @@ std::string read_file(const std::wstring& path) {
 void strip_signature(std::string& image) {
     IMAGE_DOS_HEADER dos{};
     std::memcpy(&dos, image.data(), sizeof dos);
-    IMAGE_NT_HEADERS64 headers{};
+    IMAGE_NT_HEADERS headers{};
     std::memcpy(&headers, image.data() + dos.e_lfanew, sizeof headers);
     auto& entry = headers.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_SECURITY];
     ASSERT_NE(entry.Size, 0U) << "the resource library has no signature";
