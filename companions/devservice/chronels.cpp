@@ -5,6 +5,7 @@
 
 #include "companions/devservice/file_io.h"
 #include "companions/devservice/json_text.h"
+#include "companions/devservice/links.h"
 #include "companions/devservice/restored_file.h"
 #include "companions/devservice/take_copy.h"
 #include "companions/devservice/text.h"
@@ -18,10 +19,9 @@ const file_record* record_of(const stored_copy& copy, const std::wstring& path) 
             continue;
         }
         const std::wstring relative = relative_to(path, folder.folder);
-        const auto found =
-            std::find_if(folder.records.begin(), folder.records.end(), [&](const file_record& record) {
-                return !record.folder && same_path(record.relative, relative);
-            });
+        const auto found = std::find_if(
+            folder.records.begin(), folder.records.end(),
+            [&](const file_record& record) { return record.kept() && same_path(record.relative, relative); });
         if (found != folder.records.end()) {
             return &*found;
         }
@@ -44,7 +44,7 @@ DWORD keep_present(vault& vault, service_state& state, const std::wstring& folde
         record.digest = taken.digest;
         record.size_bytes = taken.size_bytes;
         record.written = copy.taken_on;
-        copy.folders.push_back({.folder = folder, .records = {std::move(record)}});
+        copy.folders.push_back({.folder = folder, .records = {std::move(record)}, .unlisted = {}});
     }
     return error;
 }
@@ -106,7 +106,7 @@ chronel find_chronel(const service_state& state, const std::wstring& path, std::
 DWORD restore_chronel(vault& vault, const std::wstring& path, const std::string& clone_file_name) {
     return vault.change([&](service_state& state) -> DWORD {
         const protected_folder* folder = protection_of(state, path);
-        if (folder == nullptr || leads_through_link(folder->path, relative_to(path, folder->path))) {
+        if (folder == nullptr || leads_through_link(path)) {
             return ERROR_ACCESS_DENIED;
         }
         const chronel version = find_chronel(state, path, clone_file_name);

@@ -30,8 +30,8 @@ struct chronel {
                                    std::string_view clone_file_name);
 
 /// Puts a version in the place of the file as it is now, which is kept: as a chronel of its own and in the
-/// vault's aside folder. ERROR_ACCESS_DENIED when the path is in no protected folder or leads through a link,
-/// ERROR_NOT_FOUND when there is no such version.
+/// vault's aside folder. ERROR_ACCESS_DENIED when the path is in no protected folder or its way leads through
+/// a link, ERROR_NOT_FOUND when there is no such version.
 [[nodiscard]] DWORD restore_chronel(vault& vault, const std::wstring& path,
                                     const std::string& clone_file_name);
 

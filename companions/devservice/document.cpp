@@ -59,10 +59,8 @@ DWORD fix_document(vault& vault, const std::wstring& file) {
             static_cast<void>(remove_file(beside));
             error = write_new_file(beside, text);
         }
-        if (error == ERROR_SUCCESS &&
-            !MoveFileExW(long_form(beside).c_str(), long_form(vault.document_path()).c_str(),
-                         MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
-            error = GetLastError();
+        if (error == ERROR_SUCCESS) {
+            error = replace_file(beside, vault.document_path(), own_file_patience_ms);
         }
         state.fixed_document = true;
         document_changed(state);

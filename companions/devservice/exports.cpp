@@ -20,7 +20,7 @@ void for_each_record(const service_state& state, const std::wstring& folder, con
         for (const folder_copy& taken : copy->folders) {
             for (const file_record& record : taken.records) {
                 const std::wstring path = joined(taken.folder, record.relative);
-                if (!record.folder && is_within(path, folder)) {
+                if (record.kept() && is_within(path, folder)) {
                     visit(*copy, record, path);
                 }
             }

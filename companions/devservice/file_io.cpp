@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "companions/devservice/links.h"
 #include "companions/devservice/mark.h"
 #include "companions/devservice/path.h"
 #include "companions/devservice/sha256.h"
@@ -24,6 +25,38 @@ DWORD flush(HANDLE file) noexcept {
     return FlushFileBuffers(file) ? ERROR_SUCCESS : GetLastError();
 }
 
+/// Copies a file to another volume. Nobody can write to `from` as long as `held` is open.
+DWORD copy_held(const std::wstring& from, const std::wstring& to, win::unique_file& held) {
+    if (is_link(from)) {
+        return ERROR_CANT_ACCESS_FILE;  // what it leads to would be copied
+    }
+    held.reset(CreateFileW(long_form(from).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                           nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    if (!held) {
+        return GetLastError();
+    }
+    // CopyFileW keeps times, attributes and streams.
+    if (!CopyFileW(long_form(from).c_str(), long_form(to).c_str(), TRUE)) {
+        const DWORD error = GetLastError();
+        if (error != ERROR_FILE_EXISTS) {
+            static_cast<void>(remove_file(to));  // a part of it, on a full disk
+        }
+        return error;
+    }
+    const DWORD attributes = attributes_of(to);
+    SetFileAttributesW(long_form(to).c_str(), FILE_ATTRIBUTE_NORMAL);
+    win::unique_file copy(
+        CreateFileW(long_form(to).c_str(), GENERIC_WRITE, share_all, nullptr, OPEN_EXISTING, 0, nullptr));
+    const DWORD error = copy ? flush(copy.get()) : GetLastError();
+    copy.reset();
+    SetFileAttributesW(long_form(to).c_str(), attributes);
+    return error;
+}
+
+bool is_refusal_while_open(DWORD error) noexcept {
+    return error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION;
+}
+
 }  // namespace
 
 DWORD open_for_reading(const std::wstring& path, win::unique_file& file) {
@@ -38,8 +71,9 @@ DWORD open_for_reading(const std::wstring& path, win::unique_file& file) {
         return GetLastError();
     }
     const DWORD no_file = FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DIRECTORY;
-    if ((information.FileAttributes & no_file) != 0 &&
-        !is_marked_file(information.FileAttributes, information.ReparseTag)) {
+    if (((information.FileAttributes & no_file) != 0 &&
+         !is_marked_file(information.FileAttributes, information.ReparseTag)) ||
+        reached_elsewhere(opened.get(), path)) {
         return ERROR_CANT_ACCESS_FILE;
     }
     file = std::move(opened);
@@ -112,11 +146,39 @@ DWORD move_file(const std::wstring& from, const std::wstring& to) {
     if (const DWORD error = GetLastError(); error != ERROR_NOT_SAME_DEVICE) {
         return error;
     }
-    // CopyFileW keeps times and attributes.
-    if (!CopyFileW(source.c_str(), target.c_str(), TRUE)) {
+    win::unique_file held;
+    const DWORD error = copy_held(from, to, held);
+    return error == ERROR_SUCCESS ? remove_file(from) : error;
+}
+
+DWORD replace_file(const std::wstring& from, const std::wstring& to, DWORD patience_ms) {
+    constexpr DWORD poll_ms = 1;
+    const ULONGLONG start_ms = GetTickCount64();
+    for (;;) {
+        if (MoveFileExW(long_form(from).c_str(), long_form(to).c_str(),
+                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+            return ERROR_SUCCESS;
+        }
+        const DWORD error = GetLastError();
+        if (!is_refusal_while_open(error) || GetTickCount64() - start_ms >= patience_ms) {
+            return error;
+        }
+        Sleep(poll_ms);
+    }
+}
+
+DWORD duplicate_file(const std::wstring& from, const std::wstring& to) {
+    // A file that is held could get a second name, but neither of them would go away again.
+    win::unique_file held(CreateFileW(long_form(from).c_str(), DELETE, share_all, nullptr, OPEN_EXISTING,
+                                      FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    if (!held) {
         return GetLastError();
     }
-    return remove_file(from);
+    held.reset();
+    if (CreateHardLinkW(long_form(to).c_str(), long_form(from).c_str(), nullptr)) {
+        return ERROR_SUCCESS;
+    }
+    return copy_held(from, to, held);
 }
 
 DWORD remove_file(const std::wstring& path) {
@@ -183,20 +245,6 @@ bool is_plain_folder(const std::wstring& path) {
     const DWORD attributes = attributes_of(path);
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 &&
            (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0;
-}
-
-bool leads_through_link(const std::wstring& folder, const std::wstring& relative) {
-    std::wstring part = relative;
-    while (!part.empty()) {
-        const std::wstring path = joined(folder, part);
-        const DWORD attributes = attributes_of(path);
-        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-            !is_marked(path)) {
-            return true;
-        }
-        part = parent_of(part);
-    }
-    return false;
 }
 
 }  // namespace ov::devservice

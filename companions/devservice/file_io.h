@@ -12,7 +12,8 @@ namespace ov::devservice {
 /// Small file operations. All paths are clean paths of any length; every function gives a Windows error code,
 /// ERROR_SUCCESS when it did its work.
 
-/// Opens a file for reading whatever others do with it. A link is not followed: ERROR_CANT_ACCESS_FILE.
+/// Opens a file for reading whatever others do with it. What is a link itself is not followed:
+/// ERROR_CANT_ACCESS_FILE.
 [[nodiscard]] DWORD open_for_reading(const std::wstring& path, win::unique_file& file);
 
 /// Makes a file for writing; ERROR_FILE_EXISTS when something of that name is there.
@@ -28,8 +29,20 @@ namespace ov::devservice {
 /// Makes a folder and those above it that are missing.
 [[nodiscard]] DWORD make_folders(const std::wstring& path);
 
-/// Moves a file or a link; to another volume by copy and delete. Read-only files too. Never replaces.
+/// Moves a file or a link; a file to another volume by copy and delete. Read-only files too. Never replaces.
 [[nodiscard]] DWORD move_file(const std::wstring& from, const std::wstring& to);
+
+/// Moves `from` to `to` in one step: whatever ends the process, `to` is the file that was there or the new
+/// one. Nothing can be replaced while somebody has it open, so it is tried again until the time is over:
+/// ERROR_ACCESS_DENIED or ERROR_SHARING_VIOLATION then.
+[[nodiscard]] DWORD replace_file(const std::wstring& from, const std::wstring& to, DWORD patience_ms);
+
+/// How long to wait with that for those who only read one of the service's own files.
+inline constexpr DWORD own_file_patience_ms = 10'000;
+
+/// Gives a file a second name, or where that cannot be (on another volume) a copy whose bytes are on the
+/// disk. Refused while somebody holds the file; nobody wrote to it while it was copied.
+[[nodiscard]] DWORD duplicate_file(const std::wstring& from, const std::wstring& to);
 
 /// Deletes a file, a read-only one too.
 [[nodiscard]] DWORD remove_file(const std::wstring& path);
@@ -48,9 +61,5 @@ namespace ov::devservice {
 
 /// True for a folder that is no link.
 [[nodiscard]] bool is_plain_folder(const std::wstring& path);
-
-/// True when `relative` leads through a link somewhere below `folder`, or is one: what is written there would
-/// land outside the folder.
-[[nodiscard]] bool leads_through_link(const std::wstring& folder, const std::wstring& relative);
 
 }  // namespace ov::devservice

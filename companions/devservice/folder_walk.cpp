@@ -24,7 +24,8 @@ found_entry entry_from(const WIN32_FIND_DATAW& data, const std::wstring& relativ
     return entry;
 }
 
-/// What stands directly in `folder`; an error when it cannot be listed to its end.
+/// What stands directly in `folder`; an error when it cannot be listed to its
+/// end.
 DWORD list(const std::wstring& folder, const std::wstring& relative_to_root,
            std::vector<found_entry>& found) {
     WIN32_FIND_DATAW data{};
@@ -46,17 +47,18 @@ DWORD list(const std::wstring& folder, const std::wstring& relative_to_root,
 }  // namespace
 
 std::vector<found_entry> walk_folder(const std::wstring& folder, const std::wstring& left_out,
-                                     problems& unreadable) {
+                                     problems& unlisted) {
     std::vector<found_entry> found;
     std::vector<std::wstring> to_list{std::wstring()};
-    // A list of its own in place of recursion: the depth of a folder is set by whoever fills it.
+    // A list of its own in place of recursion: the depth of a folder is set by
+    // whoever fills it.
     while (!to_list.empty()) {
         const std::wstring relative = std::move(to_list.back());
         to_list.pop_back();
         const std::wstring path = joined(folder, relative);
         std::vector<found_entry> here;
         if (const DWORD error = list(path, relative, here); error != ERROR_SUCCESS) {
-            unreadable.push_back({path, error});
+            unlisted.push_back({relative, error});
         }
         for (found_entry& entry : here) {
             if (is_within(joined(folder, entry.relative), left_out)) {

@@ -7,10 +7,9 @@
 #include <vector>
 
 #include "companions/devservice/problem.h"
+#include "companions/devservice/records.h"
 
 namespace ov::devservice {
-
-enum class entry_kind { file, folder, link };
 
 /// Something found below a folder.
 struct found_entry {
@@ -23,9 +22,10 @@ struct found_entry {
 };
 
 /// Everything below `folder` (a clean path), each folder before what it holds. A link (any reparse point but
-/// the mark of a tracked file) is named and not followed. `left_out` and what is below it are passed over:
-/// the service's own folder must not be copied into itself. Folders that cannot be listed go to `unreadable`.
+/// the mark of a tracked file) is named and not followed; see links.h for those that show no attribute.
+/// `left_out` and what is below it are passed over: the service's own folder must not be copied into itself.
+/// Folders that cannot be listed to their end go to `unlisted`, as paths below `folder`.
 [[nodiscard]] std::vector<found_entry> walk_folder(const std::wstring& folder, const std::wstring& left_out,
-                                                   problems& unreadable);
+                                                   problems& unlisted);
 
 }  // namespace ov::devservice

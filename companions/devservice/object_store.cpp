@@ -3,14 +3,23 @@
 #include <utility>
 
 #include "companions/devservice/file_io.h"
+#include "companions/devservice/folder_walk.h"
 #include "companions/devservice/path.h"
 #include "companions/devservice/sha256.h"
+#include "companions/devservice/text.h"
+#include "companions/devservice/unfinished_file.h"
 
 namespace ov::devservice {
 namespace {
 
 // One name is enough: who puts holds the state lock.
 constexpr wchar_t incoming_name[] = L"incoming";
+
+std::uint64_t size_of(const std::wstring& path) {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    const bool found = GetFileAttributesExW(long_form(path).c_str(), GetFileExInfoStandard, &data);
+    return found ? ULARGE_INTEGER{{data.nFileSizeLow, data.nFileSizeHigh}}.QuadPart : ~std::uint64_t{0};
+}
 
 }  // namespace
 
@@ -24,6 +33,19 @@ bool object_store::contains(const std::string& digest) const {
     return is_digest(digest) && attributes_of(path_of(digest)) != INVALID_FILE_ATTRIBUTES;
 }
 
+bool object_store::holds(const object& wanted) {
+    const std::wstring path = path_of(wanted.digest);
+    if (size_of(path) != wanted.size_bytes) {
+        return false;
+    }
+    std::string digest;
+    if (!verified_.contains(wanted.digest) && hash_file(path, digest) == ERROR_SUCCESS &&
+        digest == wanted.digest) {
+        verified_.insert(digest);
+    }
+    return verified_.contains(wanted.digest);
+}
+
 DWORD object_store::put(const std::wstring& file, object& stored) {
     win::unique_file from;
     DWORD error = open_for_reading(file, from);
@@ -33,7 +55,7 @@ DWORD object_store::put(const std::wstring& file, object& stored) {
     // Most files of a restore point have not changed since the copy before it: reading is enough for those.
     object taken;
     error = copy_and_hash(from.get(), INVALID_HANDLE_VALUE, taken.digest, taken.size_bytes);
-    if (error == ERROR_SUCCESS && !contains(taken.digest)) {
+    if (error == ERROR_SUCCESS && !holds(taken)) {
         error = copy_in(from.get(), taken);
     }
     if (error == ERROR_SUCCESS) {
@@ -46,9 +68,9 @@ DWORD object_store::copy_in(HANDLE from, object& taken) {
     DWORD error = make_folders(folder_);
     const std::wstring incoming = joined(folder_, incoming_name);
     static_cast<void>(remove_file(incoming));  // of a put that was interrupted
-    win::unique_file to;
+    unfinished_file to;
     if (error == ERROR_SUCCESS) {
-        error = create_new_file(incoming, to);
+        error = to.make(incoming);
     }
     if (error != ERROR_SUCCESS) {
         return error;
@@ -59,24 +81,35 @@ DWORD object_store::copy_in(HANDLE from, object& taken) {
     } else {
         error = copy_and_hash(from, to.get(), taken.digest, taken.size_bytes);
     }
-    to.reset();
     if (error == ERROR_SUCCESS) {
-        error = keep(incoming, taken.digest);
+        error = to.finish();
     }
-    if (error != ERROR_SUCCESS) {
-        static_cast<void>(remove_file(incoming));
+    return error == ERROR_SUCCESS ? keep(incoming, taken) : error;
+}
+
+DWORD object_store::keep(const std::wstring& incoming, const object& taken) {
+    if (holds(taken)) {
+        return remove_file(incoming);
+    }
+    const DWORD error = replace_file(incoming, path_of(taken.digest), own_file_patience_ms);
+    if (error == ERROR_SUCCESS) {
+        verified_.insert(taken.digest);
     }
     return error;
 }
 
-DWORD object_store::keep(const std::wstring& incoming, const std::string& digest) {
-    if (contains(digest)) {
-        return remove_file(incoming);
+void object_store::keep_only(const std::set<std::string>& digests) {
+    problems ignored;
+    for (const found_entry& entry : walk_folder(folder_, std::wstring(), ignored)) {
+        const std::string name = to_utf8_lossy(entry.relative);
+        const bool ours = entry.relative == incoming_name || is_digest(name);
+        if (ours && entry.kind == entry_kind::file && !digests.contains(name)) {
+            static_cast<void>(remove_file(joined(folder_, entry.relative)));
+        }
     }
-    return move_file(incoming, path_of(digest));
 }
 
-DWORD object_store::write_out(const std::string& digest, const std::wstring& new_file) const {
+DWORD object_store::write_out(const std::string& digest, HANDLE to) const {
     if (!is_digest(digest)) {
         return ERROR_INVALID_DATA;
     }
@@ -85,22 +118,10 @@ DWORD object_store::write_out(const std::string& digest, const std::wstring& new
     if (error != ERROR_SUCCESS) {
         return error;
     }
-    win::unique_file to;
-    error = create_new_file(new_file, to);
-    if (error != ERROR_SUCCESS) {
-        return error;
-    }
     std::string written_digest;
     std::uint64_t size_bytes = 0;
-    error = copy_and_hash(from.get(), to.get(), written_digest, size_bytes);
-    if (error == ERROR_SUCCESS && written_digest != digest) {
-        error = ERROR_CRC;
-    }
-    to.reset();
-    if (error != ERROR_SUCCESS) {
-        static_cast<void>(remove_file(new_file));
-    }
-    return error;
+    error = copy_and_hash(from.get(), to, written_digest, size_bytes);
+    return error == ERROR_SUCCESS && written_digest != digest ? DWORD{ERROR_CRC} : error;
 }
 
 }  // namespace ov::devservice

@@ -142,6 +142,11 @@ std::wstring parent_of(std::wstring_view path) {
     return std::wstring(slash == std::wstring_view::npos ? std::wstring_view() : path.substr(0, slash));
 }
 
+std::wstring parent_folder(const std::wstring& clean) {
+    const std::wstring parent = parent_of(clean);
+    return parent.ends_with(L':') ? parent + L'\\' : parent;
+}
+
 bool is_volume_root(std::wstring_view clean) {
     if (begins_with_drive(clean)) {
         return clean.size() == 3;

@@ -33,6 +33,9 @@ namespace ov::devservice {
 [[nodiscard]] std::wstring base_name(std::wstring_view path);
 [[nodiscard]] std::wstring parent_of(std::wstring_view path);
 
+/// The folder that holds what stands at a clean path; a volume's root for what stands there directly.
+[[nodiscard]] std::wstring parent_folder(const std::wstring& clean);
+
 /// True for "C:\" and for "\\server\share".
 [[nodiscard]] bool is_volume_root(std::wstring_view clean);
 

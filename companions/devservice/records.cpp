@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "companions/devservice/text.h"
+
 namespace ov::devservice {
 namespace {
 
@@ -14,11 +16,16 @@ bool any_holds(const std::vector<std::wstring>& folders, const std::wstring& pat
 
 }  // namespace
 
+bool is_recordable(std::wstring_view relative) {
+    return is_safe_relative(relative) && to_utf8(relative).has_value();
+}
+
 const char* words_for(copy_kind kind) noexcept {
     switch (kind) {
         case copy_kind::first:
             return "first copy";
         case copy_kind::restore_point:
+        case copy_kind::past_point:
             return "restore point";
         default:
             return "before a restore";

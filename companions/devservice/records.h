@@ -5,14 +5,15 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "companions/devservice/path.h"
 
 namespace ov::devservice {
 
-/// What the service remembers between runs; kept in the state file. All paths are clean paths, all times file
-/// times (100 ns since 1601, UTC).
+/// What the service remembers between runs; kept in the state file. All paths
+/// are clean paths, all times file times (100 ns since 1601, UTC).
 
 /// A folder that the user protects: its files are copied.
 struct protected_folder {
@@ -21,25 +22,44 @@ struct protected_folder {
     std::int64_t protected_on = 0;
 };
 
-/// A file or folder as it was when a copy was taken.
+enum class entry_kind { file, folder, link };
+
+/// A file, folder or link as it was seen when a copy was taken.
 struct file_record {
-    std::wstring relative;  // below the folder of its folder_copy
-    bool folder = false;
-    std::string digest;  // of the object with the content; empty for a folder
+    std::wstring relative;  // below the folder of its folder_copy; a recordable name
+    entry_kind kind = entry_kind::file;
+    std::string digest;  // of the object with a file's content; empty when that
+                         // could not be kept
     std::uint64_t size_bytes = 0;
     std::int64_t written = 0;
     DWORD attributes = 0;
+
+    [[nodiscard]] bool folder() const noexcept { return kind == entry_kind::folder; }
+    /// A file whose content is in the store.
+    [[nodiscard]] bool kept() const noexcept { return !digest.empty(); }
 };
 
+/// What a copy saw of one folder. What stands there and has no record appeared
+/// later, unless its name is not recordable or it is below a folder that could
+/// not be listed.
 struct folder_copy {
     std::wstring folder;
     std::vector<file_record> records;
+    std::vector<std::wstring> unlisted;  // relative paths of folders; empty text for the folder itself
 };
 
-/// Why a copy was taken.
-enum class copy_kind { first, restore_point, before_restore };
+/// Whether the state file can hold a path below a folder and give it back: well
+/// formed, and one that stays below. Who writes the state and who reads it both
+/// ask here.
+[[nodiscard]] bool is_recordable(std::wstring_view relative);
 
-/// The same for people: "first copy", "restore point", "before a restore".
+/// Why a copy was taken. A past point is what is left of a restore point that
+/// is no longer kept: the versions that files still have in it. Nothing is
+/// rolled back to it.
+enum class copy_kind { first, restore_point, before_restore, past_point };
+
+/// The same for people: "first copy", "restore point" (a past one too), "before
+/// a restore".
 [[nodiscard]] const char* words_for(copy_kind kind) noexcept;
 
 struct stored_copy {
@@ -49,7 +69,8 @@ struct stored_copy {
     std::vector<folder_copy> folders;
 };
 
-/// The lists of synchronised folders in the protected-locations document, in the document's order.
+/// The lists of synchronised folders in the protected-locations document, in
+/// the document's order.
 inline constexpr std::array<const char*, 5> cloud_providers = {"oneDrive", "google", "boxSyn", "dropBox",
                                                                "oneDriveBusiness"};
 
@@ -74,7 +95,8 @@ void document_changed(service_state& state) noexcept;
 /// The protected folder that `path` is in, or null.
 [[nodiscard]] const protected_folder* protection_of(const service_state& state, const std::wstring& path);
 
-/// Whether clients are told that `path` is protected: in a protected folder or in a listed location.
+/// Whether clients are told that `path` is protected: in a protected folder or
+/// in a listed location.
 [[nodiscard]] bool counts_as_protected(const service_state& state, const std::wstring& path);
 
 /// The rule whose folder `path` is in ("C:\Users\NAME\RULE…"), or null.

@@ -10,9 +10,6 @@
 namespace ov::devservice {
 namespace {
 
-// The newest points that fit a reply with room to spare; clients use the first.
-constexpr std::size_t points_listed = 16;
-
 struct point_identity {
     std::int64_t created_on = 0;
     std::int64_t sequence_number = 0;
@@ -32,7 +29,7 @@ std::optional<point_identity> identity_from(const json& parameters) {
 reply get_restore_points(answering& context, const json&) {
     json points = json::array();
     const std::vector<stored_copy>& copies = context.store.state().copies;
-    for (auto copy = copies.rbegin(); copy != copies.rend() && points.size() < points_listed; ++copy) {
+    for (auto copy = copies.rbegin(); copy != copies.rend(); ++copy) {
         if (copy->kind == copy_kind::restore_point) {
             points.push_back({{"createdOn", copy->taken_on}, {"sequenceNumber", copy->number}});
         }

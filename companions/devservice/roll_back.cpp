@@ -5,6 +5,7 @@
 
 #include "companions/devservice/file_io.h"
 #include "companions/devservice/folder_walk.h"
+#include "companions/devservice/links.h"
 #include "companions/devservice/restored_file.h"
 
 namespace ov::devservice {
@@ -26,6 +27,34 @@ struct folder_job {
         }
     }
 
+    const file_record* recorded(std::wstring_view relative) const {
+        const auto found = records.find(relative);
+        return found == records.end() ? nullptr : found->second;
+    }
+
+    /// Whether the copy looked into the folder; it does not look through a link, whatever stands there now.
+    bool looked_into(const std::wstring& relative) const {
+        const file_record* record = recorded(relative);
+        return (record == nullptr || record->kind != entry_kind::link) &&
+               std::none_of(copy.unlisted.begin(), copy.unlisted.end(),
+                            [&](const std::wstring& unlisted) { return same_path(unlisted, relative); });
+    }
+
+    /// For what has no record: whether the copy would have one, had it been there.
+    bool appeared_since(const std::wstring& relative) const {
+        if (!is_recordable(relative)) {
+            return false;
+        }
+        std::wstring folder = relative;
+        while (!folder.empty()) {
+            folder = parent_of(folder);
+            if (!looked_into(folder)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
     void move_aside(const std::wstring& relative) {
         const std::wstring target = joined(aside, relative);
         DWORD error = make_folders(parent_of(target));
@@ -36,8 +65,49 @@ struct folder_job {
         result.moved_aside += error == ERROR_SUCCESS ? 1 : 0;
     }
 
-    /// A folder that was not there: its files have been moved, so it is empty unless one of them could not
-    /// be, or a link is in it; then it stays, and is no failure of its own unless it is in the way.
+    /// What stands in the place of a recorded file or folder and is neither.
+    void clear_the_way(const found_entry& entry) {
+        if (is_always_followed(joined(copy.folder, entry.relative))) {
+            note(entry.relative, ERROR_CANT_ACCESS_FILE);  // moving it would move what it leads to
+        } else {
+            move_aside(entry.relative);
+        }
+    }
+
+    void clear_what_appeared(const std::vector<found_entry>& found) {
+        for (const found_entry& entry : found) {
+            const file_record* record = recorded(entry.relative);
+            if (record == nullptr) {
+                if (entry.kind == entry_kind::file && appeared_since(entry.relative) &&
+                    !is_link(joined(copy.folder, entry.relative))) {
+                    move_aside(entry.relative);
+                }
+            } else if (is_in_the_way(entry, *record)) {
+                clear_the_way(entry);
+            }
+        }
+    }
+
+    static bool is_in_the_way(const found_entry& entry, const file_record& record) {
+        return record.folder() ? entry.kind != entry_kind::folder
+                               : record.kept() && entry.kind == entry_kind::link;
+    }
+
+    /// Folders that were not there: their files have been moved, so they are empty unless one of them could
+    /// not be, or was none of ours to move; then they stay, and are no failure unless they are in the way.
+    void remove_folders_that_appeared(const std::vector<found_entry>& found) {
+        // Each folder comes after the one that holds it: from the back, the inner ones go first.
+        for (auto entry = found.rbegin(); entry != found.rend(); ++entry) {
+            if (entry->kind != entry_kind::folder) {
+                continue;
+            }
+            const file_record* record = recorded(entry->relative);
+            if (record == nullptr ? appeared_since(entry->relative) : record->kept()) {
+                remove_folder(entry->relative, record != nullptr);
+            }
+        }
+    }
+
     void remove_folder(const std::wstring& relative, bool in_the_way) {
         const std::wstring path = joined(copy.folder, relative);
         DWORD error = make_folders(joined(aside, relative));
@@ -49,35 +119,15 @@ struct folder_job {
         }
     }
 
-    const file_record* recorded(const std::wstring& relative) const {
-        const auto found = records.find(relative);
-        return found == records.end() ? nullptr : found->second;
-    }
-
-    void clear_what_appeared() {
-        const std::vector<found_entry> found = walk_folder(copy.folder, vault.folder(), result.failed);
-        for (const found_entry& entry : found) {
-            const file_record* record = recorded(entry.relative);
-            const bool appeared = record == nullptr ? entry.kind == entry_kind::file
-                                                    : (entry.kind == entry_kind::link ||
-                                                       (entry.kind == entry_kind::file && record->folder));
-            if (appeared) {
-                move_aside(entry.relative);
-            }
-        }
-        // Each folder comes after the one that holds it: from the back, the inner ones go first.
-        for (auto entry = found.rbegin(); entry != found.rend(); ++entry) {
-            const file_record* record = recorded(entry->relative);
-            if (entry->kind == entry_kind::folder && (record == nullptr || !record->folder)) {
-                remove_folder(entry->relative, record != nullptr);
-            }
-        }
+    void restore_folder(const file_record& record) {
+        const std::wstring path = joined(copy.folder, record.relative);
+        note(record.relative, leads_through_link(path) ? DWORD{ERROR_CANT_ACCESS_FILE} : make_folders(path));
     }
 
     void restore_file(const file_record& record) {
         const std::wstring path = joined(copy.folder, record.relative);
         std::string digest;
-        const DWORD read_error = hash_file(path, digest);
+        const DWORD read_error = leads_through_link(path) ? ERROR_CANT_ACCESS_FILE : hash_file(path, digest);
         if (read_error == ERROR_SUCCESS && digest == record.digest) {
             ++result.untouched;
             return;
@@ -92,19 +142,40 @@ struct folder_job {
         }
     }
 
+    /// A file that was seen and not kept: nothing can be done, but whether it is as it was is said.
+    void look_at_file(const file_record& record) {
+        WIN32_FILE_ATTRIBUTE_DATA data{};
+        const std::wstring path = long_form(joined(copy.folder, record.relative));
+        const bool there = GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data);
+        const ULARGE_INTEGER size{{data.nFileSizeLow, data.nFileSizeHigh}};
+        const ULARGE_INTEGER written{
+            {data.ftLastWriteTime.dwLowDateTime, data.ftLastWriteTime.dwHighDateTime}};
+        const bool same = there && size.QuadPart == record.size_bytes &&
+                          static_cast<std::int64_t>(written.QuadPart) == record.written;
+        note(record.relative, same ? ERROR_SUCCESS : ERROR_NOT_FOUND);
+    }
+
     void run() {
         for (const file_record& record : copy.records) {
             records.emplace(record.relative, &record);
         }
-        clear_what_appeared();
+        problems unlisted;
+        const std::vector<found_entry> found = walk_folder(copy.folder, vault.folder(), unlisted);
+        for (const problem& one : unlisted) {
+            note(one.path, one.error);
+        }
+        clear_what_appeared(found);
+        remove_folders_that_appeared(found);
         for (const file_record& record : copy.records) {
-            if (record.folder) {
-                note(record.relative, make_folders(joined(copy.folder, record.relative)));
+            if (record.folder()) {
+                restore_folder(record);
             }
         }
         for (const file_record& record : copy.records) {
-            if (!record.folder) {
+            if (record.kept()) {
                 restore_file(record);
+            } else if (record.kind == entry_kind::file) {
+                look_at_file(record);
             }
         }
     }
@@ -114,10 +185,9 @@ struct folder_job {
 
 void roll_back_folder(const vault& vault, const folder_copy& copy, const std::wstring& aside,
                       roll_back_result& result) {
-    DWORD error = make_folders(copy.folder);
-    if (error == ERROR_SUCCESS && !is_plain_folder(copy.folder)) {
-        error = ERROR_CANT_ACCESS_FILE;  // a link now stands in the folder's place
-    }
+    // A link may stand in the place of the folder now, or of one on the way to it.
+    const DWORD error =
+        leads_through_link(copy.folder) ? DWORD{ERROR_CANT_ACCESS_FILE} : make_folders(copy.folder);
     if (error != ERROR_SUCCESS) {
         result.failed.push_back({copy.folder, error});
         return;

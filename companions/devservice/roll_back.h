@@ -12,16 +12,18 @@ namespace ov::devservice {
 struct roll_back_result {
     std::size_t restored = 0;     // files written again
     std::size_t untouched = 0;    // files that were as recorded
-    std::size_t moved_aside = 0;  // files and links that were not there, or not so, at the restore point
+    std::size_t moved_aside = 0;  // files that were not there, or not so, and links in the way
     std::wstring aside;           // where those are now
     problems failed;
 };
 
-/// Brings one folder back to a record of it. Every file is byte-identical again; nothing is destroyed: what
-/// was changed or appeared since is moved below `aside`. A file is replaced only when its recorded content
-/// stands whole beside it, so that an interruption at any moment leaves each file in the old or the new
-/// state, and a second run completes the work. Links are not followed; one is moved only when it is in the
-/// way.
+/// Brings one folder back to a record of it. Every file whose content was kept is byte-identical again;
+/// nothing is destroyed: what was changed or appeared since is then below `aside`. An interruption at any
+/// moment leaves each file in its old or its new form, and a second run completes the work.
+///
+/// Only what is known to have appeared since is moved: not what was seen and could not be kept, what is below
+/// a folder that could not be listed, or what has a name that is not recordable. Links are not followed; one
+/// is moved only when it is in the way. A file that was not kept, and is gone or has changed, is reported.
 void roll_back_folder(const vault& vault, const folder_copy& copy, const std::wstring& aside,
                       roll_back_result& result);
 

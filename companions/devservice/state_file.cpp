@@ -8,9 +8,6 @@
 namespace ov::devservice {
 namespace {
 
-// Far above what copies of a few hundred thousand files take.
-constexpr std::uint64_t state_limit_bytes = 512ull * 1024 * 1024;
-
 /// Where a fresh state starts to count: clients keep the document of a generation that they have seen, so a
 /// state that was removed and made anew must not repeat the numbers of the old one. Seconds do.
 std::uint32_t first_generation() noexcept {
@@ -21,11 +18,12 @@ std::uint32_t first_generation() noexcept {
 
 }  // namespace
 
-state_file::state_file(const std::wstring& folder) : folder_(folder), path_(joined(folder, L"state.json")) {}
+state_file::state_file(const std::wstring& folder, std::uint64_t limit_bytes)
+    : folder_(folder), path_(joined(folder, L"state.json")), limit_bytes_(limit_bytes) {}
 
 DWORD state_file::load(service_state& state) const {
     std::string text;
-    const DWORD error = read_whole_file(path_, state_limit_bytes, text);
+    const DWORD error = read_whole_file(path_, limit_bytes_, text);
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) {
         state = service_state();
         state.generation = first_generation();
@@ -46,15 +44,24 @@ DWORD state_file::save(service_state& state) const {
     if (const DWORD error = make_folders(folder_); error != ERROR_SUCCESS) {
         return error;
     }
+    ++state.revision;
+    const std::optional<std::string> text = state_to_text(state);
+    if (!text) {
+        return ERROR_INVALID_NAME;
+    }
+    if (text->size() > limit_bytes_) {
+        return ERROR_FILE_TOO_LARGE;
+    }
     const std::wstring beside = path_ + L".new";
     static_cast<void>(remove_file(beside));  // of a save that was interrupted
-    ++state.revision;
-    if (const DWORD error = write_new_file(beside, state_to_text(state)); error != ERROR_SUCCESS) {
+    if (const DWORD error = write_new_file(beside, *text); error != ERROR_SUCCESS) {
         return error;
     }
-    const bool replaced = MoveFileExW(long_form(beside).c_str(), long_form(path_).c_str(),
-                                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
-    return replaced ? ERROR_SUCCESS : GetLastError();
+    const DWORD error = replace_file(beside, path_, own_file_patience_ms);
+    if (error != ERROR_SUCCESS) {
+        static_cast<void>(remove_file(beside));
+    }
+    return error;
 }
 
 }  // namespace ov::devservice

@@ -11,12 +11,44 @@
 namespace ov::devservice {
 namespace {
 
-constexpr int format_version = 1;
-constexpr const char* copy_kind_names[] = {"first", "restorePoint", "beforeRestore"};
+constexpr int format_version = 2;
+// In the order of the enumerations.
+constexpr const char* copy_kind_names[] = {"first", "restorePoint", "beforeRestore", "pastPoint"};
+constexpr const char* entry_kind_names[] = {"file", "folder", "link"};
 
-// Every path in the state was checked to be well formed when it came in.
+/// The place of `name` in a list of names, as a value of the enumeration that
+/// the list goes with.
+template <class Enumeration, std::size_t Count>
+Enumeration value_named(const char* const (&names)[Count], const std::string& name) {
+    for (std::size_t place = 0; place < Count; ++place) {
+        if (name == names[place]) {
+            return static_cast<Enumeration>(place);
+        }
+    }
+    throw std::runtime_error("unknown kind");
+}
+
 std::string text_of(const std::wstring& path) {
-    return to_utf8_lossy(path);
+    std::optional<std::string> text = to_utf8(path);
+    if (!text) {
+        throw std::runtime_error("not well formed");
+    }
+    return *std::move(text);
+}
+
+/// The one rule for records, on the way out and on the way in.
+void check(const file_record& record) {
+    const bool digest_fits =
+        record.kept() ? record.kind == entry_kind::file && is_digest(record.digest) : true;
+    if (!is_recordable(record.relative) || !digest_fits) {
+        throw std::runtime_error("not a record");
+    }
+}
+
+void check_unlisted(const std::wstring& relative) {
+    if (!relative.empty() && !is_recordable(relative)) {
+        throw std::runtime_error("not a path below the folder");
+    }
 }
 
 std::wstring path_from(const json& value) {
@@ -44,11 +76,14 @@ std::vector<std::wstring> list_from_json(const json& array) {
 }
 
 json record_to_json(const file_record& record) {
-    json value = {
-        {"path", text_of(record.relative)}, {"attributes", record.attributes}, {"written", record.written}};
-    if (!record.folder) {
+    check(record);
+    json value = {{"path", text_of(record.relative)},
+                  {"kind", entry_kind_names[static_cast<int>(record.kind)]},
+                  {"attributes", record.attributes},
+                  {"written", record.written},
+                  {"size", record.size_bytes}};
+    if (record.kept()) {
         value["object"] = record.digest;
-        value["size"] = record.size_bytes;
     }
     return value;
 }
@@ -56,16 +91,12 @@ json record_to_json(const file_record& record) {
 file_record record_from_json(const json& value) {
     file_record record;
     record.relative = path_from(value.at("path"));
-    record.folder = !value.contains("object");
+    record.kind = value_named<entry_kind>(entry_kind_names, value.at("kind").get_ref<const std::string&>());
     record.written = value.at("written").get<std::int64_t>();
     record.attributes = value.at("attributes").get<DWORD>();
-    if (!record.folder) {
-        record.digest = value.at("object").get<std::string>();
-        record.size_bytes = value.at("size").get<std::uint64_t>();
-    }
-    if (!is_safe_relative(record.relative) || (!record.folder && !is_digest(record.digest))) {
-        throw std::runtime_error("unsafe record");
-    }
+    record.size_bytes = value.at("size").get<std::uint64_t>();
+    record.digest = value.value("object", std::string());
+    check(record);
     return record;
 }
 
@@ -76,7 +107,12 @@ json copy_to_json(const stored_copy& copy) {
         for (const file_record& record : folder.records) {
             records.push_back(record_to_json(record));
         }
-        folders.push_back({{"folder", text_of(folder.folder)}, {"files", std::move(records)}});
+        for (const std::wstring& relative : folder.unlisted) {
+            check_unlisted(relative);
+        }
+        folders.push_back({{"folder", text_of(folder.folder)},
+                           {"files", std::move(records)},
+                           {"unlisted", list_to_json(folder.unlisted)}});
     }
     return {{"number", copy.number},
             {"kind", copy_kind_names[static_cast<int>(copy.kind)]},
@@ -84,25 +120,20 @@ json copy_to_json(const stored_copy& copy) {
             {"folders", std::move(folders)}};
 }
 
-copy_kind kind_from(const std::string& name) {
-    for (int kind = 0; kind < static_cast<int>(std::size(copy_kind_names)); ++kind) {
-        if (name == copy_kind_names[kind]) {
-            return static_cast<copy_kind>(kind);
-        }
-    }
-    throw std::runtime_error("unknown kind of copy");
-}
-
 stored_copy copy_from_json(const json& value) {
     stored_copy copy;
     copy.number = value.at("number").get<std::int64_t>();
-    copy.kind = kind_from(value.at("kind").get_ref<const std::string&>());
+    copy.kind = value_named<copy_kind>(copy_kind_names, value.at("kind").get_ref<const std::string&>());
     copy.taken_on = value.at("takenOn").get<std::int64_t>();
     for (const json& folder : value.at("folders")) {
         folder_copy& taken = copy.folders.emplace_back();
         taken.folder = path_from(folder.at("folder"));
         for (const json& record : folder.at("files")) {
             taken.records.push_back(record_from_json(record));
+        }
+        taken.unlisted = list_from_json(folder.at("unlisted"));
+        for (const std::wstring& relative : taken.unlisted) {
+            check_unlisted(relative);
         }
     }
     return copy;
@@ -134,9 +165,7 @@ service_state state_from_json(const json& root) {
     return state;
 }
 
-}  // namespace
-
-std::string state_to_text(const service_state& state) {
+json state_to_json(const service_state& state) {
     json folders = json::array();
     for (const protected_folder& folder : state.folders) {
         folders.push_back({{"path", text_of(folder.path)},
@@ -151,13 +180,22 @@ std::string state_to_text(const service_state& state) {
     for (const stored_copy& copy : state.copies) {
         copies.push_back(copy_to_json(copy));
     }
-    const json root = {{"version", format_version},          {"revision", state.revision},
-                       {"generation", state.generation},     {"flags", state.flags},
-                       {"nextCopy", state.next_copy},        {"folders", std::move(folders)},
-                       {"rules", list_to_json(state.rules)}, {"mgmtCustom", list_to_json(state.managed)},
-                       {"cloud", std::move(cloud)},          {"fixedDocument", state.fixed_document},
-                       {"copies", std::move(copies)}};
-    return to_text(root, 1);
+    return {{"version", format_version},          {"revision", state.revision},
+            {"generation", state.generation},     {"flags", state.flags},
+            {"nextCopy", state.next_copy},        {"folders", std::move(folders)},
+            {"rules", list_to_json(state.rules)}, {"mgmtCustom", list_to_json(state.managed)},
+            {"cloud", std::move(cloud)},          {"fixedDocument", state.fixed_document},
+            {"copies", std::move(copies)}};
+}
+
+}  // namespace
+
+std::optional<std::string> state_to_text(const service_state& state) {
+    try {
+        return to_text(state_to_json(state), 1);
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
 }
 
 std::optional<service_state> state_from_text(const std::string& text) {

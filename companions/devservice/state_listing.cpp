@@ -19,7 +19,7 @@ void print_copy(const stored_copy& copy) {
     std::wstring folders;
     for (const folder_copy& folder : copy.folders) {
         for (const file_record& record : folder.records) {
-            files += record.folder ? 0 : 1;
+            files += record.kept() ? 1 : 0;
         }
         folders += L", ";
         folders += folder.folder;

@@ -5,24 +5,52 @@
 
 #include "companions/devservice/file_io.h"
 #include "companions/devservice/folder_walk.h"
+#include "companions/devservice/links.h"
 #include "companions/devservice/text.h"
 
 namespace ov::devservice {
 namespace {
 
-DWORD copy_file(vault& vault, const std::wstring& folder, file_record& record) {
+/// Takes in a file's content; on an error its record says that it was seen and no more.
+DWORD copy_file(vault& vault, const std::wstring& path, file_record& record) {
     object_store::object taken;
-    const DWORD error = vault.objects().put(joined(folder, record.relative), taken);
+    const DWORD error = vault.objects().put(path, taken);
     if (error == ERROR_SUCCESS) {
         record.digest = std::move(taken.digest);
         record.size_bytes = taken.size_bytes;
+    } else if (is_link(path)) {
+        record.kind = entry_kind::link;
+        return ERROR_SUCCESS;
     }
     return error;
 }
 
+void copy_entry(vault& vault, const found_entry& entry, folder_copy& copy, problems& left_out) {
+    const std::wstring path = joined(copy.folder, entry.relative);
+    if (!is_recordable(entry.relative)) {
+        if (entry.kind != entry_kind::link) {
+            left_out.push_back({path, ERROR_INVALID_NAME});
+        }
+        return;
+    }
+    file_record record{.relative = entry.relative, .kind = entry.kind, .digest = {}};
+    record.size_bytes = entry.size_bytes;
+    record.written = entry.written;
+    record.attributes = entry.attributes;
+    if (entry.kind == entry_kind::file) {
+        if (const DWORD error = copy_file(vault, path, record); error != ERROR_SUCCESS) {
+            left_out.push_back({path, error});
+        }
+    }
+    copy.records.push_back(std::move(record));
+}
+
 DWORD check_may_protect(const vault& vault, const std::wstring& path) {
-    if (!is_plain_folder(path)) {
+    if (!is_plain_folder(path) || leads_through_link(path)) {
         return ERROR_PATH_NOT_FOUND;
+    }
+    if (!to_utf8(path)) {
+        return ERROR_INVALID_NAME;
     }
     // Copies into the service's own folder would be copied, and rolled back, themselves.
     const bool around_ours = is_within(vault.folder(), path) || is_within(path, vault.folder());
@@ -43,23 +71,14 @@ void take_object_path(service_state& state, const std::wstring& path, const std:
 folder_copy copy_folder(vault& vault, const std::wstring& folder, problems& left_out) {
     folder_copy copy;
     copy.folder = folder;
-    for (const found_entry& entry : walk_folder(folder, vault.folder(), left_out)) {
-        if (entry.kind == entry_kind::link) {
-            continue;
-        }
-        file_record record;
-        record.relative = entry.relative;
-        record.folder = entry.kind == entry_kind::folder;
-        record.written = entry.written;
-        record.attributes = entry.attributes;
-        DWORD error = to_utf8(entry.relative) ? ERROR_SUCCESS : ERROR_NO_UNICODE_TRANSLATION;
-        if (error == ERROR_SUCCESS && !record.folder) {
-            error = copy_file(vault, folder, record);
-        }
-        if (error == ERROR_SUCCESS) {
-            copy.records.push_back(std::move(record));
-        } else {
-            left_out.push_back({joined(folder, entry.relative), error});
+    problems unlisted;
+    for (const found_entry& entry : walk_folder(folder, vault.folder(), unlisted)) {
+        copy_entry(vault, entry, copy, left_out);
+    }
+    for (const problem& one : unlisted) {
+        left_out.push_back({joined(folder, one.path), one.error});
+        if (one.path.empty() || is_recordable(one.path)) {
+            copy.unlisted.push_back(one.path);
         }
     }
     return copy;
@@ -116,7 +135,7 @@ DWORD take_restore_point(vault& vault, std::int64_t& number, problems& left_out)
         }
         std::vector<folder_copy> folders;
         for (const protected_folder& folder : state.folders) {
-            if (is_plain_folder(folder.path)) {
+            if (is_plain_folder(folder.path) && !leads_through_link(folder.path)) {
                 folders.push_back(copy_folder(vault, folder.path, left_out));
             } else {
                 left_out.push_back({folder.path, ERROR_PATH_NOT_FOUND});

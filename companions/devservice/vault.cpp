@@ -4,6 +4,7 @@
 
 #include "companions/devservice/file_io.h"
 #include "companions/devservice/path.h"
+#include "companions/devservice/retention.h"
 #include "companions/devservice/state_lock.h"
 #include "companions/devservice/time_text.h"
 
@@ -28,16 +29,26 @@ DWORD vault::change(const std::function<DWORD(service_state&)>& change) {
     }
     service_state working;
     DWORD error = file_.load(working);
+    const std::int64_t next_copy = working.next_copy;
     if (error == ERROR_SUCCESS) {
         error = change(working);
+    }
+    const bool copy_added = working.next_copy != next_copy;
+    if (error == ERROR_SUCCESS && copy_added) {
+        let_older_copies_go(working);
     }
     if (error == ERROR_SUCCESS) {
         error = file_.save(working);
     }
-    if (error == ERROR_SUCCESS) {
-        state_ = std::move(working);
+    if (error != ERROR_SUCCESS) {
+        return error;
     }
-    return error;
+    state_ = std::move(working);
+    if (copy_added) {
+        // Not before: the state in the file says what is needed.
+        objects_.keep_only(needed_objects(state_));
+    }
+    return ERROR_SUCCESS;
 }
 
 std::wstring vault::aside_folder(std::int64_t number) const {

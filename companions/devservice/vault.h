@@ -27,8 +27,9 @@ class vault {
     [[nodiscard]] const object_store& objects() const noexcept { return objects_; }
 
     /// Changes the state: takes the lock, reads the file, calls `change` with the state, and saves unless it
-    /// answers an error. On any error neither the file nor `state()` has changed. `change` may take long
-    /// (copying); it must not call `change` again.
+    /// answers an error. On any error neither the file nor `state()` has changed. A change that adds a copy
+    /// makes older ones give way (see retention.h). `change` may take long (copying); it must not call
+    /// `change` again.
     [[nodiscard]] DWORD change(const std::function<DWORD(service_state&)>& change);
 
     /// A new, empty folder for what the roll-back to `number` moves aside.

@@ -163,6 +163,53 @@ TEST_F(RollBack, paths_beyond_260_characters_are_copied_and_restored) {
     EXPECT_EQ(read(joined(deep, L"far away.txt")), "far");
 }
 
+TEST_F(RollBack, files_go_aside_to_another_volume) {
+    const std::wstring memory_disk = L"Z:\\dev\\shm";
+    if (attributes_of(memory_disk) == INVALID_FILE_ATTRIBUTES) {
+        GTEST_SKIP() << "there is no second volume";
+    }
+    vault elsewhere(joined(memory_disk, L"devservice test " + std::to_wstring(GetCurrentProcessId())));
+    ASSERT_EQ(elsewhere.reload(), 0u);
+    problems left_out;
+    ASSERT_EQ(protect(elsewhere, user, std::wstring(), left_out), 0u);
+    std::int64_t number = 0;
+    ASSERT_EQ(take_restore_point(elsewhere, number, left_out), 0u);
+    write(user_path(L"report.txt"), "work of the afternoon");
+    write(user_path(L"new\\idea.txt"), "an idea");
+    const roll_back_result result = roll_back(elsewhere, elsewhere.state(), elsewhere.state().copies.back());
+    EXPECT_TRUE(result.failed.empty());
+    EXPECT_EQ(result.moved_aside, 2u);
+    EXPECT_EQ(read(user_path(L"report.txt")), "the report");
+    EXPECT_EQ(count_with_content(result.aside, "work of the afternoon"), 1u);
+    EXPECT_EQ(count_with_content(result.aside, "an idea"), 1u);
+    EXPECT_EQ(count_files(user), 3u);
+    remove_tree(elsewhere.folder());
+}
+
+TEST_F(RollBack, file_that_somebody_reads_is_reported_and_left_as_it_was) {
+    write(user_path(L"report.txt"), "scrambled!");
+    {
+        win::unique_file reader;
+        ASSERT_EQ(open_for_reading(user_path(L"report.txt"), reader), 0u);
+        EXPECT_EQ(status_of_reply(roll_back_to_point()), 5);
+        EXPECT_EQ(read(user_path(L"report.txt")), "scrambled!");
+        EXPECT_EQ(count_files(user), 3u) << "nothing is left beside";
+    }
+    EXPECT_EQ(status_of_reply(roll_back_to_point()), 0);
+    EXPECT_EQ(read(user_path(L"report.txt")), "the report");
+    EXPECT_EQ(count_with_content(aside(), "scrambled!"), 1u);
+}
+
+TEST_F(RollBack, object_that_was_damaged_is_mended_by_the_next_point) {
+    std::string digest;
+    ASSERT_EQ(hash_file(user_path(L"report.txt"), digest), 0u);
+    write(joined(joined(store.folder(), L"objects"), std::wstring(digest.begin(), digest.end())), "the re");
+    static_cast<void>(take_point());
+    write(user_path(L"report.txt"), "scrambled!");
+    EXPECT_EQ(status_of_reply(roll_back_to_point()), 0);
+    EXPECT_EQ(read(user_path(L"report.txt")), "the report");
+}
+
 TEST_F(RollBack, second_run_changes_nothing) {
     write(user_path(L"report.txt"), "scrambled!");
     EXPECT_EQ(roll_back_to_point().at("data").at("restored"), 1);

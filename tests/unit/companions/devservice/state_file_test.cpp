@@ -1,5 +1,7 @@
 #include "companions/devservice/state_file.h"
 
+#include <atomic>
+
 #include "companions/devservice/file_io.h"
 #include "companions/devservice/state_json.h"
 #include "tests/support/child_process.h"
@@ -27,14 +29,16 @@ service_state full_state() {
     folder.folder = L"C:\\Ünï\\文档";
     file_record inner;
     inner.relative = L"sub";
-    inner.folder = true;
+    inner.kind = entry_kind::folder;
     inner.attributes = FILE_ATTRIBUTE_DIRECTORY;
     file_record file;
     file.relative = L"sub\\a.txt";
     file.digest = std::string(64, 'a');
     file.size_bytes = 5'000'000'000;
     file.written = 131;
-    folder.records = {inner, file};
+    folder.records = {inner, file, {.relative = L"link", .kind = entry_kind::link, .digest = {}}};
+    folder.records.push_back({.relative = L"held.txt", .digest = {}, .size_bytes = 9});
+    folder.unlisted = {L"", L"sealed"};
     copy.folders = {folder};
     state.copies = {copy};
     return state;
@@ -59,7 +63,10 @@ TEST_F(StateFile, saved_state_is_loaded_the_same) {
     ASSERT_EQ(file.load(state), 0u);
     EXPECT_EQ(state_to_text(state), state_to_text(saved));
     EXPECT_EQ(state.copies[0].folders[0].records[1].size_bytes, 5'000'000'000u);
-    EXPECT_TRUE(state.copies[0].folders[0].records[0].folder);
+    EXPECT_TRUE(state.copies[0].folders[0].records[0].folder());
+    EXPECT_EQ(state.copies[0].folders[0].records[2].kind, entry_kind::link);
+    EXPECT_FALSE(state.copies[0].folders[0].records[3].kept());
+    EXPECT_EQ(state.copies[0].folders[0].unlisted, (std::vector<std::wstring>{L"", L"sealed"}));
     EXPECT_EQ(state.folders[0].path, L"C:\\Ünï\\文档");
     EXPECT_EQ(state.revision, 1u);
 }
@@ -67,7 +74,7 @@ TEST_F(StateFile, saved_state_is_loaded_the_same) {
 TEST_F(StateFile, save_interrupted_while_writing_leaves_the_state_before_it) {
     service_state saved = full_state();
     ASSERT_EQ(file.save(saved), 0u);
-    write(file.path() + L".new", state_to_text(saved).substr(0, 100));
+    write(file.path() + L".new", state_to_text(saved).value().substr(0, 100));
     ASSERT_EQ(file.load(state), 0u);
     EXPECT_EQ(state.revision, 1u);
     ASSERT_EQ(file.save(state), 0u);
@@ -76,7 +83,7 @@ TEST_F(StateFile, save_interrupted_while_writing_leaves_the_state_before_it) {
 }
 
 TEST_F(StateFile, file_that_is_not_ours_is_refused_and_left_alone) {
-    const std::string whole = state_to_text(full_state());
+    const std::string whole = state_to_text(full_state()).value();
     std::string deep(5000, '[');
     std::string escaping = whole;
     escaping.replace(escaping.find("sub\\\\a.txt"), 10, "..\\\\..\\\\x.y");
@@ -86,6 +93,69 @@ TEST_F(StateFile, file_that_is_not_ours_is_refused_and_left_alone) {
         EXPECT_EQ(file.load(state), DWORD{ERROR_FILE_CORRUPT});
         EXPECT_EQ(read(file.path()), text);
     }
+}
+
+TEST_F(StateFile, state_that_could_not_be_read_back_is_not_saved) {
+    service_state saved = full_state();
+    ASSERT_EQ(file.save(saved), 0u);
+    const std::string before = read(file.path());
+    std::vector<service_state> bad(8, full_state());
+    bad[0].copies[0].folders[0].records[1].relative = L"12:30 notes.txt";
+    bad[1].copies[0].folders[0].records[1].relative = L"..\\x";
+    bad[2].copies[0].folders[0].records[1].relative = L"half \xD83D pair";
+    bad[3].copies[0].folders[0].records[1].digest = "short";
+    bad[4].folders[0].path = L"C:\\half \xD83D pair";
+    bad[5].managed[0] = L"C:\\half \xD83D pair";
+    bad[6].copies[0].folders[0].folder = L"C:\\half \xD83D pair";
+    bad[7].copies[0].folders[0].unlisted = {L"C:\\"};
+    for (service_state& one : bad) {
+        EXPECT_NE(file.save(one), 0u) << &one - bad.data();
+        EXPECT_EQ(read(file.path()), before);
+    }
+    EXPECT_FALSE(exists(file.path() + L".new"));
+}
+
+TEST_F(StateFile, state_that_is_too_large_to_be_loaded_is_not_saved) {
+    service_state saved = full_state();
+    ASSERT_EQ(file.save(saved), 0u);
+    const std::uint64_t size_bytes = read(file.path()).size();
+    const state_file smaller(folder, size_bytes);
+    EXPECT_EQ(smaller.save(saved), 0u) << "the revision grows by no digit";
+    saved.managed.push_back(L"D:\\x");
+    EXPECT_EQ(smaller.save(saved), DWORD{ERROR_FILE_TOO_LARGE});
+    ASSERT_EQ(smaller.load(state), 0u);
+    EXPECT_EQ(state.revision, 2u);
+}
+
+/// Reads the file over and over, each time keeping it open for a while.
+struct reader {
+    std::wstring path;
+    std::atomic<bool> stop = false;
+    static DWORD WINAPI run(void* self) {
+        auto& own = *static_cast<reader*>(self);
+        while (!own.stop) {
+            win::unique_file open;
+            static_cast<void>(open_for_reading(own.path, open));
+            Sleep(15);
+            open.reset();
+            Sleep(1);
+        }
+        return 0;
+    }
+};
+
+TEST_F(StateFile, saved_while_others_read_it) {
+    service_state saved = full_state();
+    ASSERT_EQ(file.save(saved), 0u);
+    reader others{file.path()};
+    const win::unique_kernel_handle thread(CreateThread(nullptr, 0, reader::run, &others, 0, nullptr));
+    for (int count = 0; count < 40; ++count) {
+        EXPECT_EQ(file.save(saved), 0u) << count;
+    }
+    others.stop = true;
+    WaitForSingleObject(thread.get(), INFINITE);
+    ASSERT_EQ(file.load(state), 0u);
+    EXPECT_EQ(state.revision, 41u);
 }
 
 // Not a test by itself: the process that the next test starts and ends in the middle of its work.

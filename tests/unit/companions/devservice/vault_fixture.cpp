@@ -5,6 +5,7 @@
 #include "companions/devservice/folder_walk.h"
 #include "companions/devservice/take_copy.h"
 #include "companions/devservice/text.h"
+#include "tests/unit/companions/devservice/link_maker.h"
 
 namespace ov::devservice {
 namespace {
@@ -17,20 +18,6 @@ std::wstring new_root() {
     GetTempPathW(MAX_PATH + 1, temp);
     return joined(clean_path(temp).value(), L"devservice test " + std::to_wstring(GetCurrentProcessId()) +
                                                 L"-" + std::to_wstring(++count));
-}
-
-void remove_tree(const std::wstring& folder) {
-    problems ignored;
-    const auto found = walk_folder(folder, L"", ignored);
-    for (auto entry = found.rbegin(); entry != found.rend(); ++entry) {
-        const std::wstring path = joined(folder, entry->relative);
-        if (entry->kind == entry_kind::file) {
-            static_cast<void>(remove_file(path));
-        } else {
-            RemoveDirectoryW(long_form(path).c_str());
-        }
-    }
-    RemoveDirectoryW(long_form(folder).c_str());
 }
 
 }  // namespace
@@ -49,7 +36,24 @@ vault_fixture::vault_fixture()
 }
 
 vault_fixture::~vault_fixture() {
+    for (const std::wstring& path : links) {
+        remove_link(path);
+    }
     remove_tree(root);
+}
+
+void vault_fixture::remove_tree(const std::wstring& folder) {
+    problems ignored;
+    const auto found = walk_folder(folder, L"", ignored);
+    for (auto entry = found.rbegin(); entry != found.rend(); ++entry) {
+        const std::wstring path = joined(folder, entry->relative);
+        if (entry->kind == entry_kind::file) {
+            static_cast<void>(remove_file(path));
+        } else {
+            RemoveDirectoryW(long_form(path).c_str());
+        }
+    }
+    RemoveDirectoryW(long_form(folder).c_str());
 }
 
 std::wstring vault_fixture::user_path(const std::wstring& relative) const {
@@ -102,15 +106,20 @@ std::string vault_fixture::handed_over(const json& reply) {
     return text;
 }
 
+void vault_fixture::link(const std::wstring& path, const std::wstring& target) {
+    make_link(path, target);
+    links.push_back(path);
+}
+
 void vault_fixture::protect_user_folder() {
     ASSERT_EQ(status_of_reply(call(3, {{"folderName", user_utf8}})), 0);
 }
 
-json vault_fixture::take_point() {
+json vault_fixture::take_point(std::size_t left_out_expected) {
     std::int64_t number = 0;
     problems left_out;
     EXPECT_EQ(take_restore_point(store, number, left_out), 0u);
-    EXPECT_TRUE(left_out.empty());
+    EXPECT_EQ(left_out.size(), left_out_expected);
     return call(36, json::object()).at("data").at("restorePoints").at(0);
 }
 

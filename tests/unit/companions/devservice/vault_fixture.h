@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "companions/devservice/answering.h"
 #include "companions/devservice/vault.h"
@@ -34,9 +35,15 @@ class vault_fixture : public ::testing::Test {
     /// The text of the file that a reply names, which is then deleted.
     [[nodiscard]] static std::string handed_over(const json& reply);
 
+    /// Removes a folder with all that it holds; follows no link that shows an attribute.
+    static void remove_tree(const std::wstring& folder);
+
     void protect_user_folder();
-    /// Takes a restore point; its identity as call parameters.
-    [[nodiscard]] json take_point();
+    /// Takes a restore point that leaves out so many files; its identity as call parameters.
+    [[nodiscard]] json take_point(std::size_t left_out_expected = 0);
+
+    /// Makes a symbolic link that leads to `target`.
+    void link(const std::wstring& path, const std::wstring& target);
 
     std::wstring root;
     std::wstring user;
@@ -45,6 +52,7 @@ class vault_fixture : public ::testing::Test {
     std::string temp_utf8;
     vault store;
     answering context;
+    std::vector<std::wstring> links;
 };
 
 }  // namespace ov::devservice
