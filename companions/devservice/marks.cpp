@@ -97,7 +97,12 @@ void marks::mark_folder(const std::wstring& folder, changes& done) const {
 
 void marks::unmark_folder(const std::wstring& folder, changes& done) const {
     problems failed;
-    for (const found_entry& entry : walk_folder(folder, state_folder_, failed)) {
+    problems unlisted;
+    const std::vector<found_entry> found = walk_folder(folder, state_folder_, unlisted);
+    for (const problem& one : unlisted) {
+        failed.push_back({joined(folder, one.path), one.error});
+    }
+    for (const found_entry& entry : found) {
         if (entry.marked) {
             const std::wstring path = joined(folder, entry.relative);
             const DWORD error = unmark_file(path);
