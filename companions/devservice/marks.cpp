@@ -13,7 +13,7 @@
 namespace ov::devservice {
 namespace {
 
-constexpr std::uint64_t longest_reminder_bytes = 128 * 1024;
+constexpr std::uint64_t longest_reminder_bytes = std::uint64_t{128} * 1024;
 
 std::wstring volume_of(const std::wstring& folder) {
     std::wstring root(folder.size() + MAX_PATH, L'\0');
