@@ -38,7 +38,7 @@ class RegistrationCalls : public testing::Test {
     }
 
     /// Makes every call fail that begins with `word`.
-    void fail_calls(std::string word, LSTATUS status) {
+    void fail_calls(const std::string& word, LSTATUS status) {
         watch.answer = [word, status](std::size_t, const std::string& line) -> std::optional<LSTATUS> {
             return line.rfind(word, 0) == 0 ? std::optional(status) : std::nullopt;
         };

@@ -338,7 +338,7 @@ class untold_folder final : public untold_folder_base {
     STDMETHODIMP
     GetDetailsEx(PCUITEMID_CHILD, const SHCOLUMNID*, VARIANT* value) noexcept override {
         if (++asked == 2) {
-            return 0x80040777;
+            return static_cast<HRESULT>(0x80040777);
         }
         value->vt = VT_UI2;
         value->uiVal = item_types::addons;

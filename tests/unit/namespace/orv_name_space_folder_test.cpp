@@ -169,7 +169,7 @@ TEST_F(OrvNameSpaceFolder, path_that_gives_no_id_list_is_out_of_memory) {
 
 HRESULT WINAPI no_desktop(IShellFolder** result) {
     *result = nullptr;
-    return 0x80040123;
+    return static_cast<HRESULT>(0x80040123);
 }
 
 PIDLIST_ABSOLUTE WINAPI no_combined(LPCITEMIDLIST, LPCITEMIDLIST) {

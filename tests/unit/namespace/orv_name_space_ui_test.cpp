@@ -77,7 +77,7 @@ HRESULT WINAPI make_icon(REFIID riid, void** result) {
 
 HRESULT WINAPI make_no_icon(REFIID, void** result) {
     *result = nullptr;
-    return 0x80040444;
+    return static_cast<HRESULT>(0x80040444);
 }
 
 class OrvNameSpaceIcon : public OrvNameSpaceUi {
@@ -243,7 +243,7 @@ HRESULT WINAPI make_data(PCIDLIST_ABSOLUTE place, UINT count, PCUITEMID_CHILD_AR
 HRESULT WINAPI make_no_data(PCIDLIST_ABSOLUTE, UINT, PCUITEMID_CHILD_ARRAY, IDataObject*, REFIID,
                             void** result) {
     *result = nullptr;
-    return 0x80040222;
+    return static_cast<HRESULT>(0x80040222);
 }
 
 DWORD compared_mask;

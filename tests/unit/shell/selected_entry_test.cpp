@@ -23,7 +23,7 @@ namespace {
 using Microsoft::WRL::ComPtr;
 using test::import_patch;
 
-constexpr HRESULT some_failure = 0x80040222;
+constexpr HRESULT some_failure = static_cast<HRESULT>(0x80040222);
 
 class fake_item final : public com::com_object<fake_item, com::bases<IShellItem>,
                                                com::answers<com::answer<IUnknown>, com::answer<IShellItem>>> {

@@ -47,7 +47,7 @@ TEST_F(Vault, changes_of_two_writers_are_all_kept) {
     GetExitCodeThread(thread.get(), &failures);
     EXPECT_EQ(failures, 0u);
     ASSERT_EQ(store.reload(), 0u);
-    EXPECT_EQ(store.state().managed.size(), std::size_t{2 * changes_each});
+    EXPECT_EQ(store.state().managed.size(), std::size_t{2} * changes_each);
 }
 
 }  // namespace

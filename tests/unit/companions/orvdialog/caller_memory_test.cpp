@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cwchar>
 
@@ -9,6 +10,8 @@
 
 namespace ov::dialog {
 namespace {
+
+constexpr std::size_t page_bytes = 4096;
 
 TEST(CallerMemory, bytesBeforeAGuardPage_areCounted) {
     const guarded_memory memory(100);
@@ -25,12 +28,12 @@ TEST(CallerMemory, pointersIntoNowhere_haveNoBytes) {
 }
 
 TEST(CallerMemory, pagesOfDifferentProtection_areCountedTogether) {
-    const guarded_memory memory(3 * 4096);
+    const guarded_memory memory(3 * page_bytes);
     DWORD old = 0;
-    VirtualProtect(memory.as<char>() + 4096, 4096, PAGE_READONLY, &old);
-    EXPECT_EQ(readable_bytes(memory.as<char>() + 10, 3 * 4096 - 10), 3U * 4096 - 10);
-    EXPECT_FALSE(is_writable(memory.as<char>(), 2 * 4096));
-    EXPECT_TRUE(is_writable(memory.as<char>(), 4096));
+    VirtualProtect(memory.as<char>() + page_bytes, page_bytes, PAGE_READONLY, &old);
+    EXPECT_EQ(readable_bytes(memory.as<char>() + 10, 3 * page_bytes - 10), 3 * page_bytes - 10);
+    EXPECT_FALSE(is_writable(memory.as<char>(), 2 * page_bytes));
+    EXPECT_TRUE(is_writable(memory.as<char>(), page_bytes));
 }
 
 TEST(CallerMemory, readOnlyMemory_isNotWritable) {

@@ -1,7 +1,13 @@
 #include "ovufc/com/live_count.h"
 
 #include <windows.h>
+
+#ifdef _MSC_VER
 #include <intrin.h>
+#else
+// Clang's own intrin.h and the one of mingw-w64 get in each other's way.
+#include <x86gprintrin.h>
+#endif
 
 #include <gtest/gtest.h>
 

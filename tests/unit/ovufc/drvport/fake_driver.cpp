@@ -102,7 +102,8 @@ volatile orv_status_block& fake_driver::status() noexcept {
 }
 
 volatile orv_slot& fake_driver::slot(std::uint32_t index) noexcept {
-    return *reinterpret_cast<volatile orv_slot*>(section_ + ORV_STATUS_BLOCK_BYTES + index * ORV_SLOT_BYTES);
+    return *reinterpret_cast<volatile orv_slot*>(section_ + ORV_STATUS_BLOCK_BYTES +
+                                                 std::size_t{index} * ORV_SLOT_BYTES);
 }
 
 }  // namespace ov::test

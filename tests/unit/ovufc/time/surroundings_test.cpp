@@ -17,7 +17,6 @@ namespace ov::time {
 namespace {
 
 using test::iso_value;
-using test::utc_iso;
 
 constexpr std::int64_t ticks_per_minute = 600'000'000;
 

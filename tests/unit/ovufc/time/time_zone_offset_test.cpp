@@ -77,7 +77,7 @@ TEST(CurrentTimeZoneOffset, each_state_of_the_zone_has_its_bias_and_name) {
     zone_state = TIME_ZONE_ID_STANDARD;
     EXPECT_EQ(current_time_zone_offset().bias, -53);
     EXPECT_EQ(current_time_zone_offset().name, L"winter");
-    for (const DWORD other : {DWORD{TIME_ZONE_ID_UNKNOWN}, DWORD{TIME_ZONE_ID_INVALID}}) {
+    for (const DWORD other : {DWORD{TIME_ZONE_ID_UNKNOWN}, TIME_ZONE_ID_INVALID}) {
         zone_state = other;
         EXPECT_EQ(current_time_zone_offset().bias, -60);
         EXPECT_EQ(current_time_zone_offset().name, L"winter");
