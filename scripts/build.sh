@@ -15,7 +15,10 @@ case "${1:-}" in
 *) misused "unexpected '$1': ORV_PRESET names the preset" ;;
 esac
 
-"$ORV_ROOT/scripts/bootstrap.sh"
+case $ORV_PRESET in
+*-clang-*) "$ORV_ROOT/scripts/bootstrap.sh" --clang ;;
+*) "$ORV_ROOT/scripts/bootstrap.sh" ;;
+esac
 cd "$ORV_ROOT"
 log="$ORV_ROOT/build/$ORV_PRESET/build.log"
 mkdir -p "$(dirname "$log")"

@@ -9,7 +9,6 @@
 . "$(dirname "$0")/lib.sh"
 export ORV_PRESET=x64-clang-ubsan
 
-"$ORV_ROOT/scripts/bootstrap.sh" --clang
 chosen=("$@")
 [ $# -gt 0 ] || chosen=(-LE '^long$' -E '^(image|arrows|script)_')
 exec "$ORV_ROOT/test.sh" "${chosen[@]}"

@@ -7,8 +7,8 @@
 #
 # Lines and branches of each file go to build/x64-coverage/coverage.txt, each line of code with its counts to
 # coverage/index.html beside it. Branches that only an exception takes are left out.
-export ORV_PRESET=x64-coverage
 . "$(dirname "$0")/lib.sh"
+export ORV_PRESET=x64-coverage
 
 report_only=
 if [ "${1:-}" = --report ]; then

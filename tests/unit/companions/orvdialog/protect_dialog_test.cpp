@@ -115,7 +115,7 @@ TEST_F(ProtectDialog, browse_opensTheSystemsChooser) {
 
 TEST_F(ProtectDialogWithNote, flag_mentionsUnprotect) {
     const HWND window = open();
-    EXPECT_TRUE(IsWindowVisible(GetDlgItem(window, IDC_PROTECT_NOTE)));
+    EXPECT_TRUE(shown_dialog::comes_up(GetDlgItem(window, IDC_PROTECT_NOTE)));
     shown_dialog::press(window, IDCANCEL);
     EXPECT_EQ(shown.result(), 0U);
 }

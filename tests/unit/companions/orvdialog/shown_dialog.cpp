@@ -73,6 +73,14 @@ HWND shown_dialog::window(const std::wstring& title, HWND besides) {
     return wanted.found;
 }
 
+bool shown_dialog::comes_up(HWND control) {
+    const ULONGLONG start_ms = GetTickCount64();
+    while (IsWindowVisible(control) == FALSE && GetTickCount64() - start_ms < wait_ms) {
+        Sleep(poll_ms);
+    }
+    return IsWindowVisible(control) != FALSE;
+}
+
 void shown_dialog::press(HWND window, int id) {
     const HWND button = GetDlgItem(window, id);
     ASSERT_NE(button, nullptr) << "no button " << id;

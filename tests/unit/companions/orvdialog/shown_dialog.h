@@ -36,6 +36,8 @@ class shown_dialog {
 
     /// The thread's visible window whose title begins with `title`, other than `besides`; null if none comes.
     [[nodiscard]] HWND window(const std::wstring& title, HWND besides = nullptr);
+    /// Whether a control comes to be seen: the window's thread may still be putting it up.
+    [[nodiscard]] static bool comes_up(HWND control);
     /// Clicks a button of a window.
     static void press(HWND window, int id);
     /// What the call returned.
