@@ -18,7 +18,7 @@ steps=(
     'x86            15  scripts/check-x86.sh'
     'arm64           5  scripts/check-arm64.sh'
     'reproducible   10  scripts/check-reproducible.sh'
-    'lint           16  scripts/lint.sh --limit-s 600'
+    'lint           11  scripts/lint.sh --limit-s 300'
 )
 
 wanted() {

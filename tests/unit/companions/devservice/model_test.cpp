@@ -12,7 +12,7 @@ constexpr int kills_of_a_seed = 5;  // at least, on average
 
 int seeds() {
     const char* wanted = std::getenv("ORV_MODEL_SEEDS");
-    return wanted == nullptr ? default_seeds : std::atoi(wanted);
+    return wanted == nullptr ? default_seeds : static_cast<int>(std::strtol(wanted, nullptr, 10));
 }
 
 class Model : public model_world, public ::testing::WithParamInterface<int> {
