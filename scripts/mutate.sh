@@ -9,7 +9,6 @@
 #   --jobs N    how many at a time, each in a checkout with a Wine prefix of its own (2)
 #
 # It takes hours. Interrupted, it goes on where it was; what it did is in build/mutate. What is committed is measured.
-# The last result is in docs/testing.md.
 . "$(dirname "$0")/lib.sh"
 
 count=300
