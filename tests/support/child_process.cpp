@@ -8,6 +8,8 @@ namespace {
 
 constexpr UINT killed_exit_code = 0xDEAD;
 constexpr DWORD kill_patience_ms = 10000;
+constexpr int most_starts = 5;
+constexpr DWORD pause_ms = 200;
 
 // Quoted, where it needs to be, as the runtime's start-up code and CommandLineToArgvW take it apart:
 // backslashes count only before a quotation mark.
@@ -46,9 +48,17 @@ child_process::child_process(const std::wstring& program, const std::vector<std:
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started{};
     // Without a token this is CreateProcessW.
-    if (!CreateProcessAsUserW(token, program.c_str(), command_line.data(), nullptr, nullptr, FALSE, 0,
-                              nullptr, nullptr, &startup, &started)) {
-        throw std::runtime_error("a child process did not start, error " + std::to_string(GetLastError()));
+    const auto starts = [&] {
+        return CreateProcessAsUserW(token, program.c_str(), command_line.data(), nullptr, nullptr, FALSE, 0,
+                                    nullptr, nullptr, &startup, &started) != FALSE;
+    };
+    // Wine refuses a start in a thousand so, while others end at the same time.
+    for (int tries = 1; !starts(); ++tries) {
+        if (GetLastError() != ERROR_INTERNAL_ERROR || tries == most_starts) {
+            throw std::runtime_error("a child process did not start, error " +
+                                     std::to_string(GetLastError()));
+        }
+        Sleep(pause_ms);
     }
     const win::unique_kernel_handle thread(started.hThread);
     process_.reset(started.hProcess);
