@@ -22,7 +22,7 @@ cd "$ORV_ROOT"
 build=build/$ORV_PRESET
 result=0
 if [ -z "$report_only" ]; then
-    find "$build" -name '*.gcda' -delete 2>/dev/null || true
+    [ ! -d "$build" ] || find "$build" -name '*.gcda' -delete
     # The checks of the built files are for what ships, and counters are written while the process ends.
     ./test.sh -E '^image_|^module_exit_tests$' || result=$?
 fi

@@ -68,6 +68,7 @@ is_current() { [ -f "$installed" ] && cmp -s "$built" "$installed"; }
 
 stop() {
     [ "$(status)" = running ] || return 0
+    # What counts is the state that follows; wait_for fails when it does not come.
     ask_sc stop "$managed_name" || true
     wait_for stopped
 }
@@ -90,6 +91,7 @@ start() {
     before_start
     install
     [ "$(status)" = running ] && return
+    # As above.
     ask_sc start "$managed_name" || true
     wait_for running
 }

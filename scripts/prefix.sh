@@ -110,6 +110,7 @@ down() {
     timeout 30 wineserver -k 2>/dev/null || true
     local process
     if process=$(display_process); then
+        # It may have ended by itself meanwhile.
         kill "$process" 2>/dev/null || true
     fi
     rm -f "$display_file"

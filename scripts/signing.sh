@@ -146,6 +146,7 @@ check_files() {
     trap 'rm -f "$anchors"' EXIT
     if [ -n "${ORV_SIGNING_PKCS12:-}" ]; then
         release_certificates -cacerts >"$anchors"
+        # A machine without the public authorities still has those of the certificate's own file.
         cat /etc/ssl/certs/ca-certificates.crt >>"$anchors" 2>/dev/null || true
     else
         cat "$dir/authority.crt" >"$anchors"
