@@ -92,9 +92,17 @@ wine_environment() {
     leave_home
 }
 
-# run_wine SECONDS PROGRAM [ARG...]: one Wine process under a time limit.
+# run_wine SECONDS PROGRAM [ARG...]: one Wine process under a time limit. The first program with a window starts
+# Wine's desktop, which keeps that program's standard error open for as long as any window is there: whoever reads it
+# would wait for strangers. So it goes by a file that has no name, and comes after the program's end.
 run_wine() {
-    local limit_s=$1
+    local limit_s=$1 errors status=0
     shift
-    timeout --kill-after=10 "$limit_s" "$WINE" "$@"
+    errors=$(mktemp)
+    {
+        rm "$errors"
+        timeout --kill-after=10 "$limit_s" "$WINE" "$@" 2>&7 7>&- 8<&- || status=$?
+        cat <&8 >&2
+    } 7>"$errors" 8<"$errors"
+    return "$status"
 }
