@@ -135,7 +135,7 @@ check_names() {
             elif [ -x "${BASH_REMATCH[1]}" ]; then
                 check_words "$document" "${BASH_REMATCH[1]}" "${BASH_REMATCH[3]}"
             fi
-        elif [[ $name =~ ^(orvsvc|shellhost|press|orvcert)(\.exe)?\ (.*)$ ]]; then
+        elif [[ $name =~ ^(orvsvc|shellhost|click_button|orvcert)(\.exe)?\ (.*)$ ]]; then
             check_words "$document" "${BASH_REMATCH[1]}" "${BASH_REMATCH[3]}"
         elif [[ $name =~ ^($rooms)/[A-Za-z0-9_./*-]*$ ]]; then
             compgen -G "$name" >/dev/null || compgen -G "$name.*" >/dev/null || fail "$document: there is no '$name'"

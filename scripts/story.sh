@@ -6,7 +6,7 @@
 #
 #   --keep   leaves the product installed at the end
 #
-# Every window is a real one; `press` clicks its buttons. Pictures of them are in build/PRESET/screenshots.
+# Every window is a real one; `click_button` clicks its buttons. Pictures of them are in build/PRESET/screenshots.
 # ORV_PRESET names the build (x64-release), ORV_PREFIX another prefix than its own.
 . "$(dirname "$0")/lib.sh"
 keep=no
@@ -47,12 +47,12 @@ hashes() { (cd "$1" && find . -type f -print0 | sort -z | xargs -0 sha256sum); }
 
 picture() { import -window root -trim +repage "$pictures/$1.png" && say "  (picture: build/$ORV_PRESET/screenshots/$1.png)"; }
 
-# press_window NAME TITLE BUTTON [DOWN]: waits for a window, goes DOWN lines down in its list, takes its picture and
+# click_in NAME TITLE BUTTON [DOWN]: waits for a window, goes DOWN lines down in its list, takes its picture and
 # clicks.
-press_window() {
-    run_wine 60 "$bin/press.exe" --title "$2" --button "$3" --down "${4:-0}" --timeout 30 --wait-only | tr -d '\r'
+click_in() {
+    run_wine 60 "$bin/click_button.exe" --title "$2" --button "$3" --down "${4:-0}" --timeout 30 --wait-only | tr -d '\r'
     picture "$1"
-    run_wine 60 "$bin/press.exe" --title "$2" --button "$3" --quiet
+    run_wine 60 "$bin/click_button.exe" --title "$2" --button "$3" --quiet
 }
 
 # menu_shows TEXT: right-clicks the folder, prints the menu, and fails unless it holds TEXT.
@@ -82,7 +82,7 @@ protect() {
     step "Protecting it: the command opens the protection dialog, whose OK is pressed"
     host menu "$windows_folder" --invoke 0 >"$pictures/protect.txt" &
     local invoking=$!
-    press_window protect "Orvane" 1
+    click_in protect "Orvane" 1
     wait "$invoking"
     tail -n 1 "$pictures/protect.txt"
     step "The same right-click now"
@@ -108,9 +108,9 @@ restore() {
     step "One Click Restore: its verb is run as by a double-click, and confirmed twice"
     host verbs --restore >"$pictures/restore.txt" &
     local invoking=$!
-    press_window restore-first "Orvane Vaultkeep" 1
+    click_in restore-first "Orvane Vaultkeep" 1
     sleep 0.5
-    press_window restore-second "Orvane Vaultkeep" 1
+    click_in restore-second "Orvane Vaultkeep" 1
     wait "$invoking"
     cat "$pictures/restore.txt"
     if hashes "$folder" | diff "$pictures/before.sha256" - >/dev/null; then
@@ -136,7 +136,7 @@ versions() {
     step "Its own menu; the item opens the list of versions, where the one before the newest is restored"
     host menu "$windows_folder\\2026\\day 1.txt" --tracked --invoke 0 >"$pictures/versions.txt" &
     local invoking=$!
-    press_window versions "Orvane Vaultkeep - Earlier versions" 124 1
+    click_in versions "Orvane Vaultkeep - Earlier versions" 124 1
     wait "$invoking"
     cat "$pictures/versions.txt"
     sha256sum <"$file" | cmp -s - "$pictures/version-two.sha256" || die "the file is not what its second version was"
@@ -147,7 +147,7 @@ unprotect() {
     step "Unprotecting the folder by the menu"
     host menu "$windows_folder" --invoke 1 >"$pictures/unprotect.txt" &
     local invoking=$!
-    press_window unprotect "Orvane Vaultkeep" 1
+    click_in unprotect "Orvane Vaultkeep" 1
     wait "$invoking"
     tail -n 1 "$pictures/unprotect.txt"
     menu_shows "Not protected"
@@ -159,7 +159,7 @@ explorer() {
     step "The folder \"Orvane\" in the small Explorer"
     host --close-after 6 &
     local showing=$!
-    run_wine 60 "$bin/press.exe" --title "Orvane" --timeout 40 --wait-only --quiet
+    run_wine 60 "$bin/click_button.exe" --title "Orvane" --timeout 40 --wait-only --quiet
     sleep 2
     picture explorer
     wait "$showing"

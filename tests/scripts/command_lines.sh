@@ -68,7 +68,7 @@ programs() {
     . "$root/scripts/lib.sh"
     wine_environment
     local program
-    for program in orvsvc shellhost press orvcert bench_exchange namespace_bench; do
+    for program in orvsvc shellhost click_button orvcert bench_exchange namespace_bench; do
         helps "$WINE" "$bin/$program.exe" --help
         helps "$WINE" "$bin/$program.exe" --no-such-option word -h
         refuses --no-such-option "$WINE" "$bin/$program.exe" --no-such-option
@@ -84,9 +84,9 @@ programs() {
     refuses --bench "$WINE" "$bin/shellhost.exe" menu 'C:\x' --bench
     refuses sideways "$WINE" "$bin/shellhost.exe" --view sideways
     refuses more "$WINE" "$bin/shellhost.exe" list more
-    refuses --title "$WINE" "$bin/press.exe"
-    refuses --title "$WINE" "$bin/press.exe" --title
-    refuses soon "$WINE" "$bin/press.exe" --title x --timeout soon
+    refuses --title "$WINE" "$bin/click_button.exe"
+    refuses --title "$WINE" "$bin/click_button.exe" --title
+    refuses soon "$WINE" "$bin/click_button.exe" --title x --timeout soon
     refuses borrow "$WINE" "$bin/orvcert.exe" borrow x
     refuses file "$WINE" "$bin/orvcert.exe" install
     refuses 0 "$WINE" "$bin/bench_exchange.exe" 0

@@ -11,10 +11,10 @@
 #include "ovufc/win/handle.h"
 #include "tools/shellhost/command_failure.h"
 #include "tools/shellhost/console.h"
-#include "tools/wine_shell/registry_value.h"
-#include "tools/wine_shell/supply.h"
-#include "tools/wine_shell/system.h"
-#include "tools/wine_shell/tracked_files.h"
+#include "tools/stand_ins/menus/registry_value.h"
+#include "tools/stand_ins/supply.h"
+#include "tools/stand_ins/system.h"
+#include "tools/stand_ins/tracked_files.h"
 
 namespace ov::shellhost {
 
@@ -32,13 +32,13 @@ std::wstring registered_module_of(const CLSID& clsid) {
     std::array<wchar_t, guid_chars> text{};
     StringFromGUID2(clsid, text.data(), guid_chars);
     const std::wstring key = std::wstring(L"CLSID\\") + text.data() + L"\\InprocServer32";
-    return wine_shell::read_registry_text(HKEY_CLASSES_ROOT, key.c_str(), nullptr);
+    return stand_ins::read_registry_text(HKEY_CLASSES_ROOT, key.c_str(), nullptr);
 }
 
 product_module::product_module(const std::wstring& path, bool as_tracked) : as_tracked_(as_tracked) {
     if (!path.empty()) {
         load(path);
-    } else if (wine_shell::system_is_wine()) {
+    } else if (stand_ins::system_is_wine()) {
         load_registered();
     } else {
         print_note(L"This system is Windows: nothing is supplied.");
@@ -54,13 +54,13 @@ product_module::~product_module() {
 void product_module::supply(HMODULE module, const std::wstring& path) const {
     const std::wstring file = PathFindFileNameW(path.c_str());
     std::wstring list;
-    for (const std::string& name : wine_shell::supply_missing(module)) {
+    for (const std::string& name : stand_ins::supply_missing(module)) {
         list += (list.empty() ? L"" : L", ") + std::wstring(name.begin(), name.end());
     }
     if (!list.empty()) {
         print_note(L"Wine lacks these; supplied through the import table of " + file + L": " + list);
     }
-    if (as_tracked_ && wine_shell::answer_tracked_mark(module)) {
+    if (as_tracked_ && stand_ins::answer_tracked_mark(module)) {
         print_note(L"No file system here keeps the mark of a tracked file; " + file +
                    L" is told that every file has it.");
     }

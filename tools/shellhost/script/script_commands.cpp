@@ -1,0 +1,259 @@
+#include "tools/shellhost/script/script_commands.h"
+
+#include <commctrl.h>
+#include <shlobj.h>
+
+#include <algorithm>
+#include <array>
+
+#include "tools/shellhost/console.h"
+#include "tools/shellhost/script/control_reader.h"
+#include "tools/shellhost/script/input.h"
+#include "tools/shellhost/menus/menu_tree.h"
+#include "tools/stand_ins/items/task_memory.h"
+
+namespace ov::shellhost {
+
+namespace {
+
+constexpr const wchar_t* tree_class = L"SysTreeView32";
+constexpr const wchar_t* view_class = L"SHELLDLL_DefView";
+constexpr const wchar_t* list_class = L"SysListView32";
+
+/// A command of the script and the rest of its line.
+struct request {
+    browser_window& window;
+    const std::wstring& rest;
+    script_reply& reply;
+
+    void say(const std::wstring& line) const { reply.lines.push_back(line); }
+    void fail(const std::wstring& why) const { reply.error = why; }
+};
+
+HWND list_of(const browser_window& window) {
+    return find_descendant(find_descendant(window.handle(), view_class), list_class);
+}
+
+HWND tree_of(const browser_window& window) {
+    return find_descendant(window.handle(), tree_class);
+}
+
+std::wstring join(const std::vector<std::wstring>& texts) {
+    std::wstring line;
+    for (const std::wstring& text : texts) {
+        line += (line.empty() ? L"" : L" | ") + text;
+    }
+    return line;
+}
+
+void print_title(const request& asked) {
+    asked.say(asked.window.title());
+}
+
+void print_tree(const request& asked) {
+    for (const tree_node& node : read_tree(tree_of(asked.window))) {
+        asked.say(std::wstring(std::size_t{2} * node.depth, L' ') + node.text +
+                  (node.is_selected ? L" *" : L""));
+    }
+}
+
+void print_view(const request& asked) {
+    for (const auto& item : read_list(list_of(asked.window))) {
+        asked.say(join(item));
+    }
+}
+
+void print_columns(const request& asked) {
+    asked.say(join(read_columns(list_of(asked.window))));
+}
+
+void print_menus(const request& asked) {
+    for (const HWND window : open_menus()) {
+        asked.say(L"menu");
+        for (const menu_item& item : read_menu(menu_of(window), 0, nullptr)) {
+            asked.say(line_of(item));
+        }
+    }
+}
+
+BOOL CALLBACK say_child(HWND child, LPARAM parameter) {
+    const std::wstring text = window_text(child);
+    if (IsWindowVisible(child) && !text.empty()) {
+        reinterpret_cast<const request*>(parameter)->say(L"  " + text);
+    }
+    return TRUE;
+}
+
+void print_dialogs(const request& asked) {
+    for (const HWND dialog : open_dialogs()) {
+        asked.say(L"dialog " + window_text(dialog));
+        EnumChildWindows(dialog, say_child, reinterpret_cast<LPARAM>(&asked));
+    }
+}
+
+void answer_dialog(const request& asked) {
+    const auto dialogs = open_dialogs();
+    if (dialogs.empty()) {
+        return asked.fail(L"no dialog is open");
+    }
+    const int button = asked.rest == L"cancel" ? IDCANCEL : IDOK;
+    PostMessageW(dialogs.back(), WM_COMMAND, MAKEWPARAM(button, BN_CLICKED), 0);
+}
+
+void browse(const request& asked) {
+    PIDLIST_ABSOLUTE list = nullptr;
+    HRESULT result = SHParseDisplayName(asked.rest.c_str(), nullptr, &list, 0, nullptr);
+    const stand_ins::unique_absolute_list owner(list);
+    if (SUCCEEDED(result)) {
+        result = asked.window.browse(list);
+    }
+    if (FAILED(result)) {
+        asked.fail(describe(result));
+    }
+}
+
+void click_item(const request& asked, mouse_button button, int times) {
+    const HWND list = list_of(asked.window);
+    const auto items = read_list(list);
+    const auto found = std::find_if(items.begin(), items.end(),
+                                    [&](const auto& texts) { return texts.front() == asked.rest; });
+    if (found == items.end()) {
+        return asked.fail(L"the view shows no such item");
+    }
+    const auto index = static_cast<int>(found - items.begin());
+    ListView_EnsureVisible(list, index, FALSE);
+    RECT place{};
+    ListView_GetItemRect(list, index, &place, LVIR_LABEL);
+    constexpr LONG inset = 12;
+    POINT where{std::min(place.left + inset, (place.left + place.right) / 2), (place.top + place.bottom) / 2};
+    ClientToScreen(list, &where);
+    click_at(where, button, times);
+}
+
+void click(const request& asked) {
+    click_item(asked, mouse_button::left, 1);
+}
+void double_click(const request& asked) {
+    click_item(asked, mouse_button::left, 2);
+}
+void right_click(const request& asked) {
+    click_item(asked, mouse_button::right, 1);
+}
+
+void click_node(const request& asked, mouse_button button) {
+    const HWND tree = tree_of(asked.window);
+    for (const tree_node& node : read_tree(tree)) {
+        if (node.text == asked.rest) {
+            TreeView_EnsureVisible(tree, node.item);
+            RECT place{};
+            TreeView_GetItemRect(tree, node.item, &place, TRUE);
+            POINT where{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
+            ClientToScreen(tree, &where);
+            return click_at(where, button, 1);
+        }
+    }
+    asked.fail(L"the tree shows no such node");
+}
+
+void click_tree(const request& asked) {
+    click_node(asked, mouse_button::left);
+}
+void right_click_tree(const request& asked) {
+    click_node(asked, mouse_button::right);
+}
+
+void expand(const request& asked) {
+    const HWND tree = tree_of(asked.window);
+    for (const tree_node& node : read_tree(tree)) {
+        if (node.text == asked.rest) {
+            TreeView_Expand(tree, node.item, TVE_EXPAND);
+            return;
+        }
+    }
+    asked.fail(L"the tree shows no such node");
+}
+
+void press(const request& asked) {
+    if (!press_key(asked.rest)) {
+        asked.fail(L"unknown key");
+    }
+}
+
+void set_mode(const request& asked) {
+    if (asked.rest == L"icons") {
+        asked.window.set_mode(command_large_icons);
+    } else if (asked.rest == L"list") {
+        asked.window.set_mode(command_list);
+    } else if (asked.rest == L"details") {
+        asked.window.set_mode(command_details);
+    } else {
+        asked.fail(L"unknown mode");
+    }
+}
+
+void close(const request& asked) {
+    PostMessageW(asked.window.handle(), WM_CLOSE, 0, 0);
+}
+
+void print_help(const request& asked);
+
+struct script_command {
+    const wchar_t* name;
+    void (*run)(const request& asked);
+    const wchar_t* help;
+};
+
+constexpr std::array script_commands = {
+    script_command{L"help", &print_help, L"lists the commands"},
+    script_command{L"title", &print_title, L"the window's title"},
+    script_command{L"tree", &print_tree, L"the nodes of the navigation pane; * marks the selected one"},
+    script_command{L"view", &print_view, L"the items of the view in order, with their columns"},
+    script_command{L"columns", &print_columns, L"the header texts of the details view"},
+    script_command{L"menus", &print_menus, L"the menus that are open now"},
+    script_command{L"dialogs", &print_dialogs, L"the message boxes that are open now, with their texts"},
+    script_command{L"answer", &answer_dialog, L"answer ok|cancel: presses that button of the topmost box"},
+    script_command{L"browse", &browse, L"browse PLACE: goes to a path or \"::{class id}\""},
+    script_command{L"click", &click, L"click ITEM: a real click on an item of the view"},
+    script_command{L"double-click", &double_click, L"double-click ITEM"},
+    script_command{L"right-click", &right_click, L"right-click ITEM"},
+    script_command{L"click-tree", &click_tree, L"click-tree NODE: a real click on a node of the pane"},
+    script_command{L"right-click-tree", &right_click_tree, L"right-click-tree NODE"},
+    script_command{L"expand", &expand, L"expand NODE: opens a node of the navigation pane"},
+    script_command{L"key", &press, L"key NAME: presses enter, escape, down, up, ... or a letter"},
+    script_command{L"mode", &set_mode, L"mode icons|list|details"},
+    script_command{L"close", &close, L"closes the window"},
+};
+
+void print_help(const request& asked) {
+    for (const script_command& command : script_commands) {
+        asked.say(std::wstring(command.name) + L": " + command.help);
+    }
+    asked.say(L"wait: until the window has settled");
+    asked.say(L"wait-menu, wait-dialog: until one is open");
+    asked.say(L"wait-empty-menu: until a menu was asked for that has nothing to show");
+}
+
+}  // namespace
+
+script_reply run_script_command(browser_window& window, const std::wstring& line) {
+    const std::size_t end = line.find(L' ');
+    const std::wstring name = line.substr(0, end);
+    const std::wstring rest = end == std::wstring::npos ? L"" : line.substr(end + 1);
+    script_reply reply;
+    for (const script_command& command : script_commands) {
+        if (name == command.name) {
+            command.run({window, rest, reply});
+            return reply;
+        }
+    }
+    reply.error = L"unknown command '" + name + L"'";
+    return reply;
+}
+
+std::wstring state_of(const browser_window& window) {
+    return window.title() + L"/" + std::to_wstring(window.is_at_rest()) + L"/" +
+           std::to_wstring(ListView_GetItemCount(list_of(window))) + L"/" +
+           std::to_wstring(TreeView_GetCount(tree_of(window)));
+}
+
+}  // namespace ov::shellhost

@@ -1,0 +1,325 @@
+#include "tools/shellhost/window/browser_window.h"
+
+#include <commctrl.h>
+#include <shlobj.h>
+#include <shlwapi.h>
+
+#include <algorithm>
+
+#include "ovufc/com/adopt.h"
+#include "tools/shellhost/window/browser_events.h"
+#include "tools/shellhost/command_failure.h"
+#include "tools/shellhost/console.h"
+#include "tools/shellhost/script/control_reader.h"
+#include "tools/shellhost/folder/namespace_root.h"
+#include "tools/wine_window/navigation_pane.h"
+#include "tools/stand_ins/system.h"
+#include "tools/wine_window/tree_menus.h"
+#include "tools/wine_window/view_menus.h"
+#include "tools/wine_window/view_order.h"
+
+namespace ov::shellhost {
+
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+constexpr const wchar_t* window_class = L"OrvaneShellHost";
+constexpr const wchar_t* title_end = L" - shellhost";
+constexpr int navigation_pane_width = 210;
+constexpr UINT message_arrived = WM_APP + 1;
+
+std::wstring name_of(PCIDLIST_ABSOLUTE place, SIGDN kind) {
+    wchar_t* name = nullptr;
+    if (FAILED(SHGetNameFromIDList(place, kind, &name))) {
+        return {};
+    }
+    const stand_ins::unique_task<wchar_t> owner(name);
+    return name;
+}
+
+/// Wine's columns are as wide as the folder suggests, which cuts some texts and wastes room on others.
+void fit_columns(HWND list) {
+    constexpr int least_width = 70;
+    constexpr int most_width = 360;
+    constexpr int extra_width = 12;
+    const int columns = Header_GetItemCount(ListView_GetHeader(list));
+    for (int i = 0; i < columns; ++i) {
+        ListView_SetColumnWidth(list, i, LVSCW_AUTOSIZE);
+        const int width = ListView_GetColumnWidth(list, i) + extra_width;
+        ListView_SetColumnWidth(list, i, std::clamp(width, least_width, most_width));
+    }
+}
+
+HWND list_of(IUnknown* view) {
+    HWND window = nullptr;
+    (void)IUnknown_GetWindow(view, &window);
+    return FindWindowExW(window, nullptr, WC_LISTVIEWW, nullptr);
+}
+
+/// Makes a Wine view look as views look elsewhere: icons in rows and not in columns, columns that fit, and
+/// nothing left of the mode before.
+void tidy_view(IUnknown* view) {
+    const HWND list = list_of(view);
+    if (list == nullptr || !stand_ins::system_is_wine()) {
+        return;
+    }
+    const LONG_PTR style = GetWindowLongPtrW(list, GWL_STYLE);
+    SetWindowLongPtrW(list, GWL_STYLE, style & ~LONG_PTR{LVS_ALIGNMASK});
+    ListView_Arrange(list, LVA_DEFAULT);
+    fit_columns(list);
+    InvalidateRect(list, nullptr, TRUE);
+}
+
+UINT mode_of(int command) {
+    switch (command) {
+        case command_large_icons:
+            return FVM_ICON;
+        case command_list:
+            return FVM_LIST;
+        default:
+            return FVM_DETAILS;
+    }
+}
+
+int command_of(UINT mode) {
+    switch (mode) {
+        case FVM_ICON:
+            return command_large_icons;
+        case FVM_LIST:
+            return command_list;
+        case FVM_DETAILS:
+            return command_details;
+        default:
+            return 0;
+    }
+}
+
+void register_class(WNDPROC procedure) {
+    WNDCLASSEXW made{};
+    made.cbSize = sizeof made;
+    made.lpfnWndProc = procedure;
+    made.hInstance = GetModuleHandleW(nullptr);
+    made.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
+    made.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    made.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+    made.lpszClassName = window_class;
+    RegisterClassExW(&made);
+}
+
+}  // namespace
+
+browser_window::browser_window(int width, int height) : keys_(make_keys()) {
+    const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES | ICC_LISTVIEW_CLASSES |
+                                                             ICC_TREEVIEW_CLASSES | ICC_STANDARD_CLASSES};
+    InitCommonControlsEx(&controls);
+    register_class(&browser_window::procedure);
+    CreateWindowExW(0, window_class, L"shellhost", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT,
+                    CW_USEDEFAULT, width, height, nullptr, make_menu_bar(), GetModuleHandleW(nullptr), this);
+    if (window_ == nullptr) {
+        throw command_failure(L"the window cannot be made");
+    }
+    tools_.create(window_);
+    status_.create(window_);
+    create_browser();
+    ShowWindow(window_, SW_SHOWNORMAL);
+    UpdateWindow(window_);
+}
+
+browser_window::~browser_window() {
+    close();
+    if (window_ != nullptr) {
+        DestroyWindow(window_);
+    }
+    DestroyAcceleratorTable(keys_);
+}
+
+void browser_window::create_browser() {
+    HRESULT result = CoCreateInstance(CLSID_ExplorerBrowser, nullptr, CLSCTX_INPROC_SERVER,
+                                      IID_PPV_ARGS(browser_.GetAddressOf()));
+    if (SUCCEEDED(result)) {
+        const FOLDERSETTINGS settings{FVM_DETAILS, 0};
+        const RECT area = browser_area();
+        (void)browser_->SetOptions(EBO_SHOWFRAMES);
+        result = browser_->Initialize(window_, &area, &settings);
+    }
+    if (FAILED(result)) {
+        throw command_failure(L"the system's explorer browser cannot be made: " + describe(result));
+    }
+    site_ = com::adopt(com::make_object<browser_site>(browser_.Get()));
+    wine_window::set_navigation_pane_width(window_, navigation_pane_width);
+    const ComPtr<browser_events> events = com::adopt(com::make_object<browser_events>(
+        [this] { is_navigating_ = true; }, [this](PCIDLIST_ABSOLUTE place) { arrived(place); }));
+    (void)browser_->Advise(events.Get(), &events_cookie_);
+}
+
+HRESULT browser_window::browse(PCIDLIST_ABSOLUTE place) {
+    return place != nullptr ? browser_->BrowseToIDList(place, SBSP_ABSOLUTE) : E_INVALIDARG;
+}
+
+void browser_window::go(UINT where) {
+    (void)browser_->BrowseToIDList(nullptr, where);
+}
+
+void browser_window::arrived(PCIDLIST_ABSOLUTE place) {
+    is_navigating_ = false;
+    place_.reset(ILCloneFull(place));
+    // The view is told of the arrival itself, and has its window only after this call.
+    PostMessageW(window_, message_arrived, 0, 0);
+}
+
+void browser_window::describe_view() {
+    const std::wstring name = name_of(place_.get(), SIGDN_NORMALDISPLAY);
+    SetWindowTextW(window_, (name + title_end).c_str());
+    const std::wstring path = name_of(place_.get(), SIGDN_FILESYSPATH);
+    const bool is_path = !path.empty() && path.rfind(L"::", 0) != 0;
+    tools_.show_place(is_path ? path : name);
+
+    ComPtr<IFolderView2> folder_view;
+    ComPtr<IShellView> view;
+    if (FAILED(browser_->GetCurrentView(IID_PPV_ARGS(view.GetAddressOf()))) ||
+        FAILED(view.As(&folder_view))) {
+        return;
+    }
+    complete_view(view.Get(), folder_view.Get());
+    UINT mode = FVM_DETAILS;
+    (void)folder_view->GetCurrentViewMode(&mode);
+    tools_.show_mode(command_of(mode));
+    int count = 0;
+    (void)folder_view->ItemCount(SVGIO_ALLVIEW, &count);
+    status_.show(std::to_wstring(count) + (count == 1 ? L" item" : L" items"));
+}
+
+void browser_window::set_mode(int command) {
+    ComPtr<IFolderView2> view;
+    if (SUCCEEDED(browser_->GetCurrentView(IID_PPV_ARGS(view.GetAddressOf())))) {
+        (void)view->SetCurrentViewMode(mode_of(command));
+        tools_.show_mode(command);
+        tidy_view(view.Get());
+    }
+}
+
+void browser_window::complete_view(IShellView* view, IFolderView* folder_view) {
+    if (stand_ins::system_is_wine()) {
+        wine_window::attach_view_menus(view, site_.Get());
+        wine_window::attach_tree_menus(find_descendant(window_, WC_TREEVIEWW), site_.Get());
+        wine_window::keep_folder_order(folder_view, list_of(view));
+        tidy_view(view);
+    }
+}
+
+void browser_window::run(int command) {
+    switch (command) {
+        case command_back:
+            return go(SBSP_NAVIGATEBACK);
+        case command_forward:
+            return go(SBSP_NAVIGATEFORWARD);
+        case command_up:
+            return go(SBSP_PARENT);
+        case command_home:
+            return (void)browse(list_of_namespace_root().get());
+        case command_large_icons:
+        case command_list:
+        case command_details:
+            return set_mode(command);
+        case command_refresh: {
+            ComPtr<IShellView> view;
+            if (SUCCEEDED(browser_->GetCurrentView(IID_PPV_ARGS(view.GetAddressOf())))) {
+                (void)view->Refresh();
+                describe_view();
+            }
+            return;
+        }
+        case command_close:
+            PostMessageW(window_, WM_CLOSE, 0, 0);
+            return;
+        default:
+            return;
+    }
+}
+
+bool browser_window::translate(MSG& message) const {
+    if (TranslateAcceleratorW(window_, keys_, &message) != 0) {
+        return true;
+    }
+    ComPtr<IInputObject> input;
+    return browser_ != nullptr && SUCCEEDED(browser_.As(&input)) &&
+           input->TranslateAcceleratorIO(&message) == S_OK;
+}
+
+RECT browser_window::browser_area() const {
+    RECT area{};
+    GetClientRect(window_, &area);
+    area.top += tools_.height();
+    area.bottom -= status_.height();
+    return area;
+}
+
+void browser_window::lay_out() {
+    tools_.resize();
+    status_.resize();
+    if (browser_ != nullptr) {
+        (void)browser_->SetRect(nullptr, browser_area());
+    }
+}
+
+void browser_window::close() {
+    if (browser_ != nullptr) {
+        (void)browser_->Unadvise(events_cookie_);
+        (void)browser_->Destroy();
+        browser_.Reset();
+        site_->forget_browser();
+    }
+}
+
+std::wstring browser_window::title() const {
+    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window_)) + 1, L'\0');
+    text.resize(
+        static_cast<std::size_t>(GetWindowTextW(window_, text.data(), static_cast<int>(text.size()))));
+    return text;
+}
+
+LRESULT browser_window::answer(UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case WM_SIZE:
+            lay_out();
+            return 0;
+        case WM_GETMINMAXINFO: {
+            constexpr POINT least{420, 280};
+            reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = least;
+            return 0;
+        }
+        case WM_COMMAND:
+            run(LOWORD(wparam));
+            return 0;
+        case message_arrived:
+            describe_view();
+            return 0;
+        case WM_CLOSE:
+            close();
+            DestroyWindow(window_);
+            return 0;
+        case WM_DESTROY:
+            PostQuitMessage(0);
+            return 0;
+        case WM_NCDESTROY:
+            window_ = nullptr;
+            return 0;
+        default:
+            return DefWindowProcW(window_, message, wparam, lparam);
+    }
+}
+
+LRESULT CALLBACK browser_window::procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_NCCREATE) {
+        auto* made =
+            static_cast<browser_window*>(reinterpret_cast<const CREATESTRUCTW*>(lparam)->lpCreateParams);
+        made->window_ = window;
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(made));
+    }
+    auto* self = reinterpret_cast<browser_window*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    return self != nullptr ? self->answer(message, wparam, lparam)
+                           : DefWindowProcW(window, message, wparam, lparam);
+}
+
+}  // namespace ov::shellhost

@@ -1,0 +1,52 @@
+#include "tools/stand_ins/tracked_files.h"
+
+#include <memory>
+#include <vector>
+
+#include "tests/support/import_patch.h"
+#include "tools/stand_ins/system.h"
+
+namespace ov::stand_ins {
+
+namespace {
+
+constexpr DWORD tracked_file_tag = 0x51;
+
+constexpr const char* function_name = "GetFileInformationByHandleEx";
+using function_type = decltype(GetFileInformationByHandleEx);
+
+/// The system's own function, also when this program's import of it has been pointed here.
+function_type* system_function() noexcept {
+    static const auto function = reinterpret_cast<function_type*>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), function_name)));
+    return function;
+}
+
+BOOL WINAPI get_file_information(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, LPVOID buffer,
+                                 DWORD size_bytes) {
+    if (!system_function()(file, kind, buffer, size_bytes)) {
+        return FALSE;
+    }
+    if (kind == FileAttributeTagInfo) {
+        auto& answer = *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(buffer);
+        if ((answer.FileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) == 0) {
+            answer.FileAttributes |= FILE_ATTRIBUTE_REPARSE_POINT;
+            answer.ReparseTag = tracked_file_tag;
+        }
+    }
+    return TRUE;
+}
+
+}  // namespace
+
+bool answer_tracked_mark(HMODULE module) {
+    if (!system_is_wine() || !test::imports(module, "*", function_name)) {
+        return false;
+    }
+    static std::vector<std::unique_ptr<test::import_patch<function_type>>> answered;
+    answered.push_back(std::make_unique<test::import_patch<function_type>>(module, "*", function_name,
+                                                                           &get_file_information));
+    return true;
+}
+
+}  // namespace ov::stand_ins
