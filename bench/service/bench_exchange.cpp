@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "service/calls.h"
-#include "tests/support/module_attach.h"
-#include "tests/support/scripted_service.h"
+#include "testkit/process/module_attach.h"
+#include "testkit/service/scripted_service.h"
 #include "tools/command_line/program.h"
 
 /// Times a get_folder_status exchange over the real driver with a service that answers at once:

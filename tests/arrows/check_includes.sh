@@ -20,6 +20,6 @@ service/calls.cpp shell/message_boxes.h
 shell/menu_icon.cpp namespace/item_id.h
 namespace/item_id.cpp module/class_object.h
 module/state/module_state.cpp module/registration/registrar.h
-shell/menu_icon.cpp tests/support/temp_file.h
+shell/menu_icon.cpp testkit/files/temp_file.h
 companions/devservice/vault.cpp service/envelope.h
 PLANTED

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "tests/driver/exchange.h"
-#include "tests/support/scripted_service.h"
+#include "testkit/service/scripted_service.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include "tests/driver/eventually.h"
 #include "tests/driver/exchange.h"
 #include "tests/driver/roles.h"
-#include "tests/support/child_process.h"
-#include "tests/support/scripted_service.h"
-#include "tests/support/temp_folder.h"
+#include "testkit/process/child_process.h"
+#include "testkit/service/scripted_service.h"
+#include "testkit/files/temp_folder.h"
 
 namespace {
 

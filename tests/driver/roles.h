@@ -4,7 +4,7 @@
 #include <string>
 
 #include "ovufc/win/handle.h"
-#include "tests/support/child_process.h"
+#include "testkit/process/child_process.h"
 
 /// What this test program plays when it is started as its own child.
 namespace ov::test::roles {

@@ -1,4 +1,4 @@
-#include "tests/support/scripted_service.h"
+#include "testkit/service/scripted_service.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 
 #include "tests/driver/eventually.h"
 #include "tests/driver/exchange.h"
-#include "tests/support/scripted_service.h"
+#include "testkit/service/scripted_service.h"
 
 namespace {
 

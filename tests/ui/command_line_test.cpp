@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/shipped_module.h"
-#include "tests/support/temp_folder.h"
-#include "tests/support/watchdog.h"
+#include "testkit/checks/shipped_module.h"
+#include "testkit/files/temp_folder.h"
+#include "testkit/process/watchdog.h"
 #include "tests/ui/known_service.h"
 #include "tests/ui/piped_process.h"
 

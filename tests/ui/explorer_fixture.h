@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/watchdog.h"
+#include "testkit/process/watchdog.h"
 #include "tests/ui/known_service.h"
 #include "tests/ui/screenshot.h"
 #include "tests/ui/shell_window.h"

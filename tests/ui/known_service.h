@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/scripted_service.h"
-#include "tests/support/temp_folder.h"
+#include "testkit/service/scripted_service.h"
+#include "testkit/files/temp_folder.h"
 
 namespace ov::test {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/temp_file.h"
+#include "testkit/files/temp_file.h"
 
 namespace ov::test {
 namespace {

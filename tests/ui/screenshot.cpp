@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "tests/support/child_process.h"
-#include "tests/support/shipped_module.h"
+#include "testkit/process/child_process.h"
+#include "testkit/checks/shipped_module.h"
 #include "tests/ui/picture.h"
 
 namespace ov::test {

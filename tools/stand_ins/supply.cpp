@@ -4,7 +4,7 @@
 #include <map>
 #include <memory>
 
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 #include "tools/stand_ins/associations/associations.h"
 #include "tools/stand_ins/items/data_object.h"
 #include "tools/stand_ins/menus/default_context_menu.h"

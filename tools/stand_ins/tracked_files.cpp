@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 #include "tools/stand_ins/system.h"
 
 namespace ov::stand_ins {

@@ -8,8 +8,8 @@
 #include <array>
 
 #include "module/state/class_ids.h"
-#include "tests/support/data_object.h"
-#include "tests/support/shipped_module.h"
+#include "testkit/shell/data_object.h"
+#include "testkit/checks/shipped_module.h"
 
 namespace ov::test::busy_host {
 

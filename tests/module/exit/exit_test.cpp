@@ -5,9 +5,9 @@
 
 #include "tests/module/exit/busy_host.h"
 #include "tests/module/exit/exit_tripwire.h"
-#include "tests/support/child_process.h"
-#include "tests/support/scripted_service.h"
-#include "tests/support/temp_folder.h"
+#include "testkit/process/child_process.h"
+#include "testkit/service/scripted_service.h"
+#include "testkit/files/temp_folder.h"
 
 namespace ov::test {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "ovufc/com/adopt.h"
 #include "tests/module/frame/classes_under_test.h"
-#include "tests/support/shipped_module.h"
+#include "testkit/checks/shipped_module.h"
 
 using Microsoft::WRL::ComPtr;
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/process_costs.h"
-#include "tests/support/shipped_module.h"
+#include "testkit/process/process_costs.h"
+#include "testkit/checks/shipped_module.h"
 
 namespace ov::test {
 

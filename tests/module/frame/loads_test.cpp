@@ -5,7 +5,7 @@
 
 #include "tests/module/frame/classes_under_test.h"
 #include "tests/module/frame/left_behind.h"
-#include "tests/support/memory_shortage.h"
+#include "testkit/memory/memory_shortage.h"
 
 // A host may load and free the module each time that it shows a file dialog. These tests take long, and do
 // without the device so that others can have it meanwhile.

@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "tests/module/frame/classes_under_test.h"
-#include "tests/support/before_attach.h"
-#include "tests/support/import_patch.h"
-#include "tests/support/memory_shortage.h"
-#include "tests/support/shipped_module.h"
+#include "testkit/process/before_attach.h"
+#include "testkit/imports/import_patch.h"
+#include "testkit/memory/memory_shortage.h"
+#include "testkit/checks/shipped_module.h"
 
 using Microsoft::WRL::ComPtr;
 

@@ -3,8 +3,8 @@
 #include <wrl/client.h>
 
 #include "tests/module/frame/classes_under_test.h"
-#include "tests/support/memory_shortage.h"
-#include "tests/support/shipped_module.h"
+#include "testkit/memory/memory_shortage.h"
+#include "testkit/checks/shipped_module.h"
 
 namespace ov::test {
 namespace {

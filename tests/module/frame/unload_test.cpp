@@ -5,7 +5,7 @@
 
 #include "tests/module/frame/classes_under_test.h"
 #include "tests/module/frame/left_behind.h"
-#include "tests/support/shipped_module.h"
+#include "testkit/checks/shipped_module.h"
 
 using Microsoft::WRL::ComPtr;
 

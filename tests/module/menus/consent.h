@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 
 namespace ov::test {
 

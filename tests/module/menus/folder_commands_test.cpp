@@ -7,9 +7,9 @@
 #include "module/state/class_ids.h"
 #include "ovufc/ipc/drvport/wire.h"
 #include "tests/module/menus/menus_fixture.h"
-#include "tests/support/box_presser.h"
-#include "tests/support/fake_dialog_library.h"
-#include "tests/support/message_box_script.h"
+#include "testkit/shell/box_presser.h"
+#include "testkit/checks/fake_dialog_library.h"
+#include "testkit/checks/message_box_script.h"
 
 namespace ov::test {
 namespace {

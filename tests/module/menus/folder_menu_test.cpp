@@ -3,7 +3,7 @@
 #include "module/state/class_ids.h"
 #include "ovufc/ipc/drvport/wire.h"
 #include "tests/module/menus/menus_fixture.h"
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 
 namespace ov::test {
 namespace {

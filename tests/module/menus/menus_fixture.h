@@ -11,13 +11,13 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/data_object.h"
-#include "tests/support/menu_reader.h"
-#include "tests/support/message_texts.h"
-#include "tests/support/scripted_service.h"
-#include "tests/support/shipped_module.h"
-#include "tests/support/temp_folder.h"
-#include "tests/support/watchdog.h"
+#include "testkit/shell/data_object.h"
+#include "testkit/shell/menu_reader.h"
+#include "testkit/imports/message_texts.h"
+#include "testkit/service/scripted_service.h"
+#include "testkit/checks/shipped_module.h"
+#include "testkit/files/temp_folder.h"
+#include "testkit/process/watchdog.h"
 
 namespace ov::test {
 

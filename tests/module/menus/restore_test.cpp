@@ -5,7 +5,7 @@
 #include "module/state/class_ids.h"
 #include "tests/module/menus/consent.h"
 #include "tests/module/menus/entry_fixture.h"
-#include "tests/support/message_box_script.h"
+#include "testkit/checks/message_box_script.h"
 
 namespace ov::test {
 namespace {

@@ -7,9 +7,9 @@
 #include "tests/module/menus/consent.h"
 #include "tests/module/menus/entry_fixture.h"
 #include "tests/module/menus/tracked_file_fixture.h"
-#include "tests/support/fake_dialog_library.h"
-#include "tests/support/handle_ledger.h"
-#include "tests/support/message_box_script.h"
+#include "testkit/checks/fake_dialog_library.h"
+#include "testkit/checks/handle_ledger.h"
+#include "testkit/checks/message_box_script.h"
 
 namespace ov::test {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/module/menus/menus_fixture.h"
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 
 namespace ov::test {
 

@@ -8,7 +8,7 @@
 
 #include "ovufc/ipc/drvport/wire.h"
 #include "tests/module/menus/tracked_file_fixture.h"
-#include "tests/support/fake_dialog_library.h"
+#include "testkit/checks/fake_dialog_library.h"
 
 namespace ov::test {
 namespace {

@@ -20,8 +20,8 @@
 #include "module/state/class_ids.h"
 #include "ovufc/ipc/drvport/wire.h"
 #include "tests/module/menus/menus_fixture.h"
-#include "tests/support/import_patch.h"
-#include "tests/support/message_box_script.h"
+#include "testkit/imports/import_patch.h"
+#include "testkit/checks/message_box_script.h"
 
 namespace ov::test {
 namespace {

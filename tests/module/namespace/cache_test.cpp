@@ -4,7 +4,7 @@
 #include "ovufc/com/adopt.h"
 #include "tests/module/namespace/document_service.h"
 #include "tests/module/namespace/module_folder.h"
-#include "tests/support/watchdog.h"
+#include "testkit/process/watchdog.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "ovufc/win/srw_lock.h"
-#include "tests/support/scripted_service.h"
+#include "testkit/service/scripted_service.h"
 
 namespace ov::test {
 

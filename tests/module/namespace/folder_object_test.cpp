@@ -7,7 +7,7 @@
 #include "ovufc/com/adopt.h"
 #include "tests/module/namespace/document_service.h"
 #include "tests/module/namespace/module_folder.h"
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 
 namespace {
 

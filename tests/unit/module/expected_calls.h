@@ -4,7 +4,7 @@
 #include <vector>
 
 /// The registry layout, call by call and byte by byte, written out here independently of the module's own
-/// tables. In the lines of tests/support/registry_watch.h.
+/// tables. In the lines of testkit/registry/registry_watch.h.
 namespace ov::test {
 
 /// Where expected_registration takes the module to be.

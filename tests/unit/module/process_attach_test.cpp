@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "module/state/module_state.h"
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 
 namespace ov::module_state {
 namespace {

@@ -7,7 +7,7 @@
 #include <cstdint>
 
 #include "module/state/module_state.h"
-#include "tests/support/registry_watch.h"
+#include "testkit/registry/registry_watch.h"
 #include "tests/unit/module/expected_calls.h"
 #include "tests/unit/module/shell_double.h"
 

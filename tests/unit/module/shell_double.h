@@ -3,8 +3,8 @@
 #include <windows.h>
 #include <shlobj.h>
 
-#include "tests/support/import_patch.h"
-#include "tests/support/registry_watch.h"
+#include "testkit/imports/import_patch.h"
+#include "testkit/registry/registry_watch.h"
 
 namespace ov::test {
 

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "ovufc/com/com_object.h"
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/unit/namespace/folder_fixture.h"
 
 namespace {

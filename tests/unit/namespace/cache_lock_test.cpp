@@ -7,10 +7,10 @@
 
 #include "module/state/module_state.h"
 #include "namespace/protected_locations.h"
-#include "tests/support/import_patch.h"
-#include "tests/support/lock_trace.h"
-#include "tests/support/module_attach.h"
-#include "tests/support/scripted_service.h"
+#include "testkit/imports/import_patch.h"
+#include "testkit/checks/lock_trace.h"
+#include "testkit/process/module_attach.h"
+#include "testkit/service/scripted_service.h"
 
 namespace {
 

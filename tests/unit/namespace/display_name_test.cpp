@@ -9,7 +9,7 @@
 
 #include "namespace/item_id.h"
 #include "namespace/item_types.h"
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 
 namespace {
 

@@ -18,9 +18,9 @@
 #include "namespace/item_types.h"
 #include "namespace/orv_name_space.h"
 #include "ovufc/ipc/drvport/wire.h"
-#include "tests/support/import_patch.h"
-#include "tests/support/module_attach.h"
-#include "tests/support/shipped_module.h"
+#include "testkit/imports/import_patch.h"
+#include "testkit/process/module_attach.h"
+#include "testkit/checks/shipped_module.h"
 #include "ovufc/com/adopt.h"
 
 namespace ov::test {

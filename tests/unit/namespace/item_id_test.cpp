@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "namespace/item_types.h"
-#include "tests/support/guarded_buffer.h"
+#include "testkit/memory/guarded_buffer.h"
 
 namespace {
 

@@ -15,9 +15,9 @@
 #include "namespace/protected_locations.h"
 #include "ovufc/com/adopt.h"
 #include "tests/module/namespace/document_service.h"
-#include "tests/support/import_patch.h"
-#include "tests/support/lock_trace.h"
-#include "tests/support/module_attach.h"
+#include "testkit/imports/import_patch.h"
+#include "testkit/checks/lock_trace.h"
+#include "testkit/process/module_attach.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "namespace/name_space_enum_obj.h"
 
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/unit/namespace/folder_fixture.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/unit/namespace/folder_fixture.h"
 #include "ovufc/com/adopt.h"
 

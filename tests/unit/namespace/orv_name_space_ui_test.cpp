@@ -4,7 +4,7 @@
 
 #include <map>
 
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/unit/namespace/folder_fixture.h"
 #include "tests/unit/namespace/recording_data_object.h"
 #include "tests/unit/namespace/recording_icon.h"

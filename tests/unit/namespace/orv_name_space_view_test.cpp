@@ -1,5 +1,5 @@
 #include "namespace/columns.h"
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/unit/namespace/folder_fixture.h"
 #include "tests/unit/namespace/recording_view.h"
 #include "ovufc/com/adopt.h"

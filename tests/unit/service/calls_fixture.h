@@ -6,8 +6,8 @@
 
 #include "ovufc/json.h"
 #include "service/text.h"
-#include "tests/support/module_attach.h"
-#include "tests/support/scripted_service.h"
+#include "testkit/process/module_attach.h"
+#include "testkit/service/scripted_service.h"
 
 namespace ov::test {
 

@@ -6,8 +6,8 @@
 #include "ovufc/ipc/drvport/client.h"
 #include "service/calls.h"
 #include "tests/driver/driver_control.h"
-#include "tests/support/scripted_service.h"
-#include "tests/support/throw_count.h"
+#include "testkit/service/scripted_service.h"
+#include "testkit/process/throw_count.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "ovufc/win/handle.h"
-#include "tests/support/temp_file.h"
+#include "testkit/files/temp_file.h"
 
 namespace {
 

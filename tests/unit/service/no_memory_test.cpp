@@ -13,7 +13,7 @@
 
 #include "ovufc/json.h"
 #include "service/calls.h"
-#include "tests/support/temp_file.h"
+#include "testkit/files/temp_file.h"
 #include "tests/unit/service/calls_fixture.h"
 
 namespace {

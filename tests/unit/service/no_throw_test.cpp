@@ -3,7 +3,7 @@
 #include <string>
 
 #include "service/calls.h"
-#include "tests/support/throw_count.h"
+#include "testkit/process/throw_count.h"
 #include "tests/unit/service/calls_fixture.h"
 
 namespace {

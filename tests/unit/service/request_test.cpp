@@ -6,7 +6,7 @@
 #include "module/state/module_state.h"
 #include "service/envelope.h"
 #include "service/text.h"
-#include "tests/support/module_attach.h"
+#include "testkit/process/module_attach.h"
 
 namespace {
 

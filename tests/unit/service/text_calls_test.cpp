@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "service/text.h"
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 
 namespace {
 

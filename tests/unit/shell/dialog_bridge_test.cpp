@@ -7,9 +7,9 @@
 #include <cstring>
 #include <iterator>
 
-#include "tests/support/fake_dialog_library.h"
-#include "tests/support/module_attach.h"
-#include "tests/support/shipped_module.h"
+#include "testkit/checks/fake_dialog_library.h"
+#include "testkit/process/module_attach.h"
+#include "testkit/checks/shipped_module.h"
 
 namespace ov::shell {
 namespace {

@@ -10,10 +10,10 @@
 #include "ovufc/win/ui_handle.h"
 #include "shell/orv_addons_ctx_menu.h"
 #include "shell/orv_restore_ctx_menu.h"
-#include "tests/support/data_object.h"
-#include "tests/support/menu_reader.h"
-#include "tests/support/module_attach.h"
-#include "tests/support/temp_folder.h"
+#include "testkit/shell/data_object.h"
+#include "testkit/shell/menu_reader.h"
+#include "testkit/process/module_attach.h"
+#include "testkit/files/temp_folder.h"
 
 namespace ov::shell {
 namespace {

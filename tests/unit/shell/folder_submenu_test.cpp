@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/support/import_patch.h"
-#include "tests/support/menu_reader.h"
+#include "testkit/imports/import_patch.h"
+#include "testkit/shell/menu_reader.h"
 
 namespace ov::shell {
 namespace {

@@ -7,9 +7,9 @@
 #include <cstring>
 #include <vector>
 
-#include "tests/support/handle_ledger.h"
-#include "tests/support/import_patch.h"
-#include "tests/support/module_attach.h"
+#include "testkit/checks/handle_ledger.h"
+#include "testkit/imports/import_patch.h"
+#include "testkit/process/module_attach.h"
 
 namespace ov::shell {
 namespace {

@@ -12,10 +12,10 @@
 #include "ovufc/com/com_object.h"
 #include "shell/orv_addons_ctx_menu.h"
 #include "shell/orv_restore_ctx_menu.h"
-#include "tests/support/data_object.h"
-#include "tests/support/import_patch.h"
-#include "tests/support/message_box_script.h"
-#include "tests/support/module_attach.h"
+#include "testkit/shell/data_object.h"
+#include "testkit/imports/import_patch.h"
+#include "testkit/checks/message_box_script.h"
+#include "testkit/process/module_attach.h"
 
 namespace ov::shell {
 namespace {

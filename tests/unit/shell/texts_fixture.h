@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "module/state/module_state.h"
-#include "tests/support/message_texts.h"
-#include "tests/support/module_attach.h"
-#include "tests/support/shipped_module.h"
+#include "testkit/imports/message_texts.h"
+#include "testkit/process/module_attach.h"
+#include "testkit/checks/shipped_module.h"
 
 namespace ov::test {
 

@@ -5,9 +5,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/support/handle_ledger.h"
-#include "tests/support/import_patch.h"
-#include "tests/support/temp_file.h"
+#include "testkit/checks/handle_ledger.h"
+#include "testkit/imports/import_patch.h"
+#include "testkit/files/temp_file.h"
 
 namespace ov::shell {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 
 namespace ov::devservice {
 namespace {

@@ -1,6 +1,6 @@
 #include "companions/devservice/file_io.h"
 #include "companions/devservice/roll_back.h"
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/unit/companions/devservice/vault_fixture.h"
 
 namespace ov::devservice {

@@ -8,7 +8,7 @@
 
 #include "companions/devservice/file_io.h"
 #include "companions/devservice/text.h"
-#include "tests/support/child_process.h"
+#include "testkit/process/child_process.h"
 
 namespace ov::devservice {
 namespace {

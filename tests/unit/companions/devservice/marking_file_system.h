@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 
 namespace ov::devservice {
 

@@ -10,7 +10,7 @@
 #include "companions/devservice/sha256.h"
 #include "companions/devservice/take_copy.h"
 #include "companions/devservice/text.h"
-#include "tests/support/child_process.h"
+#include "testkit/process/child_process.h"
 
 namespace ov::devservice {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "companions/devservice/file_io.h"
 #include "companions/devservice/path.h"
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/unit/companions/devservice/vault_fixture.h"
 
 namespace ov::devservice {

@@ -7,8 +7,8 @@
 #include "companions/devservice/path.h"
 #include "companions/devservice/text.h"
 #include "ovufc/ipc/drvport/client.h"
-#include "tests/support/child_process.h"
-#include "tests/support/module_attach.h"
+#include "testkit/process/child_process.h"
+#include "testkit/process/module_attach.h"
 #include "tests/unit/companions/devservice/vault_fixture.h"
 
 namespace ov::devservice {

@@ -4,7 +4,7 @@
 
 #include "companions/devservice/file_io.h"
 #include "companions/devservice/state_json.h"
-#include "tests/support/child_process.h"
+#include "testkit/process/child_process.h"
 #include "tests/unit/companions/devservice/vault_fixture.h"
 
 namespace ov::devservice {

@@ -4,10 +4,10 @@
 
 #include <optional>
 
-#include "tests/support/before_attach.h"
-#include "tests/support/memory_shortage.h"
-#include "tests/support/message_box_script.h"
-#include "tests/support/process_costs.h"
+#include "testkit/process/before_attach.h"
+#include "testkit/memory/memory_shortage.h"
+#include "testkit/checks/message_box_script.h"
+#include "testkit/process/process_costs.h"
 #include "tests/unit/companions/orvdialog/shown_dialog.h"
 
 namespace ov::dialog {

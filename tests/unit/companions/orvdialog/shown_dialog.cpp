@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/module_attach.h"
+#include "testkit/process/module_attach.h"
 
 namespace ov::dialog {
 

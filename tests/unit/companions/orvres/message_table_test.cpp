@@ -17,7 +17,7 @@
 #include "ovufc/i18n/message_ids.h"
 #include "ovufc/i18n/rosetta_stone.h"
 #include "ovufc/win/handle.h"
-#include "tests/support/module_attach.h"
+#include "testkit/process/module_attach.h"
 
 namespace ov::i18n {
 namespace {

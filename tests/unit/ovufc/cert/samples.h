@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tests/support/module_attach.h"
+#include "testkit/process/module_attach.h"
 
 namespace ov::test {
 

@@ -7,7 +7,7 @@
 #include <cwctype>
 #include <vector>
 
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/unit/ovufc/cert/samples.h"
 
 namespace ov::cert {

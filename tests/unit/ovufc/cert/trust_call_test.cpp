@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "ovufc/cert/signer_check.h"
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/unit/ovufc/cert/samples.h"
 
 namespace ov::cert {

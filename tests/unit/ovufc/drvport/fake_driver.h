@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "ovufc/ipc/drvport/wire.h"
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 
 namespace ov::test {
 

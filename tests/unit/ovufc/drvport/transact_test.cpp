@@ -7,7 +7,7 @@
 #include <string>
 
 #include "ovufc/ipc/drvport/client_port.h"
-#include "tests/support/write_trace.h"
+#include "testkit/memory/write_trace.h"
 #include "tests/unit/ovufc/drvport/fake_driver.h"
 
 namespace {

@@ -7,7 +7,7 @@
 
 #include "ovufc/i18n/rosetta_stone.h"
 #include "ovufc/win/windows_version.h"
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/unit/ovufc/cert/samples.h"
 
 namespace ov::i18n {

@@ -6,7 +6,7 @@
 #include <array>
 #include <atomic>
 
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/unit/ovufc/cert/samples.h"
 
 namespace ov::i18n {

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "ovufc/time/datetime.h"
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/unit/ovufc/time/time_texts.h"
 
 namespace ov::time {

@@ -6,7 +6,7 @@
 #include <cwchar>
 #include <limits>
 
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/unit/ovufc/time/time_texts.h"
 
 namespace ov::time {

@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-#include "tests/support/import_patch.h"
+#include "testkit/imports/import_patch.h"
 
 namespace ov::win {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "ovufc/exception.h"
 #include "ovufc/win/reg_key.h"
-#include "tests/support/registry_watch.h"
+#include "testkit/registry/registry_watch.h"
 
 namespace ov::win {
 namespace {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "ovufc/win/handle.h"
-#include "tests/support/temp_folder.h"
+#include "testkit/files/temp_folder.h"
 #include "tools/stand_ins/system.h"
 
 namespace ov::stand_ins {

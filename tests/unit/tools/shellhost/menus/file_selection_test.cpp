@@ -4,7 +4,7 @@
 #include <ole2.h>
 #include <shellapi.h>
 
-#include "tests/support/temp_folder.h"
+#include "testkit/files/temp_folder.h"
 #include "tools/shellhost/apartment.h"
 #include "tools/shellhost/command_failure.h"
 

@@ -9,7 +9,7 @@
 
 #include "tests/unit/tools/stand_ins/recording_handler.h"
 #include "tests/unit/tools/stand_ins/test_selection.h"
-#include "tests/support/temp_folder.h"
+#include "testkit/files/temp_folder.h"
 #include "tools/stand_ins/items/global_memory.h"
 
 namespace ov::stand_ins {

@@ -5,7 +5,7 @@
 
 #include "tests/unit/tools/stand_ins/recording_handler.h"
 #include "tests/unit/tools/stand_ins/test_class_key.h"
-#include "tests/support/temp_folder.h"
+#include "testkit/files/temp_folder.h"
 
 namespace ov::stand_ins {
 namespace {

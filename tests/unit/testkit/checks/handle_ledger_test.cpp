@@ -1,0 +1,49 @@
+#include "testkit/checks/handle_ledger.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest-spi.h>
+#include <gtest/gtest.h>
+
+namespace ov::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(HandleLedger, handleThatIsOut_isSeenUntilItIsGivenBack) {
+    const handle_ledger ledger(GetModuleHandleW(nullptr));
+    HDC dc = CreateCompatibleDC(nullptr);
+    HMENU menu = CreateMenu();
+    EXPECT_THAT(ledger.outstanding(), ElementsAre("CreateCompatibleDC", "CreateMenu"));
+    DeleteDC(dc);
+    EXPECT_THAT(ledger.outstanding(), ElementsAre("CreateMenu"));
+    DestroyMenu(menu);
+    EXPECT_THAT(ledger.outstanding(), IsEmpty());
+    EXPECT_EQ(ledger.made_by("CreateMenu"), 1);
+}
+
+TEST(HandleLedger, bothBitmapsOfAnIcon_areEntered) {
+    const handle_ledger ledger(GetModuleHandleW(nullptr));
+    ICONINFO parts{};
+    ASSERT_TRUE(GetIconInfo(LoadIconW(nullptr, IDI_APPLICATION), &parts));
+    EXPECT_THAT(ledger.outstanding(), ElementsAre("GetIconInfo", "GetIconInfo"));
+    DeleteObject(parts.hbmColor);
+    DeleteObject(parts.hbmMask);
+    EXPECT_THAT(ledger.outstanding(), IsEmpty());
+}
+
+TEST(HandleLedger, wrongFunction_failsTheTest) {
+    static handle_ledger* books = nullptr;
+    handle_ledger ledger(GetModuleHandleW(nullptr));
+    books = &ledger;
+    EXPECT_NONFATAL_FAILURE(
+        {
+            HDC dc = GetDC(nullptr);
+            books->note_closed(dc, "dc");
+            ReleaseDC(nullptr, dc);
+        },
+        "given back by the wrong function");
+}
+
+}  // namespace
+}  // namespace ov::test

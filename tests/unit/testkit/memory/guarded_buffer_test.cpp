@@ -1,0 +1,35 @@
+#include "testkit/memory/guarded_buffer.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace {
+
+using ov::test::guarded_buffer;
+
+constexpr std::array content{std::byte{1}, std::byte{2}, std::byte{3}};
+
+TEST(GuardedBuffer, read_to_its_last_byte_counts_nothing) {
+    const guarded_buffer buffer(content);
+    const volatile std::byte* bytes = buffer.data();
+    EXPECT_EQ(1, static_cast<int>(bytes[0]));
+    EXPECT_EQ(3, static_cast<int>(bytes[2]));
+    EXPECT_EQ(0, buffer.overruns());
+}
+
+TEST(GuardedBuffer, read_past_its_end_is_counted_and_survived) {
+    const guarded_buffer buffer(content);
+    const volatile std::byte* bytes = buffer.data();
+    (void)bytes[3];
+    EXPECT_EQ(1, buffer.overruns());
+}
+
+TEST(GuardedBuffer, write_past_its_end_is_counted_and_survived) {
+    const guarded_buffer buffer(content);
+    volatile std::byte* bytes = buffer.data();
+    bytes[3] = std::byte{4};
+    EXPECT_EQ(1, buffer.overruns());
+}
+
+}  // namespace

@@ -1,0 +1,36 @@
+#include "testkit/process/before_attach.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "ovufc/win/handle.h"
+
+namespace ov::test {
+namespace {
+
+constexpr const wchar_t* sample = L"support_sample.dll";
+
+TEST(BeforeAttach, LoadOfTheLibrary_runsTheFunctionOnIt_once) {
+    std::vector<HMODULE> seen;
+    const before_attach watching(L"Support_Sample.DLL", [&](HMODULE module) { seen.push_back(module); });
+    const win::unique_library library(LoadLibraryW(sample));
+    const win::unique_library again(LoadLibraryW(sample));
+    EXPECT_EQ(seen, std::vector{library.get()});
+}
+
+TEST(BeforeAttach, OtherLibrariesAndLaterLoads_areLeftAlone) {
+    bool seen = false;
+    {
+        const before_attach watching(L"another.dll", [&](HMODULE) { seen = true; });
+        const win::unique_library library(LoadLibraryW(sample));
+    }
+    {
+        const before_attach over(sample, [&](HMODULE) { seen = true; });
+    }
+    const win::unique_library library(LoadLibraryW(sample));
+    EXPECT_FALSE(seen);
+}
+
+}  // namespace
+}  // namespace ov::test

@@ -1,0 +1,34 @@
+#include "testkit/process/child_process.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using ov::test::child_process;
+
+const std::wstring command_interpreter = L"C:\\windows\\system32\\cmd.exe";
+// Runs for half a minute.
+const std::wstring slow_program = L"C:\\windows\\system32\\ping.exe";
+const std::vector<std::wstring> slow_arguments = {L"-n", L"30", L"127.0.0.1"};
+
+TEST(ChildProcess, ChildThatEnds_GivesItsExitCode) {
+    child_process child(command_interpreter, {L"/c", L"exit", L"7"});
+    EXPECT_EQ(child.wait(20000), 7u);
+}
+
+TEST(ChildProcess, ChildThatRuns_IsNotWaitedForLongerThanAsked) {
+    child_process child(slow_program, slow_arguments);
+    EXPECT_FALSE(child.wait(50).has_value());
+}
+
+TEST(ChildProcess, KilledChild_HasEnded) {
+    child_process child(slow_program, slow_arguments);
+    child.kill();
+    EXPECT_EQ(child.wait(0), 0xDEADu);
+}
+
+TEST(ChildProcess, MissingProgram_Throws) {
+    EXPECT_THROW(child_process(L"C:\\no such program.exe", {}), std::runtime_error);
+}
+
+}  // namespace

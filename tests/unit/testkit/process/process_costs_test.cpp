@@ -1,0 +1,49 @@
+#include "testkit/process/process_costs.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+namespace ov::test {
+namespace {
+
+TEST(ProcessCosts, NothingTaken_nothingHasGrown) {
+    const process_costs before;
+    EXPECT_THAT(process_costs().grown_since(before, 2), testing::IsEmpty());
+}
+
+// Takes `count` of something, and expects that kind alone to have grown, until it is given back.
+template <class Take, class GiveBack>
+void expect_found(const char* kind, Take take, GiveBack give_back) {
+    constexpr int count = 100;
+    std::vector<decltype(take())> taken;
+    taken.reserve(count);
+    const process_costs before;
+    for (int i = 0; i < count; ++i) {
+        taken.push_back(take());
+    }
+    EXPECT_THAT(process_costs().grown_since(before, 90), testing::ElementsAre(testing::StartsWith(kind)));
+    for (auto one : taken) {
+        give_back(one);
+    }
+    EXPECT_THAT(process_costs().grown_since(before, 5), testing::IsEmpty());
+}
+
+TEST(ProcessCosts, WhatIsTaken_isFoundByItsKind_andGoneWhenGivenBack) {
+    expect_found(
+        "TLS indexes", [] { return TlsAlloc(); }, [](DWORD index) { TlsFree(index); });
+    expect_found(
+        "FLS indexes", [] { return FlsAlloc(nullptr); }, [](DWORD index) { FlsFree(index); });
+    expect_found(
+        "handles", [] { return CreateEventW(nullptr, TRUE, FALSE, nullptr); },
+        [](HANDLE event) { CloseHandle(event); });
+    expect_found(
+        "heap blocks", [] { return HeapAlloc(GetProcessHeap(), 0, 16); },
+        [](void* block) { HeapFree(GetProcessHeap(), 0, block); });
+    expect_found(
+        "private pages", [] { return VirtualAlloc(nullptr, 1, MEM_COMMIT, PAGE_READWRITE); },
+        [](void* page) { VirtualFree(page, 0, MEM_RELEASE); });
+}
+
+}  // namespace
+}  // namespace ov::test
