@@ -1,4 +1,4 @@
-#include "companions/devservice/command_line.h"
+#include "companions/devservice/command_line/command_line.h"
 #include "tools/command_line/program.h"
 
 int main() {

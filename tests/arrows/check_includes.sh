@@ -21,5 +21,5 @@ shell/menu_icon.cpp namespace/item_id.h
 namespace/item_id.cpp module/class_object.h
 module/state/module_state.cpp module/registration/registrar.h
 shell/menu_icon.cpp testkit/files/temp_file.h
-companions/devservice/vault.cpp service/envelope.h
+companions/devservice/store/vault.cpp service/envelope.h
 PLANTED

@@ -6,8 +6,8 @@
 
 #include <vector>
 
-#include "companions/devservice/file_io.h"
-#include "companions/devservice/text.h"
+#include "companions/devservice/files/file_io.h"
+#include "companions/devservice/files/text.h"
 #include "testkit/process/child_process.h"
 
 namespace ov::devservice {

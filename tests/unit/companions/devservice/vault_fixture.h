@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "companions/devservice/answering.h"
-#include "companions/devservice/vault.h"
+#include "companions/devservice/calls/answering.h"
+#include "companions/devservice/store/vault.h"
 #include "ovufc/json.h"
 
 namespace ov::devservice {

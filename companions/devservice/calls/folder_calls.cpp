@@ -1,0 +1,107 @@
+#include <shlobj.h>
+
+#include "companions/devservice/calls/answering.h"
+#include "companions/devservice/calls/document.h"
+#include "companions/devservice/roll_back/exports.h"
+#include "companions/devservice/calls/handover.h"
+#include "companions/devservice/files/path.h"
+#include "companions/devservice/calls/request.h"
+#include "companions/devservice/copies/take_copy.h"
+#include "companions/devservice/files/text.h"
+#include "ovufc/ipc/drvport/wire.h"
+
+namespace ov::devservice {
+namespace {
+
+bool flag_is_set(const answering& context, std::uint32_t flag) {
+    return (context.store.state().flags & flag) != 0;
+}
+
+reply protect_and_answer(answering& context, const std::optional<std::wstring>& folder,
+                         const std::optional<std::wstring>& object_path) {
+    if (!folder || !object_path) {
+        return {.code = status::bad_request};
+    }
+    problems left_out;
+    const DWORD error = protect(context.store, *folder, *object_path, left_out);
+    context.note(left_out);
+    reply answer = reply_for(error);
+    if (error == ERROR_SUCCESS) {
+        // The folder is protected all the same: what is in use now is taken by the next restore point.
+        answer.data["leftOut"] = left_out.size();
+    }
+    return answer;
+}
+
+std::wstring own_desktop() {
+    PWSTR path = nullptr;
+    const HRESULT result = SHGetKnownFolderPath(FOLDERID_Desktop, 0, nullptr, &path);
+    std::wstring desktop = SUCCEEDED(result) ? path : L"";
+    CoTaskMemFree(path);
+    return clean_path(desktop).value_or(std::wstring());
+}
+
+}  // namespace
+
+reply get_folder_status(answering& context, const json& parameters) {
+    const std::optional<std::wstring> folder = path_parameter(parameters, "folderName");
+    if (!folder) {
+        return {.code = status::bad_request};
+    }
+    reply answer;
+    answer.data["protectedFolder"] = counts_as_protected(context.store.state(), *folder);
+    answer.data["uiLevel"] = flag_is_set(context, ORV_FLAG_UI_RESTRICTED) ? "restricted" : "full";
+    return answer;
+}
+
+reply protect_folder(answering& context, const json& parameters) {
+    return protect_and_answer(context, path_parameter(parameters, "folderName"), std::wstring());
+}
+
+reply protect_folder_as(answering& context, const json& parameters) {
+    return protect_and_answer(context, path_parameter(parameters, "folderName"),
+                              text_parameter(parameters, "objPath"));
+}
+
+reply unprotect_folder(answering& context, const json& parameters) {
+    const std::optional<std::wstring> folder = path_parameter(parameters, "folderName");
+    if (!folder) {
+        return {.code = status::bad_request};
+    }
+    if (flag_is_set(context, ORV_FLAG_UNPROTECT_BLOCKED)) {
+        return {.code = status::refused};
+    }
+    return reply_for(unprotect(context.store, *folder));
+}
+
+reply export_folder(answering& context, const json& parameters) {
+    const std::optional<std::wstring> folder = path_parameter(parameters, "folderName");
+    const std::optional<std::wstring> type = text_parameter(parameters, "exportType");
+    if (!folder || !type || (*type != L"recycleBin" && *type != L"chronels")) {
+        return {.code = status::bad_request};
+    }
+    if (!flag_is_set(context, ORV_FLAG_EXPORTS_AVAILABLE)) {
+        return {.code = status::refused};
+    }
+    if (protection_of(context.store.state(), *folder) == nullptr) {
+        return {.code = status::not_protected};
+    }
+    const std::wstring desktop = context.desktop.empty() ? own_desktop() : context.desktop;
+    if (desktop.empty()) {
+        return {.code = status::failed};
+    }
+    const export_result result = *type == L"chronels" ? export_chronels(context.store, *folder, desktop)
+                                                      : export_deleted_files(context.store, *folder, desktop);
+    context.note("  " + std::to_string(result.files) + " files into " + to_utf8_lossy(result.folder));
+    context.note(result.failed);
+    reply answer{.code = result.failed.empty() ? status::done : status::incomplete};
+    answer.data["files"] = result.files;
+    return answer;
+}
+
+reply get_protected_folders(answering& context, const json& parameters) {
+    const std::optional<std::string> text = protected_locations(context.store);
+    return text ? hand_over(parameters, *text) : reply{.code = status::failed};
+}
+
+}  // namespace ov::devservice
