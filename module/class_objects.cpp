@@ -8,10 +8,10 @@
 #include "module/state/class_ids.h"
 #include "namespace/orv_name_space.h"
 #include "namespace/protected_locations.h"
-#include "shell/orv_addons_ctx_menu.h"
-#include "shell/orv_restore_ctx_menu.h"
-#include "shell/orvane_ctx_menu.h"
-#include "shell/orvane_property_sheet.h"
+#include "shell/entry_menus/orv_addons_ctx_menu.h"
+#include "shell/entry_menus/orv_restore_ctx_menu.h"
+#include "shell/file_menu/orvane_ctx_menu.h"
+#include "shell/property_sheet/orvane_property_sheet.h"
 
 namespace ov {
 

@@ -1,4 +1,4 @@
-#include "shell/tracked_file.h"
+#include "shell/file_menu/tracked_file.h"
 
 #include <windows.h>
 

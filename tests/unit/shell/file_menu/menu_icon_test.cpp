@@ -1,4 +1,4 @@
-#include "shell/menu_icon.h"
+#include "shell/file_menu/menu_icon.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "shell/dialog_bridge.h"
+#include "shell/file_menu/dialog_bridge.h"
 
 #include <array>
 #include <cstddef>

@@ -1,6 +1,6 @@
 // The entry that a command was asked for, and what becomes of the commands when the shell cannot tell it.
 
-#include "shell/selected_entry.h"
+#include "shell/entry_menus/selected_entry.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,8 +10,8 @@
 
 #include "ovufc/com/adopt.h"
 #include "ovufc/com/com_object.h"
-#include "shell/orv_addons_ctx_menu.h"
-#include "shell/orv_restore_ctx_menu.h"
+#include "shell/entry_menus/orv_addons_ctx_menu.h"
+#include "shell/entry_menus/orv_restore_ctx_menu.h"
 #include "testkit/shell/data_object.h"
 #include "testkit/imports/import_patch.h"
 #include "testkit/checks/message_box_script.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/entry_ctx_menu.h"
+#include "shell/entry_menus/entry_ctx_menu.h"
 
 namespace ov::shell {
 

@@ -4,10 +4,10 @@
 #include "ovufc/i18n/message_ids.h"
 #include "service/calls.h"
 #include "shell/command_offset.h"
-#include "shell/dialog_bridge.h"
-#include "shell/folder_commands.h"
+#include "shell/file_menu/dialog_bridge.h"
+#include "shell/file_menu/folder_commands.h"
 #include "shell/message_boxes.h"
-#include "shell/orvane_ctx_menu.h"
+#include "shell/file_menu/orvane_ctx_menu.h"
 
 // What the file and folder menu does when an item is picked. The driver reports the outcome of most of it
 // itself: no message is shown for a call that failed.

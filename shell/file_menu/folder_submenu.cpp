@@ -1,8 +1,8 @@
-#include "shell/folder_submenu.h"
+#include "shell/file_menu/folder_submenu.h"
 
 #include <utility>
 
-#include "shell/folder_commands.h"
+#include "shell/file_menu/folder_commands.h"
 
 namespace ov::shell {
 

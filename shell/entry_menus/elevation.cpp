@@ -1,4 +1,4 @@
-#include "shell/elevation.h"
+#include "shell/entry_menus/elevation.h"
 
 #include <objbase.h>
 #include <shlobj.h>

@@ -1,8 +1,8 @@
-#include "shell/entry_ctx_menu.h"
+#include "shell/entry_menus/entry_ctx_menu.h"
 
 #include "ovufc/com/guard.h"
 #include "shell/command_offset.h"
-#include "shell/selected_entry.h"
+#include "shell/entry_menus/selected_entry.h"
 
 namespace ov::shell {
 

@@ -1,4 +1,4 @@
-#include "shell/selected_path.h"
+#include "shell/file_menu/selected_path.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "shell/menu_icon.h"
+#include "shell/file_menu/menu_icon.h"
 
 #include "module/state/module_state.h"
 #include "res/resource_ids.h"

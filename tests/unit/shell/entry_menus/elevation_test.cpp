@@ -1,4 +1,4 @@
-#include "shell/elevation.h"
+#include "shell/entry_menus/elevation.h"
 
 #include <gtest/gtest.h>
 #include <objbase.h>

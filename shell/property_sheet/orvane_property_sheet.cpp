@@ -1,4 +1,4 @@
-#include "shell/orvane_property_sheet.h"
+#include "shell/property_sheet/orvane_property_sheet.h"
 
 namespace ov::shell {
 

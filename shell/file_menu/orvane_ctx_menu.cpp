@@ -1,4 +1,4 @@
-#include "shell/orvane_ctx_menu.h"
+#include "shell/file_menu/orvane_ctx_menu.h"
 
 #include <algorithm>
 #include <optional>
@@ -7,11 +7,11 @@
 #include "ovufc/i18n/message_ids.h"
 #include "ovufc/ipc/drvport/client.h"
 #include "service/calls.h"
-#include "shell/folder_commands.h"
-#include "shell/folder_submenu.h"
-#include "shell/menu_icon.h"
-#include "shell/selected_path.h"
-#include "shell/tracked_file.h"
+#include "shell/file_menu/folder_commands.h"
+#include "shell/file_menu/folder_submenu.h"
+#include "shell/file_menu/menu_icon.h"
+#include "shell/file_menu/selected_path.h"
+#include "shell/file_menu/tracked_file.h"
 
 namespace ov::shell {
 

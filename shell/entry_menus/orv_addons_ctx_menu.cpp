@@ -1,4 +1,4 @@
-#include "shell/orv_addons_ctx_menu.h"
+#include "shell/entry_menus/orv_addons_ctx_menu.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "shell/orv_restore_ctx_menu.h"
+#include "shell/entry_menus/orv_restore_ctx_menu.h"
 
 #include <cstdint>
 #include <string>
@@ -7,7 +7,7 @@
 #include "ovufc/noncopyable.h"
 #include "ovufc/time/datetime.h"
 #include "service/calls.h"
-#include "shell/elevation.h"
+#include "shell/entry_menus/elevation.h"
 #include "shell/message_boxes.h"
 
 namespace ov::shell {

@@ -1,4 +1,4 @@
-#include "shell/selected_entry.h"
+#include "shell/entry_menus/selected_entry.h"
 
 #include <shlobj.h>
 

@@ -1,4 +1,4 @@
-#include "shell/entry_ctx_menu.h"
+#include "shell/entry_menus/entry_ctx_menu.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,8 +8,8 @@
 
 #include "ovufc/com/adopt.h"
 #include "ovufc/win/ui_handle.h"
-#include "shell/orv_addons_ctx_menu.h"
-#include "shell/orv_restore_ctx_menu.h"
+#include "shell/entry_menus/orv_addons_ctx_menu.h"
+#include "shell/entry_menus/orv_restore_ctx_menu.h"
 #include "testkit/shell/data_object.h"
 #include "testkit/shell/menu_reader.h"
 #include "testkit/process/module_attach.h"

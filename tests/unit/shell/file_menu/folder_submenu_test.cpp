@@ -1,4 +1,4 @@
-#include "shell/folder_submenu.h"
+#include "shell/file_menu/folder_submenu.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
