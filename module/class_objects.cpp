@@ -6,8 +6,8 @@
 #include <array>
 
 #include "module/state/class_ids.h"
-#include "namespace/orv_name_space.h"
-#include "namespace/protected_locations.h"
+#include "namespace/folder/orv_name_space.h"
+#include "namespace/locations/protected_locations.h"
 #include "shell/entry_menus/orv_addons_ctx_menu.h"
 #include "shell/entry_menus/orv_restore_ctx_menu.h"
 #include "shell/file_menu/orvane_ctx_menu.h"

@@ -14,8 +14,8 @@
 #include <vector>
 
 #include "bench/namespace/counted_memory.h"
-#include "namespace/orv_name_space.h"
-#include "namespace/protected_locations.h"
+#include "namespace/folder/orv_name_space.h"
+#include "namespace/locations/protected_locations.h"
 #include "ovufc/com/adopt.h"
 #include "tests/module/namespace/document_service.h"
 #include "testkit/imports/import_patch.h"

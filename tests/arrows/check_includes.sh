@@ -17,8 +17,8 @@ while read -r from to; do
 done <<'PLANTED'
 ovufc/json_bounded.cpp service/envelope.h
 service/calls.cpp shell/message_boxes.h
-shell/file_menu/menu_icon.cpp namespace/item_id.h
-namespace/item_id.cpp module/class_object.h
+shell/file_menu/menu_icon.cpp namespace/items/item_id.h
+namespace/items/item_id.cpp module/class_object.h
 module/state/module_state.cpp module/registration/registrar.h
 shell/file_menu/menu_icon.cpp testkit/files/temp_file.h
 companions/devservice/store/vault.cpp service/envelope.h

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <new>
 
-#include "namespace/columns.h"
-#include "namespace/location_document.h"
+#include "namespace/folder/columns.h"
+#include "namespace/locations/location_document.h"
 #include "tests/unit/namespace/folder_fixture.h"
 
 namespace {

@@ -14,9 +14,9 @@
 #include <vector>
 
 #include "module/state/module_state.h"
-#include "namespace/item_id.h"
-#include "namespace/item_types.h"
-#include "namespace/orv_name_space.h"
+#include "namespace/items/item_id.h"
+#include "namespace/items/item_types.h"
+#include "namespace/folder/orv_name_space.h"
 #include "ovufc/ipc/drvport/wire.h"
 #include "testkit/imports/import_patch.h"
 #include "testkit/process/module_attach.h"

@@ -1,0 +1,137 @@
+#include "namespace/locations/location_reader.h"
+
+#include <algorithm>
+#include <array>
+
+#include "namespace/locations/user_folders.h"
+#include "ovufc/json_bounded.h"
+#include "service/text.h"
+
+namespace ov::name_space {
+
+namespace {
+
+constexpr std::string_view hard_drive_key = "hardDrive";
+constexpr std::string_view folders_key = "folders";
+
+struct list_row {
+    std::string_view key;
+    location_list location_document::*list;
+};
+
+// The arrays that are members of the root.
+constexpr std::array<list_row, 6> root_lists{{
+    {"mgmtCustom", &location_document::mgmt_custom},
+    {"oneDrive", &location_document::one_drive},
+    {"google", &location_document::google},
+    {"boxSyn", &location_document::box_syn},
+    {"dropBox", &location_document::drop_box},
+    {"oneDriveBusiness", &location_document::one_drive_business},
+}};
+
+}  // namespace
+
+location_list* location_reader::list_named(std::string_view name) noexcept {
+    const auto* row =
+        std::find_if(root_lists.begin(), root_lists.end(), [=](const auto& r) { return r.key == name; });
+    return row != root_lists.end() ? &(document_.*row->list) : nullptr;
+}
+
+bool location_reader::key(std::string& name) {
+    next_list_ = nullptr;
+    hard_drive_is_next_ = false;
+    if (root_is_object_ && depth_ == root_depth) {
+        hard_drive_is_next_ = name == hard_drive_key;
+        next_list_ = list_named(name);
+        if (hard_drive_is_next_) {
+            forget_hard_drive();
+        }
+    } else if (in_hard_drive_ && depth_ == hard_drive_depth && name == folders_key) {
+        forget_hard_drive();
+        next_list_ = &document_.hard_drive;
+    }
+    if (next_list_ != nullptr) {
+        // Of a key given twice the last counts.
+        *next_list_ = {};
+    }
+    return true;
+}
+
+bool location_reader::start_object(std::size_t) {
+    if (depth_ == 0) {
+        root_is_object_ = true;
+    } else if (hard_drive_is_next_) {
+        in_hard_drive_ = true;
+    }
+    return enter();
+}
+
+bool location_reader::start_array(std::size_t) {
+    location_list* const starting = next_list_;
+    if (!enter()) {
+        return false;
+    }
+    if (starting != nullptr) {
+        starting->is_array = true;
+        list_ = starting;
+        list_depth_ = depth_;
+    }
+    return true;
+}
+
+bool location_reader::string(std::string& value) {
+    if (at_entry()) {
+        if (!list_->is_broken) {
+            add(value);
+        }
+        return true;
+    }
+    return other_value();
+}
+
+// A value that is no string; as an entry of a list it breaks the list.
+bool location_reader::other_value() noexcept {
+    if (at_entry()) {
+        list_->is_broken = true;
+    }
+    next_list_ = nullptr;
+    hard_drive_is_next_ = false;
+    return true;
+}
+
+bool location_reader::enter() noexcept {
+    other_value();
+    if (depth_ == json_depth_limit) {
+        return false;
+    }
+    ++depth_;
+    return true;
+}
+
+bool location_reader::leave() noexcept {
+    if (at_entry()) {
+        list_ = nullptr;
+    }
+    --depth_;
+    if (depth_ == root_depth) {
+        in_hard_drive_ = false;
+    }
+    return true;
+}
+
+void location_reader::forget_hard_drive() noexcept {
+    document_.hard_drive = {};
+    document_.user_folder_mask = 0;
+}
+
+void location_reader::add(const std::string& value) {
+    // A rule for a folder below the profiles is no item: the folders that we know of are shown by their
+    // paths, the others not at all.
+    if (list_ == &document_.hard_drive && is_profile_rule(value)) {
+        document_.user_folder_mask |= user_folder_bit_of_rule(value);
+        return;
+    }
+    list_->names.push_back(service::from_utf8(value));
+}
+
+}  // namespace ov::name_space

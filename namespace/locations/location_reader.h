@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "namespace/locations/location_document.h"
+#include "ovufc/json.h"
+
+namespace ov::name_space {
+
+/// Fills a `location_document` while the JSON library walks the text: what a tree of the whole document would
+/// cost in memory and time is never spent. Its members are what `json::sax_parse` calls; a false ends the
+/// walk, and what was filled until then is worthless. Throws std::bad_alloc only.
+///
+/// The document must outlive the reader. One walk, one thread.
+class location_reader {
+  public:
+    explicit location_reader(location_document& document) noexcept : document_(document) {}
+
+    bool null() { return other_value(); }
+    bool boolean(bool) { return other_value(); }
+    bool number_integer(json::number_integer_t) { return other_value(); }
+    bool number_unsigned(json::number_unsigned_t) { return other_value(); }
+    bool number_float(json::number_float_t, const std::string&) { return other_value(); }
+    bool binary(json::binary_t&) { return other_value(); }
+    bool string(std::string& value);
+
+    bool start_object(std::size_t);
+    bool key(std::string& name);
+    bool end_object() { return leave(); }
+    bool start_array(std::size_t);
+    bool end_array() { return leave(); }
+
+    bool parse_error(std::size_t, const std::string&, const json::exception&) { return false; }
+
+  private:
+    // Where the members of the root object and of "hardDrive" stand.
+    static constexpr std::size_t root_depth = 1;
+    static constexpr std::size_t hard_drive_depth = 2;
+
+    [[nodiscard]] location_list* list_named(std::string_view name) noexcept;
+    [[nodiscard]] bool at_entry() const noexcept { return list_ != nullptr && depth_ == list_depth_; }
+    bool other_value() noexcept;
+    bool enter() noexcept;
+    bool leave() noexcept;
+    void forget_hard_drive() noexcept;
+    void add(const std::string& value);
+
+    location_document& document_;
+    std::size_t depth_ = 0;
+    bool root_is_object_ = false;
+    // The key just read is "hardDrive" of the root.
+    bool hard_drive_is_next_ = false;
+    bool in_hard_drive_ = false;
+    // The list that the key just read names; null for every other key.
+    location_list* next_list_ = nullptr;
+    // The list whose entries are being read, and their depth.
+    location_list* list_ = nullptr;
+    std::size_t list_depth_ = 0;
+};
+
+}  // namespace ov::name_space
