@@ -17,9 +17,9 @@
 #include "namespace/folder/orv_name_space.h"
 #include "namespace/locations/protected_locations.h"
 #include "ovufc/com/adopt.h"
-#include "tests/module/namespace/document_service.h"
 #include "testkit/imports/import_patch.h"
 #include "testkit/process/module_attach.h"
+#include "tests/module/namespace/document_service.h"
 #include "tools/command_line/program.h"
 
 namespace {

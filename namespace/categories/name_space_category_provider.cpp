@@ -4,10 +4,10 @@
 #include <string>
 
 #include "module/state/module_state.h"
-#include "namespace/folder/columns.h"
 #include "namespace/categories/name_space_category_provider_enum_obj.h"
 #include "namespace/categories/name_space_type_categorizer.h"
 #include "namespace/categories/type_categories.h"
+#include "namespace/folder/columns.h"
 #include "ovufc/com/guard.h"
 #include "ovufc/i18n/message_ids.h"
 

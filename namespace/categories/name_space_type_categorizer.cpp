@@ -6,9 +6,9 @@
 #include <string>
 
 #include "module/state/module_state.h"
+#include "namespace/categories/type_categories.h"
 #include "namespace/folder/columns.h"
 #include "namespace/items/item_types.h"
-#include "namespace/categories/type_categories.h"
 #include "ovufc/com/guard.h"
 #include "ovufc/i18n/message_ids.h"
 

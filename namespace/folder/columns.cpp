@@ -5,10 +5,10 @@
 #include <new>
 
 #include "module/state/module_state.h"
+#include "namespace/categories/type_categories.h"
 #include "namespace/items/display_name.h"
 #include "namespace/items/item_id.h"
 #include "namespace/items/item_types.h"
-#include "namespace/categories/type_categories.h"
 #include "ovufc/i18n/message_ids.h"
 
 namespace ov::name_space {

@@ -10,8 +10,8 @@
 
 #include "module/state/module_state.h"
 #include "namespace/items/item_data.h"
-#include "namespace/locations/location_document.h"
 #include "namespace/items/task_memory.h"
+#include "namespace/locations/location_document.h"
 #include "ovufc/com/com_object.h"
 
 namespace ov::name_space {

@@ -7,12 +7,12 @@
 #include <algorithm>
 #include <string_view>
 
-#include "namespace/items/display_name.h"
-#include "namespace/items/item_id.h"
-#include "namespace/items/item_types.h"
 #include "namespace/folder/name_space_enum_obj.h"
 #include "namespace/folder/orv_name_space.h"
 #include "namespace/folder/task_text.h"
+#include "namespace/items/display_name.h"
+#include "namespace/items/item_id.h"
+#include "namespace/items/item_types.h"
 #include "ovufc/com/guard.h"
 #include "ovufc/win/srw_lock.h"
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <utility>
 
-#include "namespace/items/item_types.h"
 #include "namespace/folder/orv_name_space.h"
+#include "namespace/items/item_types.h"
 #include "namespace/locations/protected_locations.h"
 #include "namespace/locations/user_folders.h"
 #include "ovufc/i18n/message_ids.h"

@@ -4,10 +4,10 @@
 #include <shlobj.h>
 #include <shlwapi.h>
 
+#include "namespace/folder/orv_name_space.h"
 #include "namespace/items/item_associations.h"
 #include "namespace/items/item_data_object.h"
 #include "namespace/items/item_icon.h"
-#include "namespace/folder/orv_name_space.h"
 #include "ovufc/com/guard.h"
 
 namespace ov::name_space {

@@ -4,8 +4,8 @@
 #include <shlobj.h>
 #include <wrl/client.h>
 
-#include "namespace/folder/columns.h"
 #include "namespace/categories/name_space_category_provider.h"
+#include "namespace/folder/columns.h"
 #include "namespace/folder/orv_name_space.h"
 
 namespace ov::name_space {

@@ -6,8 +6,8 @@
 #include "shell/command_offset.h"
 #include "shell/file_menu/dialog_bridge.h"
 #include "shell/file_menu/folder_commands.h"
-#include "shell/message_boxes.h"
 #include "shell/file_menu/orvane_ctx_menu.h"
+#include "shell/message_boxes.h"
 
 // What the file and folder menu does when an item is picked. The driver reports the outcome of most of it
 // itself: no message is shown for a call that failed.

@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "tests/driver/exchange.h"
 #include "testkit/service/scripted_service.h"
+#include "tests/driver/exchange.h"
 
 namespace {
 

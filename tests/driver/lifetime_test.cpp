@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
+#include "testkit/files/temp_folder.h"
+#include "testkit/process/child_process.h"
+#include "testkit/service/scripted_service.h"
 #include "tests/driver/driver_control.h"
 #include "tests/driver/eventually.h"
 #include "tests/driver/exchange.h"
 #include "tests/driver/roles.h"
-#include "testkit/process/child_process.h"
-#include "testkit/service/scripted_service.h"
-#include "testkit/files/temp_folder.h"
 
 namespace {
 

@@ -5,11 +5,11 @@
 #include <random>
 #include <vector>
 
+#include "testkit/process/child_process.h"
+#include "testkit/service/scripted_service.h"
 #include "tests/driver/eventually.h"
 #include "tests/driver/exchange.h"
 #include "tests/driver/roles.h"
-#include "testkit/process/child_process.h"
-#include "testkit/service/scripted_service.h"
 
 namespace {
 

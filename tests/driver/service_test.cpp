@@ -3,11 +3,11 @@
 #include <array>
 
 #include "companions/devdriver/service_side.h"
+#include "testkit/process/child_process.h"
+#include "testkit/service/scripted_service.h"
 #include "tests/driver/eventually.h"
 #include "tests/driver/exchange.h"
 #include "tests/driver/roles.h"
-#include "testkit/process/child_process.h"
-#include "testkit/service/scripted_service.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <vector>
 
+#include "testkit/service/scripted_service.h"
 #include "tests/driver/eventually.h"
 #include "tests/driver/exchange.h"
-#include "testkit/service/scripted_service.h"
 
 namespace {
 

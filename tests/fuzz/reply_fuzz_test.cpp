@@ -9,8 +9,8 @@
 #include "ovufc/json_bounded.h"
 #include "service/reply_readers.h"
 #include "service/text.h"
-#include "tests/fuzz/mutator.h"
 #include "testkit/process/throw_count.h"
+#include "tests/fuzz/mutator.h"
 
 /// Broken replies and files against every reader. Each reader must end, throw nothing, leave alone what it
 /// did not read, and come to the same answer as the same reading written with the library's throwing

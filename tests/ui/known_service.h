@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "testkit/service/scripted_service.h"
 #include "testkit/files/temp_folder.h"
+#include "testkit/service/scripted_service.h"
 
 namespace ov::test {
 

@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "testkit/process/child_process.h"
 #include "testkit/checks/shipped_module.h"
+#include "testkit/process/child_process.h"
 #include "tests/ui/picture.h"
 
 namespace ov::test {

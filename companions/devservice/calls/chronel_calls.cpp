@@ -1,8 +1,8 @@
 #include "companions/devservice/calls/answering.h"
-#include "companions/devservice/copies/chronels.h"
 #include "companions/devservice/calls/handover.h"
-#include "companions/devservice/files/path.h"
 #include "companions/devservice/calls/request.h"
+#include "companions/devservice/copies/chronels.h"
+#include "companions/devservice/files/path.h"
 #include "companions/devservice/files/text.h"
 
 namespace ov::devservice {

@@ -2,12 +2,12 @@
 
 #include "companions/devservice/calls/answering.h"
 #include "companions/devservice/calls/document.h"
-#include "companions/devservice/roll_back/exports.h"
 #include "companions/devservice/calls/handover.h"
-#include "companions/devservice/files/path.h"
 #include "companions/devservice/calls/request.h"
 #include "companions/devservice/copies/take_copy.h"
+#include "companions/devservice/files/path.h"
 #include "companions/devservice/files/text.h"
+#include "companions/devservice/roll_back/exports.h"
 #include "ovufc/ipc/drvport/wire.h"
 
 namespace ov::devservice {

@@ -2,9 +2,9 @@
 
 #include <atomic>
 
+#include "companions/devservice/calls/request.h"
 #include "companions/devservice/files/file_io.h"
 #include "companions/devservice/files/path.h"
-#include "companions/devservice/calls/request.h"
 #include "companions/devservice/files/text.h"
 
 namespace ov::devservice {

@@ -2,10 +2,10 @@
 
 #include "companions/devservice/calls/answering.h"
 #include "companions/devservice/calls/handover.h"
-#include "companions/devservice/files/json_text.h"
 #include "companions/devservice/calls/request.h"
-#include "companions/devservice/roll_back/roll_back.h"
+#include "companions/devservice/files/json_text.h"
 #include "companions/devservice/files/text.h"
+#include "companions/devservice/roll_back/roll_back.h"
 
 namespace ov::devservice {
 namespace {

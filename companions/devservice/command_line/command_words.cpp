@@ -2,8 +2,8 @@
 
 #include "companions/devservice/command_line/commands.h"
 #include "companions/devservice/command_line/console.h"
-#include "companions/devservice/files/path.h"
 #include "companions/devservice/command_line/remote.h"
+#include "companions/devservice/files/path.h"
 #include "companions/devservice/files/text.h"
 
 namespace ov::devservice {

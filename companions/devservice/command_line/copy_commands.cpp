@@ -1,7 +1,7 @@
 #include "companions/devservice/command_line/commands.h"
 #include "companions/devservice/command_line/console.h"
-#include "companions/devservice/files/path.h"
 #include "companions/devservice/copies/take_copy.h"
+#include "companions/devservice/files/path.h"
 #include "companions/devservice/files/text.h"
 
 namespace ov::devservice {

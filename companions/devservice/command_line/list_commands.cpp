@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <functional>
 
+#include "companions/devservice/calls/document.h"
 #include "companions/devservice/command_line/commands.h"
 #include "companions/devservice/command_line/console.h"
-#include "companions/devservice/calls/document.h"
 #include "companions/devservice/command_line/flag_names.h"
 #include "companions/devservice/files/path.h"
 #include "companions/devservice/files/text.h"

@@ -4,9 +4,9 @@
 
 #include "companions/devservice/command_line/commands.h"
 #include "companions/devservice/command_line/console.h"
-#include "companions/devservice/serving/opener.h"
-#include "companions/devservice/files/path.h"
 #include "companions/devservice/command_line/remote.h"
+#include "companions/devservice/files/path.h"
+#include "companions/devservice/serving/opener.h"
 #include "companions/devservice/serving/server.h"
 #include "companions/devservice/serving/windows_service.h"
 

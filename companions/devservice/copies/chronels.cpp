@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <charconv>
 
+#include "companions/devservice/copies/take_copy.h"
 #include "companions/devservice/files/file_io.h"
 #include "companions/devservice/files/json_text.h"
 #include "companions/devservice/files/links.h"
-#include "companions/devservice/roll_back/restored_file.h"
-#include "companions/devservice/copies/take_copy.h"
 #include "companions/devservice/files/text.h"
+#include "companions/devservice/roll_back/restored_file.h"
 
 namespace ov::devservice {
 namespace {

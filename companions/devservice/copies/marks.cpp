@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <utility>
 
-#include "companions/devservice/files/file_io.h"
 #include "companions/devservice/copies/folder_walk.h"
 #include "companions/devservice/copies/mark.h"
+#include "companions/devservice/files/file_io.h"
 #include "companions/devservice/files/path.h"
-#include "companions/devservice/store/sha256.h"
 #include "companions/devservice/files/text.h"
+#include "companions/devservice/store/sha256.h"
 
 namespace ov::devservice {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "companions/devservice/files/file_io.h"
 #include "companions/devservice/copies/folder_walk.h"
+#include "companions/devservice/files/file_io.h"
 #include "companions/devservice/files/links.h"
 #include "companions/devservice/files/text.h"
 

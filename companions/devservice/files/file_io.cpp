@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "companions/devservice/files/links.h"
 #include "companions/devservice/copies/mark.h"
+#include "companions/devservice/files/links.h"
 #include "companions/devservice/files/path.h"
 #include "companions/devservice/store/sha256.h"
 

@@ -1,7 +1,7 @@
 #include "companions/devservice/files/links.h"
 
-#include "companions/devservice/files/file_io.h"
 #include "companions/devservice/copies/mark.h"
+#include "companions/devservice/files/file_io.h"
 #include "companions/devservice/files/path.h"
 
 namespace ov::devservice {

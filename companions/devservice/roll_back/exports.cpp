@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "companions/devservice/files/file_io.h"
-#include "companions/devservice/roll_back/restored_file.h"
 #include "companions/devservice/files/time_text.h"
+#include "companions/devservice/roll_back/restored_file.h"
 
 namespace ov::devservice {
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <map>
 
-#include "companions/devservice/files/file_io.h"
 #include "companions/devservice/copies/folder_walk.h"
+#include "companions/devservice/files/file_io.h"
 #include "companions/devservice/files/links.h"
 #include "companions/devservice/roll_back/restored_file.h"
 

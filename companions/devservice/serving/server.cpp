@@ -1,7 +1,7 @@
 #include "companions/devservice/serving/server.h"
 
-#include "companions/devservice/command_line/console.h"
 #include "companions/devservice/calls/dispatcher.h"
+#include "companions/devservice/command_line/console.h"
 
 namespace ov::devservice {
 namespace {

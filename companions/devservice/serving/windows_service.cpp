@@ -3,8 +3,8 @@
 #include <string>
 
 #include "companions/devservice/files/file_io.h"
-#include "companions/devservice/serving/opener.h"
 #include "companions/devservice/files/path.h"
+#include "companions/devservice/serving/opener.h"
 #include "companions/devservice/serving/server.h"
 
 namespace ov::devservice {

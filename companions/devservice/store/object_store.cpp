@@ -2,12 +2,12 @@
 
 #include <utility>
 
-#include "companions/devservice/files/file_io.h"
 #include "companions/devservice/copies/folder_walk.h"
+#include "companions/devservice/files/file_io.h"
 #include "companions/devservice/files/path.h"
-#include "companions/devservice/store/sha256.h"
 #include "companions/devservice/files/text.h"
 #include "companions/devservice/files/unfinished_file.h"
+#include "companions/devservice/store/sha256.h"
 
 namespace ov::devservice {
 namespace {

@@ -4,8 +4,8 @@
 #include <stdexcept>
 
 #include "companions/devservice/files/json_text.h"
-#include "companions/devservice/store/sha256.h"
 #include "companions/devservice/files/text.h"
+#include "companions/devservice/store/sha256.h"
 #include "ovufc/json_bounded.h"
 
 namespace ov::devservice {

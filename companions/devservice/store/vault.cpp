@@ -2,11 +2,11 @@
 
 #include <utility>
 
+#include "companions/devservice/copies/retention.h"
 #include "companions/devservice/files/file_io.h"
 #include "companions/devservice/files/path.h"
-#include "companions/devservice/copies/retention.h"
-#include "companions/devservice/store/state_lock.h"
 #include "companions/devservice/files/time_text.h"
+#include "companions/devservice/store/state_lock.h"
 
 namespace ov::devservice {
 

@@ -8,8 +8,8 @@
 #include <array>
 
 #include "module/state/class_ids.h"
-#include "testkit/shell/data_object.h"
 #include "testkit/checks/shipped_module.h"
+#include "testkit/shell/data_object.h"
 
 namespace ov::test::busy_host {
 

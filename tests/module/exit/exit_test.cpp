@@ -3,11 +3,11 @@
 #include <optional>
 #include <string>
 
-#include "tests/module/exit/busy_host.h"
-#include "tests/module/exit/exit_tripwire.h"
+#include "testkit/files/temp_folder.h"
 #include "testkit/process/child_process.h"
 #include "testkit/service/scripted_service.h"
-#include "testkit/files/temp_folder.h"
+#include "tests/module/exit/busy_host.h"
+#include "tests/module/exit/exit_tripwire.h"
 
 namespace ov::test {
 namespace {

@@ -3,8 +3,8 @@
 #include <wrl/client.h>
 
 #include "ovufc/com/adopt.h"
-#include "tests/module/frame/classes_under_test.h"
 #include "testkit/checks/shipped_module.h"
+#include "tests/module/frame/classes_under_test.h"
 
 using Microsoft::WRL::ComPtr;
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "testkit/process/process_costs.h"
 #include "testkit/checks/shipped_module.h"
+#include "testkit/process/process_costs.h"
 
 namespace ov::test {
 

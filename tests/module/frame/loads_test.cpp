@@ -3,9 +3,9 @@
 #include <shlobj.h>
 #include <wrl/client.h>
 
+#include "testkit/memory/memory_shortage.h"
 #include "tests/module/frame/classes_under_test.h"
 #include "tests/module/frame/left_behind.h"
-#include "testkit/memory/memory_shortage.h"
 
 // A host may load and free the module each time that it shows a file dialog. These tests take long, and do
 // without the device so that others can have it meanwhile.

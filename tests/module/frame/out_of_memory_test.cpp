@@ -7,11 +7,11 @@
 #include <optional>
 #include <vector>
 
-#include "tests/module/frame/classes_under_test.h"
-#include "testkit/process/before_attach.h"
+#include "testkit/checks/shipped_module.h"
 #include "testkit/imports/import_patch.h"
 #include "testkit/memory/memory_shortage.h"
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/before_attach.h"
+#include "tests/module/frame/classes_under_test.h"
 
 using Microsoft::WRL::ComPtr;
 

@@ -2,9 +2,9 @@
 #include <shlobj.h>
 #include <wrl/client.h>
 
-#include "tests/module/frame/classes_under_test.h"
-#include "testkit/memory/memory_shortage.h"
 #include "testkit/checks/shipped_module.h"
+#include "testkit/memory/memory_shortage.h"
+#include "tests/module/frame/classes_under_test.h"
 
 namespace ov::test {
 namespace {

@@ -3,9 +3,9 @@
 #include <shlobj.h>
 #include <wrl/client.h>
 
+#include "testkit/checks/shipped_module.h"
 #include "tests/module/frame/classes_under_test.h"
 #include "tests/module/frame/left_behind.h"
-#include "testkit/checks/shipped_module.h"
 
 using Microsoft::WRL::ComPtr;
 

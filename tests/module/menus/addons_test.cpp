@@ -3,8 +3,8 @@
 #include <new>
 
 #include "module/state/class_ids.h"
-#include "tests/module/menus/entry_fixture.h"
 #include "testkit/checks/message_box_script.h"
+#include "tests/module/menus/entry_fixture.h"
 
 namespace ov::test {
 namespace {

@@ -6,10 +6,10 @@
 
 #include "module/state/class_ids.h"
 #include "ovufc/ipc/drvport/wire.h"
-#include "tests/module/menus/menus_fixture.h"
-#include "testkit/shell/box_presser.h"
 #include "testkit/checks/fake_dialog_library.h"
 #include "testkit/checks/message_box_script.h"
+#include "testkit/shell/box_presser.h"
+#include "tests/module/menus/menus_fixture.h"
 
 namespace ov::test {
 namespace {

@@ -5,10 +5,10 @@
 #include <array>
 
 #include "module/state/class_ids.h"
+#include "testkit/checks/message_box_script.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/module/menus/consent.h"
 #include "tests/module/menus/entry_fixture.h"
-#include "testkit/imports/import_patch.h"
-#include "testkit/checks/message_box_script.h"
 
 namespace ov::test {
 namespace {

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "module/state/class_ids.h"
-#include "testkit/imports/import_patch.h"
 #include "testkit/checks/shipped_module.h"
+#include "testkit/imports/import_patch.h"
 
 // The calls by which the menu's icon and bitmap are made and given back, in their order.
 namespace ov::test {

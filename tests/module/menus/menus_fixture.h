@@ -11,13 +11,13 @@
 #include <string>
 #include <vector>
 
-#include "testkit/shell/data_object.h"
-#include "testkit/shell/menu_reader.h"
-#include "testkit/imports/message_texts.h"
-#include "testkit/service/scripted_service.h"
 #include "testkit/checks/shipped_module.h"
 #include "testkit/files/temp_folder.h"
+#include "testkit/imports/message_texts.h"
 #include "testkit/process/watchdog.h"
+#include "testkit/service/scripted_service.h"
+#include "testkit/shell/data_object.h"
+#include "testkit/shell/menu_reader.h"
 
 namespace ov::test {
 

@@ -3,9 +3,9 @@
 #include <new>
 
 #include "module/state/class_ids.h"
+#include "testkit/checks/message_box_script.h"
 #include "tests/module/menus/consent.h"
 #include "tests/module/menus/entry_fixture.h"
-#include "testkit/checks/message_box_script.h"
 
 namespace ov::test {
 namespace {

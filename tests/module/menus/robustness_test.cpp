@@ -4,12 +4,12 @@
 
 #include "module/state/class_ids.h"
 #include "ovufc/ipc/drvport/wire.h"
-#include "tests/module/menus/consent.h"
-#include "tests/module/menus/entry_fixture.h"
-#include "tests/module/menus/tracked_file_fixture.h"
 #include "testkit/checks/fake_dialog_library.h"
 #include "testkit/checks/handle_ledger.h"
 #include "testkit/checks/message_box_script.h"
+#include "tests/module/menus/consent.h"
+#include "tests/module/menus/entry_fixture.h"
+#include "tests/module/menus/tracked_file_fixture.h"
 
 namespace ov::test {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/module/menus/menus_fixture.h"
 #include "testkit/imports/import_patch.h"
+#include "tests/module/menus/menus_fixture.h"
 
 namespace ov::test {
 

@@ -19,9 +19,9 @@
 
 #include "module/state/class_ids.h"
 #include "ovufc/ipc/drvport/wire.h"
-#include "tests/module/menus/menus_fixture.h"
-#include "testkit/imports/import_patch.h"
 #include "testkit/checks/message_box_script.h"
+#include "testkit/imports/import_patch.h"
+#include "tests/module/menus/menus_fixture.h"
 
 namespace ov::test {
 namespace {

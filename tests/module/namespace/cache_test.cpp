@@ -2,9 +2,9 @@
 // failures.
 
 #include "ovufc/com/adopt.h"
+#include "testkit/process/watchdog.h"
 #include "tests/module/namespace/document_service.h"
 #include "tests/module/namespace/module_folder.h"
-#include "testkit/process/watchdog.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include <array>
 
 #include "ovufc/com/adopt.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/module/namespace/document_service.h"
 #include "tests/module/namespace/module_folder.h"
-#include "testkit/imports/import_patch.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "ovufc/com/adopt.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/module/namespace/document_service.h"
 #include "tests/module/namespace/module_folder.h"
-#include "testkit/imports/import_patch.h"
 
 namespace {
 

@@ -12,10 +12,10 @@
 #include <optional>
 
 #include "module/state/class_ids.h"
+#include "testkit/checks/shipped_module.h"
 #include "testkit/process/child_process.h"
 #include "testkit/registry/registry_snapshot.h"
 #include "testkit/registry/registry_watch.h"
-#include "testkit/checks/shipped_module.h"
 
 // The shipped module against the prefix's own registry. Runs in a prefix that no other test uses meanwhile.
 namespace ov::registration {

@@ -14,14 +14,14 @@
 #include <vector>
 
 #include "module/state/module_state.h"
+#include "namespace/folder/orv_name_space.h"
 #include "namespace/items/item_id.h"
 #include "namespace/items/item_types.h"
-#include "namespace/folder/orv_name_space.h"
+#include "ovufc/com/adopt.h"
 #include "ovufc/ipc/drvport/wire.h"
+#include "testkit/checks/shipped_module.h"
 #include "testkit/imports/import_patch.h"
 #include "testkit/process/module_attach.h"
-#include "testkit/checks/shipped_module.h"
-#include "ovufc/com/adopt.h"
 
 namespace ov::test {
 

@@ -5,9 +5,9 @@
 
 #include "ovufc/ipc/drvport/client.h"
 #include "service/calls.h"
-#include "tests/driver/driver_control.h"
-#include "testkit/service/scripted_service.h"
 #include "testkit/process/throw_count.h"
+#include "testkit/service/scripted_service.h"
+#include "tests/driver/driver_control.h"
 
 namespace {
 

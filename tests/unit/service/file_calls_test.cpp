@@ -6,8 +6,8 @@
 
 #include "service/calls.h"
 #include "service/file_exchange.h"
-#include "testkit/imports/import_patch.h"
 #include "testkit/files/temp_file.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/unit/service/calls_fixture.h"
 
 namespace {

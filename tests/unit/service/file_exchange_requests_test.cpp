@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "service/file_exchange.h"
-#include "testkit/imports/import_patch.h"
 #include "testkit/files/temp_file.h"
+#include "testkit/imports/import_patch.h"
 
 /// What the file exchange asks of the system, and what it makes of failures that no real file gives: both
 /// seen through this program's import table.

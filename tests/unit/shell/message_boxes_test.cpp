@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "testkit/shell/box_presser.h"
 #include "testkit/checks/message_box_script.h"
+#include "testkit/shell/box_presser.h"
 #include "tests/unit/shell/texts_fixture.h"
 
 namespace ov::shell {

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "module/state/module_state.h"
+#include "testkit/checks/shipped_module.h"
 #include "testkit/imports/message_texts.h"
 #include "testkit/process/module_attach.h"
-#include "testkit/checks/shipped_module.h"
 
 namespace ov::test {
 

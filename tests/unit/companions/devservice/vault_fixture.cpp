@@ -1,9 +1,9 @@
 #include "tests/unit/companions/devservice/vault_fixture.h"
 
 #include "companions/devservice/calls/dispatcher.h"
-#include "companions/devservice/files/file_io.h"
 #include "companions/devservice/copies/folder_walk.h"
 #include "companions/devservice/copies/take_copy.h"
+#include "companions/devservice/files/file_io.h"
 #include "companions/devservice/files/text.h"
 #include "tests/unit/companions/devservice/link_maker.h"
 

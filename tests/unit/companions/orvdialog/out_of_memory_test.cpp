@@ -4,9 +4,9 @@
 
 #include <optional>
 
-#include "testkit/process/before_attach.h"
-#include "testkit/memory/memory_shortage.h"
 #include "testkit/checks/message_box_script.h"
+#include "testkit/memory/memory_shortage.h"
+#include "testkit/process/before_attach.h"
 #include "testkit/process/process_costs.h"
 #include "tests/unit/companions/orvdialog/shown_dialog.h"
 

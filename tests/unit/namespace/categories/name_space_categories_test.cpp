@@ -1,11 +1,11 @@
 #include <algorithm>
 #include <array>
 
-#include "namespace/folder/columns.h"
 #include "namespace/categories/name_space_category_provider.h"
 #include "namespace/categories/type_categories.h"
-#include "tests/unit/namespace/folder_fixture.h"
+#include "namespace/folder/columns.h"
 #include "ovufc/com/adopt.h"
+#include "tests/unit/namespace/folder_fixture.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 #include <cwctype>
 
 #include "namespace/folder/columns.h"
-#include "testkit/memory/guarded_buffer.h"
 #include "testkit/imports/import_patch.h"
+#include "testkit/memory/guarded_buffer.h"
 #include "tests/unit/namespace/folder_fixture.h"
 
 namespace {

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "ovufc/com/adopt.h"
 #include "testkit/imports/import_patch.h"
 #include "tests/unit/namespace/folder_fixture.h"
-#include "ovufc/com/adopt.h"
 
 namespace {
 

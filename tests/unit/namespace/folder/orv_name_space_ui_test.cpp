@@ -4,11 +4,11 @@
 
 #include <map>
 
+#include "ovufc/com/adopt.h"
 #include "testkit/imports/import_patch.h"
-#include "tests/unit/namespace/folder_fixture.h"
 #include "tests/unit/namespace/folder/recording_data_object.h"
 #include "tests/unit/namespace/folder/recording_icon.h"
-#include "ovufc/com/adopt.h"
+#include "tests/unit/namespace/folder_fixture.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "namespace/folder/columns.h"
-#include "testkit/imports/import_patch.h"
-#include "tests/unit/namespace/folder_fixture.h"
-#include "tests/unit/namespace/folder/recording_view.h"
 #include "ovufc/com/adopt.h"
+#include "testkit/imports/import_patch.h"
+#include "tests/unit/namespace/folder/recording_view.h"
+#include "tests/unit/namespace/folder_fixture.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 
 #include "module/state/module_state.h"
 #include "namespace/locations/protected_locations.h"
-#include "testkit/imports/import_patch.h"
 #include "testkit/checks/lock_trace.h"
+#include "testkit/imports/import_patch.h"
 #include "testkit/process/module_attach.h"
 #include "testkit/service/scripted_service.h"
 

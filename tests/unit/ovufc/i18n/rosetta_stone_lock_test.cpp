@@ -7,8 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "ovufc/i18n/rosetta_stone.h"
-#include "testkit/imports/import_patch.h"
 #include "testkit/checks/lock_trace.h"
+#include "testkit/imports/import_patch.h"
 #include "tests/unit/ovufc/cert/samples.h"
 
 namespace ov::i18n {

@@ -10,10 +10,10 @@
 #include "ovufc/win/ui_handle.h"
 #include "shell/entry_menus/orv_addons_ctx_menu.h"
 #include "shell/entry_menus/orv_restore_ctx_menu.h"
+#include "testkit/files/temp_folder.h"
+#include "testkit/process/module_attach.h"
 #include "testkit/shell/data_object.h"
 #include "testkit/shell/menu_reader.h"
-#include "testkit/process/module_attach.h"
-#include "testkit/files/temp_folder.h"
 
 namespace ov::shell {
 namespace {

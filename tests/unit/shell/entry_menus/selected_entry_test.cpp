@@ -12,10 +12,10 @@
 #include "ovufc/com/com_object.h"
 #include "shell/entry_menus/orv_addons_ctx_menu.h"
 #include "shell/entry_menus/orv_restore_ctx_menu.h"
-#include "testkit/shell/data_object.h"
-#include "testkit/imports/import_patch.h"
 #include "testkit/checks/message_box_script.h"
+#include "testkit/imports/import_patch.h"
 #include "testkit/process/module_attach.h"
+#include "testkit/shell/data_object.h"
 
 namespace ov::shell {
 namespace {

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <vector>
 
-#include "testkit/shell/data_object.h"
 #include "testkit/memory/guarded_buffer.h"
+#include "testkit/shell/data_object.h"
 
 namespace ov::shell {
 namespace {

@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "testkit/checks/handle_ledger.h"
-#include "testkit/imports/import_patch.h"
 #include "testkit/files/temp_file.h"
+#include "testkit/imports/import_patch.h"
 
 namespace ov::shell {
 namespace {

@@ -1,9 +1,9 @@
 #include "companions/devservice/copies/marks.h"
 
-#include "companions/devservice/files/file_io.h"
 #include "companions/devservice/copies/mark.h"
-#include "companions/devservice/files/path.h"
 #include "companions/devservice/copies/take_copy.h"
+#include "companions/devservice/files/file_io.h"
+#include "companions/devservice/files/path.h"
 #include "tests/unit/companions/devservice/copies/marking_file_system.h"
 #include "tests/unit/companions/devservice/vault_fixture.h"
 

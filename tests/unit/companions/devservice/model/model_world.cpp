@@ -3,13 +3,13 @@
 #include <iterator>
 
 #include "companions/devservice/calls/dispatcher.h"
-#include "companions/devservice/files/file_io.h"
 #include "companions/devservice/copies/folder_walk.h"
-#include "companions/devservice/files/path.h"
 #include "companions/devservice/copies/retention.h"
-#include "companions/devservice/store/sha256.h"
 #include "companions/devservice/copies/take_copy.h"
+#include "companions/devservice/files/file_io.h"
+#include "companions/devservice/files/path.h"
 #include "companions/devservice/files/text.h"
+#include "companions/devservice/store/sha256.h"
 #include "testkit/process/child_process.h"
 
 namespace ov::devservice {

@@ -1,7 +1,7 @@
 #include "companions/devservice/roll_back/roll_back.h"
 
-#include "companions/devservice/files/file_io.h"
 #include "companions/devservice/copies/take_copy.h"
+#include "companions/devservice/files/file_io.h"
 #include "tests/unit/companions/devservice/vault_fixture.h"
 
 namespace ov::devservice {

@@ -1,7 +1,7 @@
 #include "companions/devservice/serving/presence.h"
 
-#include "companions/devservice/files/path.h"
 #include "companions/devservice/command_line/remote.h"
+#include "companions/devservice/files/path.h"
 #include "companions/devservice/store/state_lock.h"
 #include "tests/unit/companions/devservice/vault_fixture.h"
 
