@@ -49,6 +49,7 @@ class client_port {
     [[nodiscard]] bool is_writable(const volatile orv_slot& slot, std::uint64_t slot_end) const noexcept;
     [[nodiscard]] volatile orv_slot* claim_slot() noexcept;
     [[nodiscard]] bool post_one_way(const orv_request& request) noexcept;
+    void yield_to_service(const volatile orv_slot& slot) const noexcept;
     void wait_for_reply(const volatile orv_slot& slot) noexcept;
 
     std::uint32_t timeout_ms;

@@ -55,6 +55,25 @@ DWORD WINAPI get_tick_count() {
     return fake->tick;
 }
 
+BOOL WINAPI switch_to_thread() {
+    ++fake->yields;
+    fake->counter_us += fake->yield_length_us;
+    if (fake->on_yield) {
+        fake->on_yield();
+    }
+    return TRUE;
+}
+
+BOOL WINAPI query_performance_counter(LARGE_INTEGER* ticks) {
+    ticks->QuadPart = fake->counter_us;
+    return TRUE;
+}
+
+BOOL WINAPI query_performance_frequency(LARGE_INTEGER* ticks_per_second) {
+    ticks_per_second->QuadPart = 1'000'000;
+    return TRUE;
+}
+
 decltype(InitializeCriticalSectionAndSpinCount)* real_initialize = nullptr;
 
 BOOL WINAPI initialize_critical_section(CRITICAL_SECTION* section, DWORD spin_count) {
@@ -74,6 +93,11 @@ struct fake_driver::patches {
                                                     release_semaphore};
     import_patch<decltype(SleepEx)> nap{self, "kernel32.dll", "SleepEx", sleep_ex};
     import_patch<decltype(GetTickCount)> clock{self, "kernel32.dll", "GetTickCount", get_tick_count};
+    import_patch<decltype(SwitchToThread)> yield{self, "kernel32.dll", "SwitchToThread", switch_to_thread};
+    import_patch<decltype(QueryPerformanceCounter)> counter{self, "kernel32.dll", "QueryPerformanceCounter",
+                                                            query_performance_counter};
+    import_patch<decltype(QueryPerformanceFrequency)> frequency{
+        self, "kernel32.dll", "QueryPerformanceFrequency", query_performance_frequency};
     import_patch<decltype(InitializeCriticalSectionAndSpinCount)> lock{
         self, "kernel32.dll", "InitializeCriticalSectionAndSpinCount", initialize_critical_section};
 };

@@ -35,9 +35,12 @@ class fake_driver {
     DWORD open_delay_ms = 0;
     std::function<void()> on_signal;  // when the semaphore is released
     std::function<void()> on_nap;     // at the end of each nap
+    std::function<void()> on_yield;   // each time the processor is given away
 
-    // The clock: a nap takes as long as it says.
+    // The clocks: a nap takes as long as it says.
     DWORD tick = 1000;
+    LONGLONG counter_us = 7'000'000'000;
+    LONGLONG yield_length_us = 100;
 
     // What the port did.
     struct file_call {
@@ -59,6 +62,7 @@ class fake_driver {
     std::vector<HANDLE> closed;
     std::vector<LONG> signalled;
     std::vector<nap> naps;
+    unsigned yields = 0;
     std::vector<DWORD> spin_counts;
 
     // Never real handles.

@@ -53,6 +53,63 @@ TEST_F(Transact, ReplyThatIsThere_IsTakenWithoutANap) {
     EXPECT_TRUE(transact(port));
     EXPECT_EQ(replied(), "hello");
     EXPECT_TRUE(driver.naps.empty());
+    EXPECT_EQ(driver.yields, 0u);
+}
+
+TEST_F(Transact, ReplyThatComesAtOnce_IsMetBeforeTheFirstNap) {
+    driver.on_yield = [this] {
+        if (driver.yields == 3) {
+            reply("at once");
+        }
+    };
+    client_port port;
+    EXPECT_TRUE(transact(port));
+    EXPECT_EQ(replied(), "at once");
+    EXPECT_TRUE(driver.naps.empty());
+    EXPECT_EQ(driver.yields, 3u);
+}
+
+TEST_F(Transact, LongWait_GivesTheProcessorAwayForOneMillisecondAndThenNaps) {
+    driver.on_nap = [this] { EXPECT_EQ(driver.yields, 10u); };  // of 100 microseconds
+    client_port port(500);
+    EXPECT_FALSE(transact(port));
+    EXPECT_EQ(driver.naps.size(), 51u);
+    EXPECT_EQ(driver.yields, 10u);
+}
+
+TEST_F(Transact, BusyMachineThatGivesTheProcessorBackLate_IsNotAskedAgain) {
+    driver.yield_length_us = 40'000;
+    client_port port(30);
+    EXPECT_FALSE(transact(port));
+    EXPECT_EQ(driver.yields, 1u);
+}
+
+TEST_F(Transact, StateWordZeroAfterThePost_EndsTheYieldingAndGivesUpAtTheNextPoll) {
+    driver.on_signal = [this] { driver.status().state = 0; };
+    client_port port;
+    EXPECT_FALSE(transact(port));
+    EXPECT_EQ(driver.yields, 0u);
+    EXPECT_EQ(driver.naps.size(), 1u);
+    expect_abandoned(ORV_SLOT_POSTED);
+}
+
+TEST_F(Transact, StateWordZeroWhileYielding_EndsItAtOnce) {
+    driver.on_yield = [this] { driver.status().state = driver.yields < 2 ? 1 : 0; };
+    client_port port;
+    EXPECT_FALSE(transact(port));
+    EXPECT_EQ(driver.yields, 2u);
+    EXPECT_EQ(driver.naps.size(), 1u);
+}
+
+TEST_F(Transact, ReplyDuringTheLastYieldOfADyingDriver_IsTaken) {
+    driver.on_yield = [this] {
+        driver.status().state = 0;
+        reply("last words");
+    };
+    client_port port;
+    EXPECT_TRUE(transact(port));
+    EXPECT_EQ(replied(), "last words");
+    EXPECT_TRUE(driver.naps.empty());
 }
 
 TEST_F(Transact, ReplyThatComesLater_IsPolledForInAlertableNapsOfTenMilliseconds) {
