@@ -3,9 +3,6 @@
 #include <string>
 
 /// The shapes of text that the dialects take. Each is compiled on first use, by whichever thread comes first.
-///
-/// A text that is longer than any text of these shapes is refused before it is matched: the matching goes as
-/// deep as the text is long.
 namespace ov::time::patterns {
 
 [[nodiscard]] bool is_iso(const std::wstring& text);
