@@ -97,8 +97,12 @@ client_port::~client_port() {
     }
 }
 
+bool client_port::is_open() const noexcept {
+    return device.load(std::memory_order_acquire) != INVALID_HANDLE_VALUE;
+}
+
 bool client_port::connect() noexcept {
-    if (device.load(std::memory_order_acquire) != INVALID_HANDLE_VALUE) {
+    if (is_open()) {
         return true;
     }
     const win::critical_section_lock opening(lock);

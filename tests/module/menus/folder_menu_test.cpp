@@ -102,9 +102,11 @@ TEST_F(FolderMenu, driverThatServesNothing_leavesTheGreyItem) {
 
 // The device of a driver that is not installed.
 import_patch<decltype(CreateFileW)>* open_device = nullptr;
+int device_opens = 0;
 HANDLE WINAPI refuse_device(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
                             DWORD disposition, DWORD flags, HANDLE pattern) {
     if (std::wstring(path) == ORV_DEVICE_PATH) {
+        ++device_opens;
         SetLastError(ERROR_FILE_NOT_FOUND);
         return INVALID_HANDLE_VALUE;
     }
@@ -115,10 +117,26 @@ TEST_F(FolderMenu, absentDriver_leavesTheGreyItem) {
     import_patch<decltype(CreateFileW)> patch(module_.handle(), "kernel32.dll", "CreateFileW",
                                               &refuse_device);
     open_device = &patch;
+    device_opens = 0;
     const auto menu = menu_on(folder_.path());
     const queried_menu queried(menu.Get(), CMF_NORMAL);
     EXPECT_EQ(queried.result, 2);
     EXPECT_THAT(queried.submenu, ElementsAre(menu_item{L"Not protected", first, MF_GRAYED}));
+    EXPECT_EQ(device_opens, 2) << "one to ask about the folder, one to build the menu";
+}
+
+TEST_F(FolderMenu, driverThatComesAfterTheSelection_makesTheMenuActive) {
+    {
+        import_patch<decltype(CreateFileW)> patch(module_.handle(), "kernel32.dll", "CreateFileW",
+                                                  &refuse_device);
+        open_device = &patch;
+        const auto before = menu_on(folder_.path());
+    }
+    reply_folder_status(true);
+    const auto menu = menu_on(folder_.path());
+    const queried_menu queried(menu.Get(), CMF_NORMAL);
+    EXPECT_EQ(queried.submenu.size(), 2U);
+    EXPECT_EQ(queried.submenu[0].state & MF_GRAYED, 0U);
 }
 
 TEST_F(FolderMenu, hostsThatWantOtherMenus_getNothing) {
