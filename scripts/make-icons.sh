@@ -14,8 +14,9 @@ for drawing in "$ORV_ROOT"/res/svg/*.svg; do
     images=()
     for size in 16 20 24 32 40 48 64 128 256; do
         rsvg-convert -w "$size" -h "$size" "$drawing" -o "$work/$number-$size.png"
-        # Only the largest stays a PNG inside the icon: older systems read smaller ones as bitmaps only.
-        if [ "$size" = 256 ]; then
+        # The large ones stay PNGs inside the icon: as bitmaps they would be a fifth of the module. The small ones,
+        # of which menus and lists are drawn, are bitmaps: nothing is to be decompressed for a right-click.
+        if [ "$size" -ge 64 ]; then
             images+=(--raw="$work/$number-$size.png")
         else
             images+=("$work/$number-$size.png")

@@ -115,8 +115,8 @@ version() {
 # It is loaded into every process with a file dialog. What there is today, and room for some hundred lines more:
 # anything larger that comes along (a stream, a locale, another copy of a template) is to be noticed and wanted.
 size() {
-    local bytes limit=1940000
-    is_64_bit && limit=1760000
+    local bytes limit=800000
+    is_64_bit && limit=700000
     bytes=$(stat -c %s "$dll")
     echo "$bytes bytes"
     [ "$bytes" -lt "$limit" ] || fail "$bytes bytes, more than $limit"
