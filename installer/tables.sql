@@ -1,0 +1,17 @@
+UPDATE `CustomAction` SET `Type` = 51 WHERE `Type` = 2099
+UPDATE `CustomAction` SET `Type` = 1 WHERE `Type` = 2049
+UPDATE `CustomAction` SET `Type` = 3329 WHERE `Action` = 'UnregisterUndone'
+UPDATE `CustomAction` SET `Type` = 3329 WHERE `Action` = 'MoveAsideUndone'
+UPDATE `CustomAction` SET `Type` = 3329 WHERE `Action` = 'RegisterUndone'
+UPDATE `CustomAction` SET `Type` = 3585 WHERE `Action` = 'DeleteOld'
+UPDATE `CustomAction` SET `Type` = 3585 WHERE `Action` = 'LeaveNoFolder'
+UPDATE `File` SET `Version` = '@VERSION@', `Language` = '1033' WHERE `File` <> 'Notices'
+UPDATE `File` SET `FileName` = 'ORVSHELL.DLL|orvshellext.dll' WHERE `FileName` = 'orvshellext.dll'
+UPDATE `File` SET `FileName` = 'ORVDIALO.DLL|orvdialog.dll' WHERE `FileName` = 'orvdialog.dll'
+UPDATE `Directory` SET `DefaultDir` = 'VAULTKEE|Vaultkeep' WHERE `Directory` = 'INSTALLDIR'
+DELETE FROM `MsiFileHash` WHERE `File_` = 'Module'
+DELETE FROM `MsiFileHash` WHERE `File_` = 'Texts'
+DELETE FROM `MsiFileHash` WHERE `File_` = 'Dialogs'
+DELETE FROM `MsiFileHash` WHERE `File_` = 'Module32'
+DELETE FROM `MsiFileHash` WHERE `File_` = 'Texts32'
+DELETE FROM `MsiFileHash` WHERE `File_` = 'Dialogs32'
