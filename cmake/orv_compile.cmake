@@ -23,7 +23,8 @@ else()
         orv_compile INTERFACE $<$<AND:$<CONFIG:Release>,$<COMPILE_LANGUAGE:C,CXX>>:-ffunction-sections
                               -fdata-sections>)
     target_link_options(orv_image INTERFACE -static -Wl,--dynamicbase,--nxcompat
-                        $<$<CONFIG:Release>:-s> $<$<CONFIG:Release>:-Wl,--gc-sections>)
+                        $<$<AND:$<CONFIG:Release>,$<NOT:$<BOOL:$<TARGET_PROPERTY:ORV_SYMBOLS>>>>:-s>
+                        $<$<CONFIG:Release>:-Wl,--gc-sections>)
     if(CMAKE_SIZEOF_VOID_P EQUAL 8)
         target_link_options(orv_image INTERFACE -Wl,--high-entropy-va)
     endif()
@@ -40,6 +41,33 @@ else()
         target_link_options(orv_image INTERFACE --coverage)
     endif()
 endif()
+
+# Debug information for what the calling folder and those below it compile. It ends up beside what ships, not in it, and
+# names no folder of the machine that built it.
+macro(orv_with_symbols)
+    if(NOT MSVC)
+        add_compile_options("$<$<AND:$<CONFIG:Release>,$<COMPILE_LANGUAGE:C,CXX>>:-g;-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.>")
+    endif()
+endmacro()
+
+# orv_keep_symbols(TARGET): what is linked without its symbols still has them in files of its own: bin/NAME.debug for
+# gdb, and bin/NAME.pdb, which Windows' debuggers read (names of functions; this linker knows no more).
+function(orv_keep_symbols target)
+    if(MSVC OR NOT CMAKE_BUILD_TYPE STREQUAL Release)
+        return()
+    endif()
+    set_target_properties(${target} PROPERTIES ORV_SYMBOLS ON)
+    target_link_options(${target} PRIVATE -Wl,--pdb=bin/${target}.pdb
+                                                 -Wl,-Map=bin/${target}.map)
+    add_custom_command(
+        TARGET ${target}
+        POST_BUILD
+        COMMAND ${CMAKE_OBJCOPY} --only-keep-debug $<TARGET_FILE:${target}> ${target}.dll.debug
+        COMMAND ${CMAKE_STRIP} $<TARGET_FILE:${target}>
+        COMMAND ${CMAKE_OBJCOPY} --add-gnu-debuglink=${target}.dll.debug $<TARGET_FILE:${target}>
+        WORKING_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}
+        VERBATIM)
+endfunction()
 
 # orv_library(NAME SOURCES... LINK libs...): one static library per product folder.
 function(orv_library name)

@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need; does nothing when all are there.
 #
-#   scripts/bootstrap.sh [--lint] [--clang] [--mutate] [--coverage]
+#   scripts/bootstrap.sh [--lint] [--clang] [--mutate] [--coverage] [--release]
 #
 #   --lint       also the tools that ./test.sh --all uses: clang-tidy, clang-format, shellcheck
 #   --clang      also the second compiler, from Debian's security archive
 #   --mutate     also what scripts/mutate.sh uses
 #   --coverage   also what scripts/coverage.sh uses
+#   --release    also what scripts/release.sh uses
 . "$(dirname "$0")/lib.sh"
 
 packages=(
@@ -21,6 +22,7 @@ for option in "$@"; do
     --clang) packages+=(clang-22 lld-22) ;;
     --mutate) packages+=(python3) ;;
     --coverage) packages+=(gcovr) ;;
+    --release) packages+=(wixl msitools zip unzip) ;;
     *) misused "unknown option '$option'" ;;
     esac
 done
