@@ -8,8 +8,21 @@ set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
 set(gtest_disable_pthreads ON CACHE BOOL "" FORCE)
 add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
 if(MINGW)
-    target_compile_definitions(gtest PUBLIC GTEST_HAS_NOTIFICATION_=1)
-    target_compile_options(gtest PUBLIC -include ${CMAKE_CURRENT_LIST_DIR}/gtest_notification.h)
+    foreach(library gtest gtest_main gmock)
+        target_include_directories(${library} BEFORE PUBLIC ${CMAKE_CURRENT_LIST_DIR}/googletest)
+    endforeach()
+endif()
+
+# A clean build is mostly tests. So what nearly every test includes is compiled once for all programs, and the tests
+# themselves are not optimised, as what they test is: that makes three times as many a minute. The lint preset does
+# without the first, so that a file which forgets an include of its own is found there.
+if(MINGW AND ORV_PRECOMPILED_TEST_HEADERS)
+    add_library(test_headers STATIC ${CMAKE_CURRENT_LIST_DIR}/test_headers.cpp)
+    target_link_libraries(test_headers PRIVATE orv_compile gtest gmock)
+    target_compile_options(test_headers PRIVATE -O0)
+    target_precompile_headers(
+        test_headers PRIVATE <windows.h> <shlobj.h> <wrl/client.h> <gmock/gmock.h> <gtest/gtest.h> <algorithm> <array>
+                             <functional> <memory> <optional> <string> <string_view> <utility> <vector>)
 endif()
 
 # orv_test_program(NAME SOURCES... LINK libs... [TIMEOUT seconds] [DRIVER] [DISPLAY] [LONG])
@@ -24,6 +37,10 @@ function(orv_test_program name)
     endif()
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE ${ARG_LINK} orv_compile orv_image gtest_main gmock)
+    if(TARGET test_headers)
+        target_precompile_headers(${name} REUSE_FROM test_headers)
+        target_compile_options(${name} PRIVATE -O0)
+    endif()
     set(options --timeout ${ARG_TIMEOUT})
     if(ARG_DISPLAY)
         list(APPEND options --display)

@@ -99,6 +99,7 @@ run_wine() {
     local limit_s=$1 errors status=0
     shift
     errors=$(mktemp)
+    # shellcheck disable=SC2094 # It is read when it has been written.
     {
         rm "$errors"
         timeout --kill-after=10 "$limit_s" "$WINE" "$@" 2>&7 7>&- 8<&- || status=$?

@@ -1,9 +1,11 @@
-#pragma once
+#ifndef GOOGLETEST_INCLUDE_GTEST_INTERNAL_CUSTOM_GTEST_PORT_H_
+#define GOOGLETEST_INCLUDE_GTEST_INTERNAL_CUSTOM_GTEST_PORT_H_
 
-// GoogleTest is thread-safe on Windows by Win32 means, but for this one class, which it builds on std::mutex;
-// the compiler's thread model has none. Included before every file of GoogleTest and of the tests.
-#ifdef __cplusplus
+// GoogleTest's place for what a system needs otherwise. On Windows it is thread-safe by Win32 means, but for this
+// one class, which it builds on std::mutex; the compiler's thread model has none.
 #include <windows.h>
+
+#define GTEST_HAS_NOTIFICATION_ 1
 
 namespace testing::internal {
 
@@ -22,4 +24,5 @@ class Notification {
 };
 
 }  // namespace testing::internal
+
 #endif
