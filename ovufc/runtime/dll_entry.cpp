@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include "ovufc/runtime/semaphores.h"
+
 // Where the system enters a DLL of ours, before the C++ runtime, and what that runtime would do too much.
 
 #ifdef _MSC_VER
@@ -19,6 +21,13 @@ extern "C" BOOL WINAPI DllMainCRTStartup(HINSTANCE instance, DWORD reason, LPVOI
 /// held, and libraries that we use may be gone. The system takes back what the process had. FreeLibrary takes
 /// the usual way.
 extern "C" BOOL WINAPI orv_dll_entry(HINSTANCE instance, DWORD reason, LPVOID reserved) {
-    const bool process_ends = reason == DLL_PROCESS_DETACH && reserved != nullptr;
-    return process_ends ? TRUE : DllMainCRTStartup(instance, reason, reserved);
+    if (reason != DLL_PROCESS_DETACH) {
+        return DllMainCRTStartup(instance, reason, reserved);
+    }
+    const bool process_ends = reserved != nullptr;
+    if (!process_ends) {
+        DllMainCRTStartup(instance, reason, reserved);
+        ov::runtime::close_semaphores();
+    }
+    return TRUE;
 }
