@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need; does nothing when all are there.
 #
-#   scripts/bootstrap.sh [--lint] [--clang] [--mutate] [--coverage] [--release]
+#   scripts/bootstrap.sh [--lint] [--clang] [--mutate] [--coverage] [--release] [--bench]
 #
 #   --lint       also the tools that ./test.sh --all uses: clang-tidy, clang-format, shellcheck
 #   --clang      also the second compiler, from Debian's security archive
 #   --mutate     also what scripts/mutate.sh uses
 #   --coverage   also what scripts/coverage.sh uses
 #   --release    also what scripts/release.sh uses
+#   --bench      also what ./bench.sh uses
 . "$(dirname "$0")/lib.sh"
 
 packages=(
@@ -23,6 +24,7 @@ for option in "$@"; do
     --mutate) packages+=(python3) ;;
     --coverage) packages+=(gcovr) ;;
     --release) packages+=(wixl msitools zip unzip) ;;
+    --bench) packages+=(catch2 python3) ;;
     *) misused "unknown option '$option'" ;;
     esac
 done

@@ -68,7 +68,7 @@ programs() {
     . "$root/scripts/lib.sh"
     wine_environment
     local program
-    for program in orvsvc shellhost click_button orvcert bench_exchange namespace_bench; do
+    for program in orvsvc shellhost click_button orvcert; do
         helps "$WINE" "$bin/$program.exe" --help
         helps "$WINE" "$bin/$program.exe" --no-such-option word -h
         refuses --no-such-option "$WINE" "$bin/$program.exe" --no-such-option
@@ -89,7 +89,6 @@ programs() {
     refuses soon "$WINE" "$bin/click_button.exe" --title x --timeout soon
     refuses borrow "$WINE" "$bin/orvcert.exe" borrow x
     refuses file "$WINE" "$bin/orvcert.exe" install
-    refuses 0 "$WINE" "$bin/bench_exchange.exe" 0
     # What it has to say besides the menu is kept out of the menu.
     run "$WINE" "$bin/shellhost.exe" menu 'C:\windows' --module "$bin/orvshellext.dll"
     grep -q '^Menu of' "$work/out" || fail "shellhost prints no menu"

@@ -1,0 +1,77 @@
+// One exchange, and the call that a right-click makes.
+
+#include <array>
+#include <string>
+
+#include "bench/harness/catch2.h"
+#include "bench/harness/compare.h"
+#include "bench/harness/round_trip.h"
+#include "ovufc/ipc/drvport/client_port.h"
+#include "ovufc/json.h"
+#include "service/calls.h"
+#include "testkit/process/module_attach.h"
+#include "testkit/service/scripted_service.h"
+
+namespace {
+
+using ov::bench::compare;
+using ov::bench::require;
+using ov::ipc::drvport::details::client_port;
+
+constexpr const char* status_reply = R"({"statusCode":0,"data":{"protectedFolder":true,"uiLevel":"full"}})";
+
+void exchange(client_port& port) {
+    static orv_request request{};
+    std::array<char, ORV_REPLY_LIMIT_BYTES> reply{};
+    std::uint32_t reply_bytes = 0;
+    require(port.transact(request, reply.data(), reply_bytes), "an exchange");
+}
+
+TEST_CASE("exchange", "[served]") {
+    const ov::test::scripted_service service([](const auto&) { return status_reply; });
+    client_port port;
+    ov::bench::round_trip trip;
+    compare("one exchange", {.aim = 2.5, .quantile = 0.9, .pause_ms = 25, .rounds = 12},
+            {{"ours", [&] { exchange(port); }, {}}, {"event round trip", [&] { trip.go(); }, {}}});
+}
+
+TEST_CASE("get_folder_status", "[served]") {
+    ov::test::scripted_service service([](const auto&) { return status_reply; });
+    service.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
+    client_port port;
+    const auto ours = [] {
+        bool restricted = false;
+        bool exports_available = false;
+        require(
+            ov::service::get_folder_status(L"C:\\Users\\Public\\Documents", restricted, exports_available),
+            "get_folder_status");
+    };
+    const auto floor = [&] {
+        ov::json asked;
+        asked["parameters"]["folderName"] = "C:\\Users\\Public\\Documents";
+        asked["serviceCall"] = 13;
+        const std::string text = asked.dump();
+        exchange(port);
+        const auto answer = ov::json::parse(status_reply);
+        require(!text.empty() && answer.is_object(), "JSON");
+    };
+    compare("get_folder_status", {.aim = 1.2, .pause_ms = 25, .rounds = 12},
+            {{"ours", ours, {}}, {"exchange, one parse, one dump", floor, {}}});
+}
+
+// How long a click waits for a service that takes its time; nothing is asked of these.
+TEST_CASE("delays", "[served]") {
+    for (const long delay_us : {0L, 100L, 500L, 1000L, 5000L, 20'000L, 100'000L}) {
+        const ov::test::scripted_service service([delay_us](const auto&) {
+            const auto started = std::chrono::steady_clock::now();
+            while (std::chrono::steady_clock::now() - started < std::chrono::microseconds(delay_us)) {
+            }
+            return status_reply;
+        });
+        client_port port;
+        const std::string path = "service takes " + std::to_string(delay_us) + " us";
+        compare(path.c_str(), {.pause_ms = 25, .rounds = 4}, {{"ours", [&] { exchange(port); }, {}}});
+    }
+}
+
+}  // namespace

@@ -1,0 +1,134 @@
+"""Reads what orv_bench printed and says what is within its aim.
+
+    bench_report.py OUT_FOLDER RUN [RUN...]
+
+Each RUN is the output of one run. Prints a table of each path's first candidate beside its floor, and writes
+results.json and an SVG of each group of paths into OUT_FOLDER. Exits 1 when some aim was missed in every run.
+"""
+
+import json
+import pathlib
+import sys
+from html import escape
+
+
+def quantile(values, q):
+    ordered = sorted(values)
+    return ordered[min(len(ordered) - 1, int(q * len(ordered)))]
+
+
+def read_run(path):
+    """The run's paths in order: aim, quantile, and the samples of each candidate in nanoseconds."""
+    paths = {}
+    for line in pathlib.Path(path).read_text(encoding="utf-8").splitlines():
+        kind, *words = line.rstrip("\r").split("\t")
+        if kind == "path":
+            paths[words[0]] = {"aim": float(words[1]), "quantile": float(words[2]), "samples": {}}
+        elif kind == "samples":
+            paths[words[0]]["samples"].setdefault(words[1], []).extend(float(word) for word in words[2:])
+    return paths
+
+
+def figures(samples):
+    return {
+        "samples": len(samples),
+        "fastest_us": min(samples) / 1000,
+        "median_us": quantile(samples, 0.5) / 1000,
+        "p90_us": quantile(samples, 0.9) / 1000,
+        "slowest_us": max(samples) / 1000,
+        "spread": (quantile(samples, 0.75) - quantile(samples, 0.25)) / quantile(samples, 0.5),
+    }
+
+
+def judge(measured):
+    """The ratio that the aim is about, and whether it is within; both None without a floor."""
+    candidates = list(measured["samples"].values())
+    if len(candidates) < 2:
+        return None, None
+    ratio = quantile(candidates[0], measured["quantile"]) / quantile(candidates[1], 0.5)
+    return ratio, ratio <= measured["aim"] if measured["aim"] else None
+
+
+def print_table(paths):
+    print(f"{'path':44} {'ours, us':>11} {'p90':>11} {'floor':>11} {'ratio':>7} {'aim':>6} {'spread':>7}  floor is")
+    for name, measured in paths.items():
+        (first, samples), *others = measured["samples"].items()
+        ours = figures(samples)
+        ratio, within = judge(measured)
+        row = f"{name:44} {ours['median_us']:11,.1f} {ours['p90_us']:11,.1f} "
+        if others:
+            aim = f"{measured['aim']:.2f}" if measured["aim"] else "-"
+            row += f"{figures(others[0][1])['median_us']:11,.1f} {ratio:7.2f} {aim:>6} {ours['spread']:7.2f}  {others[0][0]}"
+            row += "  MISSED" if within is False else ""
+        else:
+            row += f"{'-':>11} {'-':>7} {'-':>6} {ours['spread']:7.2f}"
+        print(row)
+        for other, its_samples in others[1:]:
+            print(f"{'  beside it: ' + other:44} {figures(its_samples)['median_us']:11,.1f}")
+
+
+def bars(title, rows):
+    """Rows of (label, median, p90) in microseconds, on a logarithmic scale."""
+    from math import log10
+
+    low = min(median for _, median, _ in rows) / 2
+    high = max(p90 for _, _, p90 in rows) * 1.2
+
+    def place(value):
+        return 330 + 520 * log10(value / low) / log10(high / low)
+
+    lines = [f'<svg xmlns="http://www.w3.org/2000/svg" width="960" height="{60 + 24 * len(rows)}" font-family="sans-serif" font-size="12">']
+    lines.append('<rect width="100%" height="100%" fill="#fff"/>')
+    lines.append(f'<text x="10" y="24" font-size="15">{escape(title)}: median and 90th percentile</text>')
+    for number, (label, median, p90) in enumerate(rows):
+        y = 44 + 24 * number
+        lines.append(f'<text x="10" y="{y + 12}">{escape(label)}</text>')
+        lines.append(f'<rect x="330" y="{y}" width="{place(p90) - 330:.1f}" height="16" fill="#bcd3ea"/>')
+        lines.append(f'<rect x="330" y="{y}" width="{place(median) - 330:.1f}" height="16" fill="#1f5fa8"/>')
+        lines.append(f'<text x="{place(p90) + 6:.1f}" y="{y + 12}">{median:,.0f} / {p90:,.0f} us</text>')
+    return "\n".join(lines + ["</svg>", ""])
+
+
+def draw(paths, out):
+    groups = {"clicks": "right-click", "delays": "service takes", "folders": "folder", "dates": "date", "items": "of 300 items"}
+    for file, words in groups.items():
+        rows = []
+        for name, measured in paths.items():
+            if words in name:
+                for candidate, samples in measured["samples"].items():
+                    shown = figures(samples)
+                    rows.append((f"{name}: {candidate}"[:52], shown["median_us"], shown["p90_us"]))
+        if rows:
+            (out / f"{file}.svg").write_text(bars(file, rows), encoding="utf-8")
+
+
+def main():
+    out = pathlib.Path(sys.argv[1])
+    runs = [read_run(path) for path in sys.argv[2:]]
+    out.mkdir(parents=True, exist_ok=True)
+    missed = None
+    for number, paths in enumerate(runs, 1):
+        print(f"-- run {number} of {len(runs)}")
+        print_table(paths)
+        now_missed = {name for name, measured in paths.items() if judge(measured)[1] is False}
+        missed = now_missed if missed is None else missed & now_missed
+    draw(runs[-1], out)
+    shown = [
+        {
+            name: {
+                "aim": measured["aim"],
+                "ratio": judge(measured)[0],
+                "candidates": {candidate: figures(samples) for candidate, samples in measured["samples"].items()},
+            }
+            for name, measured in paths.items()
+        }
+        for paths in runs
+    ]
+    (out / "results.json").write_text(json.dumps(shown, indent=1) + "\n", encoding="utf-8")
+    for name in sorted(missed):
+        print(f"missed in every run: {name}")
+    sys.exit(1 if missed else 0)
+
+
+if __name__ == "__main__":
+    main()
