@@ -23,6 +23,14 @@ struct bitmap_traits {
 /// Deleted with DeleteObject; must not be selected into a device context by then.
 using unique_bitmap = unique_handle<bitmap_traits>;
 
+struct font_traits {
+    using type = HFONT;
+    static type invalid() noexcept { return nullptr; }
+    static void close(type value) noexcept { DeleteObject(value); }
+};
+/// From CreateFontIndirect; deleted with DeleteObject; no control may use it by then.
+using unique_font = unique_handle<font_traits>;
+
 struct memory_dc_traits {
     using type = HDC;
     static type invalid() noexcept { return nullptr; }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <windows.h>
+
 #include <string>
 
 namespace ov::test {
@@ -8,5 +10,8 @@ namespace ov::test {
 /// the host's own tool. What it shows is for people to look at; that it shows something is checked: a picture
 /// that does not come, is not as large as the display, or is black or next to it fails the running test.
 void take_screenshot(const std::wstring& name);
+
+/// The same of a part of the display.
+void take_screenshot(const std::wstring& name, const RECT& area);
 
 }  // namespace ov::test

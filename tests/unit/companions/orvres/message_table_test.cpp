@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "companions/orvdialog/texts/message_numbers.h"
 #include "ovufc/i18n/language_choice.h"
 #include "ovufc/i18n/message_ids.h"
 #include "ovufc/i18n/rosetta_stone.h"
@@ -23,18 +24,97 @@ namespace ov::i18n {
 namespace {
 
 namespace ids = message_ids;
+namespace dialogs = dialog::message_numbers;
 
 constexpr std::array all_numbers{
-    ids::product_title,    ids::menu_protect,         ids::menu_unprotect,
-    ids::ask_unprotect,    ids::category_folders,     ids::category_cloud,
-    ids::category_restore, ids::category_addons,      ids::grouping_name,
-    ids::column_name,      ids::grouping_description, ids::column_type,
-    ids::entry_restore,    ids::entry_addons,         ids::failure,
-    ids::ask_restore,      ids::ask_restore_again,    ids::ask_addons,
-    ids::addons_result,    ids::menu_tracked_file,    ids::unprotect_blocked,
+    ids::product_title,
+    ids::menu_protect,
+    ids::menu_unprotect,
+    ids::ask_unprotect,
+    ids::category_folders,
+    ids::category_cloud,
+    ids::category_restore,
+    ids::category_addons,
+    ids::grouping_name,
+    ids::column_name,
+    ids::grouping_description,
+    ids::column_type,
+    ids::entry_restore,
+    ids::entry_addons,
+    ids::failure,
+    ids::ask_restore,
+    ids::ask_restore_again,
+    ids::ask_addons,
+    ids::addons_result,
+    ids::menu_tracked_file,
+    ids::unprotect_blocked,
+    // The dialog library's.
+    dialogs::protect_title,
+    dialogs::folder_label,
+    dialogs::about_protection,
+    dialogs::already_protected,
+    dialogs::protect_this_folder,
+    dialogs::protect_other_path,
+    dialogs::path_label,
+    dialogs::browse,
+    dialogs::protect,
+    dialogs::cancel,
+    dialogs::problem_root,
+    dialogs::problem_network,
+    dialogs::problem_too_long,
+    dialogs::problem_gone,
+    dialogs::problem_no_full_path,
+    dialogs::chooser_title,
+    dialogs::chooser_refused,
+    dialogs::versions_title,
+    dialogs::file_label,
+    dialogs::versions_label,
+    dialogs::open,
+    dialogs::restore,
+    dialogs::column_saved,
+    dialogs::column_size,
+    dialogs::column_kind,
+    dialogs::column_file_name,
+    dialogs::sort_by,
+    dialogs::kind_first_copy,
+    dialogs::kind_restore_point,
+    dialogs::kind_before_restore,
+    dialogs::version_not_usable,
+    dialogs::list_unreadable,
+    dialogs::list_empty,
+    dialogs::request_unreadable,
+    dialogs::not_shown,
 };
-constexpr std::array with_one_string{ids::ask_unprotect, ids::ask_restore, ids::ask_restore_again,
-                                     ids::addons_result};
+constexpr std::array with_one_string{ids::ask_unprotect,         ids::ask_restore,
+                                     ids::ask_restore_again,     ids::addons_result,
+                                     dialogs::already_protected, dialogs::problem_too_long};
+/// Those that a key chooses, marked with "&".
+constexpr std::array with_key{
+    ids::menu_protect,           ids::menu_unprotect, ids::menu_tracked_file, dialogs::protect_this_folder,
+    dialogs::protect_other_path, dialogs::path_label, dialogs::browse,        dialogs::protect,
+    dialogs::versions_label,     dialogs::open,       dialogs::restore,       dialogs::sort_by,
+};
+constexpr std::array one_line_dialog_texts{
+    dialogs::protect_title,
+    dialogs::folder_label,
+    dialogs::protect_this_folder,
+    dialogs::protect_other_path,
+    dialogs::path_label,
+    dialogs::browse,
+    dialogs::protect,
+    dialogs::cancel,
+    dialogs::chooser_title,
+    dialogs::versions_title,
+    dialogs::file_label,
+    dialogs::versions_label,
+    dialogs::open,
+    dialogs::restore,
+    dialogs::column_saved,
+    dialogs::column_size,
+    dialogs::column_kind,
+    dialogs::column_file_name,
+    dialogs::sort_by,
+};
 constexpr std::array menu_items{ids::menu_protect, ids::menu_unprotect, ids::menu_tracked_file};
 
 template <class Numbers>
@@ -136,18 +216,19 @@ TEST_P(MessageTable, texts_haveNoBlanksOrLineBreaksAtTheirEnds) {
 
 TEST_P(MessageTable, namesAndMenuItems_areOneLine) {
     for (const std::uint32_t number : all_numbers) {
-        if (contains(menu_items, number) || number <= ids::menu_unprotect ||
+        if (contains(menu_items, number) || contains(one_line_dialog_texts, number) ||
+            number <= ids::menu_unprotect ||
             (number >= ids::category_folders && number <= ids::entry_addons)) {
             EXPECT_EQ(text(number).find_first_of(L"\r\n"), std::wstring::npos) << std::hex << number;
         }
     }
 }
 
-TEST_P(MessageTable, menuItems_haveOneAcceleratorEach) {
+TEST_P(MessageTable, menuItemsAndControls_haveOneKeyEach) {
     for (const std::uint32_t number : all_numbers) {
         const std::wstring found = text(number);
         const auto ampersands = std::ranges::count(found, L'&');
-        EXPECT_EQ(ampersands, contains(menu_items, number) ? 1 : 0) << std::hex << number;
+        EXPECT_EQ(ampersands, contains(with_key, number) ? 1 : 0) << std::hex << number;
         if (ampersands == 1) {
             EXPECT_TRUE(std::iswalpha(found[found.find(L'&') + 1])) << std::hex << number;
         }
@@ -165,13 +246,13 @@ TEST_P(MessageTable, acceleratorsOfOneMenu_differ) {
     EXPECT_NE(accelerator(ids::menu_unprotect), L'E');
 }
 
-// East Asian menus show a Latin accelerator in brackets behind the text.
+// East Asian menus and dialogs show a Latin key in brackets behind the text.
 TEST_P(MessageTable, eastAsianAccelerators_standInBrackets) {
     const WORD primary = PRIMARYLANGID(language);
     if (primary != LANG_JAPANESE && primary != LANG_KOREAN && primary != LANG_CHINESE) {
         return;
     }
-    for (const std::uint32_t number : menu_items) {
+    for (const std::uint32_t number : with_key) {
         const std::wstring found = text(number);
         const auto bracket = found.find(L"(&");
         ASSERT_NE(bracket, std::wstring::npos) << std::hex << number;
@@ -186,7 +267,7 @@ TEST_P(MessageTable, texts_areOfTheirLanguage) {
     const texts english = raw_table(library.get(), fallback_language);
     const auto same = std::ranges::count_if(
         raw, [&english](const auto& entry) { return english.at(entry.first) == entry.second; });
-    EXPECT_LE(same, 3) << "the title and two words at most are spelt alike";
+    EXPECT_LE(same, 5) << "the title and a few words are spelt alike";
 }
 
 TEST_P(MessageTable, theTwoRestoreQuestions_differ) {

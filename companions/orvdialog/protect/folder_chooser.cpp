@@ -1,0 +1,85 @@
+#include "companions/orvdialog/protect/folder_chooser.h"
+
+#include <shlobj.h>
+#include <wrl/client.h>
+
+#include <cstddef>
+#include <memory>
+
+namespace ov::dialog {
+
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+/// COM for the length of a scope; a host thread that has it already keeps what it has.
+class com_apartment {
+  public:
+    com_apartment() noexcept : result_(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {}
+    com_apartment(const com_apartment&) = delete;
+    com_apartment& operator=(const com_apartment&) = delete;
+    ~com_apartment() {
+        if (SUCCEEDED(result_)) {
+            CoUninitialize();
+        }
+    }
+
+  private:
+    HRESULT result_;
+};
+
+struct task_memory_deleter {
+    void operator()(void* memory) const noexcept { CoTaskMemFree(memory); }
+};
+using task_string = std::unique_ptr<wchar_t, task_memory_deleter>;
+
+std::wstring path_of(IShellItem& item) {
+    wchar_t* path = nullptr;
+    if (FAILED(item.GetDisplayName(SIGDN_FILESYSPATH, &path))) {
+        return {};
+    }
+    const task_string owned(path);
+    return path;
+}
+
+/// What the system's dialog may need of the thread's stack; it would end the process where it finds less.
+constexpr std::size_t chooser_stack_bytes = std::size_t{192} * 1024;
+
+std::size_t stack_left_bytes() noexcept {
+    // VirtualQuery, as what tells it directly came with Windows 8.
+    MEMORY_BASIC_INFORMATION region{};
+    VirtualQuery(&region, &region, sizeof region);
+    return static_cast<std::size_t>(reinterpret_cast<std::byte*>(&region) -
+                                    static_cast<std::byte*>(region.AllocationBase));
+}
+
+}  // namespace
+
+std::optional<std::wstring> choose_folder(HWND owner, const std::wstring& title,
+                                          const std::wstring& start_path) {
+    if (stack_left_bytes() < chooser_stack_bytes) {
+        return std::nullopt;
+    }
+    const com_apartment apartment;
+    ComPtr<IFileDialog> dialog;
+    if (FAILED(
+            CoCreateInstance(CLSID_FileOpenDialog, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&dialog)))) {
+        return std::nullopt;
+    }
+    FILEOPENDIALOGOPTIONS options = 0;
+    dialog->GetOptions(&options);
+    dialog->SetOptions(options | FOS_PICKFOLDERS | FOS_FORCEFILESYSTEM | FOS_PATHMUSTEXIST);
+    dialog->SetTitle(title.c_str());
+    ComPtr<IShellItem> start;
+    if (SUCCEEDED(SHCreateItemFromParsingName(start_path.c_str(), nullptr, IID_PPV_ARGS(&start)))) {
+        dialog->SetFolder(start.Get());
+    }
+    const HRESULT shown = dialog->Show(owner);
+    if (FAILED(shown)) {
+        return shown == HRESULT_FROM_WIN32(ERROR_CANCELLED) ? std::optional(std::wstring()) : std::nullopt;
+    }
+    ComPtr<IShellItem> chosen;
+    return SUCCEEDED(dialog->GetResult(&chosen)) && chosen ? path_of(*chosen.Get()) : std::wstring();
+}
+
+}  // namespace ov::dialog

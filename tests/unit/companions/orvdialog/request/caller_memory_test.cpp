@@ -1,0 +1,81 @@
+#include "companions/orvdialog/request/caller_memory.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cwchar>
+
+#include "tests/unit/companions/orvdialog/request/guarded_memory.h"
+
+namespace ov::dialog {
+namespace {
+
+constexpr std::size_t page_bytes = 4096;
+
+TEST(CallerMemory, bytesBeforeAGuardPage_areCounted) {
+    const guarded_memory memory(100);
+    EXPECT_EQ(readable_bytes(memory.as<char>(), 100), 100U);
+    EXPECT_EQ(readable_bytes(memory.as<char>(), 5000), 100U);
+    EXPECT_EQ(readable_bytes(memory.as<char>() + 100, 1), 0U);
+}
+
+TEST(CallerMemory, pointersIntoNowhere_haveNoBytes) {
+    EXPECT_EQ(readable_bytes(nullptr, 1), 0U);
+    EXPECT_EQ(readable_bytes(reinterpret_cast<const void*>(std::uintptr_t{8}), 1), 0U);
+    EXPECT_EQ(readable_bytes(reinterpret_cast<const void*>(~std::uintptr_t{0}), 1), 0U);
+    EXPECT_EQ(readable_bytes(reinterpret_cast<const void*>(std::uintptr_t{0xCCCCCCCCCCCCCCCC}), 1), 0U);
+}
+
+TEST(CallerMemory, pagesOfDifferentProtection_areCountedTogether) {
+    const guarded_memory memory(3 * page_bytes);
+    DWORD old = 0;
+    VirtualProtect(memory.as<char>() + page_bytes, page_bytes, PAGE_READONLY, &old);
+    EXPECT_EQ(readable_bytes(memory.as<char>() + 10, 3 * page_bytes - 10), 3 * page_bytes - 10);
+    EXPECT_FALSE(is_writable(memory.as<char>(), 2 * page_bytes));
+    EXPECT_TRUE(is_writable(memory.as<char>(), page_bytes));
+}
+
+TEST(CallerMemory, readOnlyMemory_isNotWritable) {
+    const guarded_memory memory(100, PAGE_READONLY);
+    EXPECT_EQ(readable_bytes(memory.as<char>(), 100), 100U);
+    EXPECT_FALSE(is_writable(memory.as<char>(), 100));
+    EXPECT_FALSE(is_writable(nullptr, 1));
+}
+
+TEST(CallerMemory, wideTextThatEndsAtTheLastByte_isRead) {
+    const guarded_memory memory(4 * sizeof(wchar_t));
+    std::wmemcpy(memory.as<wchar_t>(), L"abc", 4);
+    EXPECT_EQ(read_wide_text(memory.as<wchar_t>(), 100), L"abc");
+}
+
+TEST(CallerMemory, wideTextWithoutEnd_isRefused) {
+    const guarded_memory memory(4 * sizeof(wchar_t));
+    std::wmemcpy(memory.as<wchar_t>(), L"abcd", 4);
+    EXPECT_FALSE(read_wide_text(memory.as<wchar_t>(), 100).has_value());
+    EXPECT_FALSE(read_wide_text(nullptr, 100).has_value());
+}
+
+TEST(CallerMemory, wideTextOverTheLimit_isRefused) {
+    EXPECT_EQ(read_wide_text(L"abc", 3), L"abc");
+    EXPECT_FALSE(read_wide_text(L"abcd", 3).has_value());
+}
+
+TEST(CallerMemory, misalignedWideText_isRead) {
+    const guarded_memory memory(3 * sizeof(wchar_t) + 1);
+    std::memcpy(memory.as<char>(), L"ab", 3 * sizeof(wchar_t));
+    EXPECT_EQ(read_wide_text(memory.as<wchar_t>(), 100), L"ab");
+}
+
+TEST(CallerMemory, narrowText_isReadUpToItsEnd) {
+    const guarded_memory memory(4);
+    std::memcpy(memory.as<char>(), "abc", 4);
+    EXPECT_EQ(read_narrow_text(memory.as<char>(), 100), "abc");
+    memory.as<char>()[3] = 'd';
+    EXPECT_FALSE(read_narrow_text(memory.as<char>(), 100).has_value());
+    EXPECT_FALSE(read_narrow_text("abcd", 3).has_value());
+    EXPECT_FALSE(read_narrow_text(nullptr, 3).has_value());
+}
+
+}  // namespace
+}  // namespace ov::dialog

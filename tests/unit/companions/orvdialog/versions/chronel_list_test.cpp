@@ -1,0 +1,160 @@
+#include "companions/orvdialog/versions/chronel_list.h"
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace ov::dialog {
+namespace {
+
+constexpr const char* one_record =
+    R"([{"type":"manual","fileName":"sea.txt","cloneFileName":"7","time":5,"size":12,"more":[1,{"x":null}]}])";
+
+TEST(ChronelList, record_isReadWithItsWholeText) {
+    const auto list = chronel_list::read(one_record);
+    ASSERT_TRUE(list);
+    ASSERT_EQ(list->size(), 1U);
+    const chronel item = list->at(0);
+    EXPECT_EQ(
+        item.identifier,
+        R"({"cloneFileName":"7","fileName":"sea.txt","more":[1,{"x":null}],"size":12,"time":5,"type":"manual"})");
+    EXPECT_EQ(item.file_name, L"sea.txt");
+    EXPECT_EQ(item.type, L"manual");
+    EXPECT_EQ(list->time(0), 5U);
+    EXPECT_EQ(list->size_bytes(0), 12U);
+}
+
+TEST(ChronelList, objectWithChronels_isAListToo) {
+    const auto list =
+        chronel_list::read(R"({"version":1,"others":[{"fileName":"x","cloneFileName":"x","type":"x"}],)"
+                           R"("chronels":[{"fileName":"a","cloneFileName":"1","type":"b"}]})");
+    ASSERT_TRUE(list);
+    ASSERT_EQ(list->size(), 1U);
+    EXPECT_EQ(list->at(0).file_name, L"a");
+}
+
+TEST(ChronelList, createdOn_standsInForTime) {
+    const auto list = chronel_list::read(
+        R"([{"fileName":"a","cloneFileName":"1","type":"b","createdOn":9},)"
+        R"({"fileName":"a","cloneFileName":"2","type":"b","createdOn":9,"time":1},)"
+        R"({"fileName":"a","cloneFileName":"3","type":"b","time":1,"createdOn":9,"time":"x"}])");
+    ASSERT_TRUE(list);
+    ASSERT_EQ(list->size(), 3U);
+    EXPECT_EQ(list->time(0), 9U);
+    EXPECT_EQ(list->time(1), 1U);
+    EXPECT_EQ(list->time(2), 9U) << "the last of a name counts";
+}
+
+TEST(ChronelList, membersOfInnerObjects_areNotTheRecords) {
+    const auto list = chronel_list::read(
+        R"([{"in":{"fileName":"x","time":7},"fileName":"a","cloneFileName":"1","type":"b"},)"
+        R"({"in":{"fileName":"x","cloneFileName":"1","type":"b"}}])");
+    ASSERT_TRUE(list);
+    ASSERT_EQ(list->size(), 1U);
+    EXPECT_FALSE(list->time(0));
+}
+
+TEST(ChronelList, spacesAndNumbersAtTheEnds_doNotShiftARecord) {
+    const auto list = chronel_list::read(
+        "\xEF\xBB\xBF [ 1 ,2, {\"fileName\" : \"a\", \"type\":\"b\",\n\"cloneFileName\":12} , {\"size\":3}, "
+        "{\"fileName\":\"z\",\"type\":\"b\",\"cloneFileName\":1}]");
+    ASSERT_TRUE(list);
+    ASSERT_EQ(list->size(), 2U);
+    EXPECT_EQ(list->at(0).identifier, R"({"cloneFileName":12,"fileName":"a","type":"b"})");
+    EXPECT_EQ(list->at(1).file_name, L"z");
+}
+
+TEST(ChronelList, textThatHasChangedMeanwhile_givesAnEmptyRecord) {
+    std::string text = one_record;
+    const auto list = chronel_list::read(text);
+    ASSERT_TRUE(list);
+    text.assign(text.size(), '?');
+    EXPECT_EQ(list->at(0).identifier, "");
+    EXPECT_EQ(list->at(0).file_name, L"");
+}
+
+TEST(ChronelList, membersOfOtherKinds_areShownAsTheyStand) {
+    const auto list = chronel_list::read(R"([{"fileName":"\u00e4\ud83d\ude00","cloneFileName":null,"type":3,)"
+                                         R"("time":-5,"size":"big"}])");
+    ASSERT_TRUE(list);
+    ASSERT_EQ(list->size(), 1U);
+    EXPECT_EQ(list->at(0).file_name, L"\u00e4\U0001F600");
+    EXPECT_EQ(list->at(0).type, L"3");
+    EXPECT_FALSE(list->time(0));
+    EXPECT_FALSE(list->size_bytes(0));
+}
+
+TEST(ChronelList, entriesThatAreNoRecords_areLeftOut) {
+    const auto list =
+        chronel_list::read(R"([1,"a",null,[{"fileName":"in","cloneFileName":"1","type":"b"}],{},)"
+                           R"({"fileName":"a","type":"b"},)"
+                           R"({"fileName":"good","cloneFileName":"1","type":"b"}])");
+    ASSERT_TRUE(list);
+    ASSERT_EQ(list->size(), 1U);
+    EXPECT_EQ(list->at(0).file_name, L"good");
+}
+
+TEST(ChronelList, emptyLists_areLists) {
+    EXPECT_TRUE(chronel_list::read("[]"));
+    EXPECT_TRUE(chronel_list::read(R"({"chronels":[]})"));
+}
+
+class ChronelListRefusal : public testing::TestWithParam<const char*> {};
+
+TEST_P(ChronelListRefusal, text_isNoList) {
+    EXPECT_FALSE(chronel_list::read(GetParam()));
+}
+
+INSTANTIATE_TEST_SUITE_P(texts, ChronelListRefusal,
+                         testing::Values("", " ", "nonsense", "[", "[{]", "5", "null", "\"chronels\"", "{}",
+                                         R"({"chronels":5})", R"({"chronels":{"a":[]}})", R"({"other":[]})",
+                                         "[] trailing", "[\"\xff\"]", R"(["\ud800"])", "[1,]"));
+
+TEST(ChronelList, nestingBeyondTheLimit_isRefusedWithoutHarm) {
+    const auto nested = [](std::size_t levels) {
+        return R"([{"fileName":"a","cloneFileName":"1","type":)" + std::string(levels, '[') +
+               std::string(levels, ']') + "}]";
+    };
+    EXPECT_TRUE(chronel_list::read(nested(deepest_nesting - 2)));
+    EXPECT_FALSE(chronel_list::read(nested(deepest_nesting - 1)));
+    EXPECT_FALSE(chronel_list::read(nested(2'000'000)));
+    EXPECT_FALSE(chronel_list::read(std::string(10'000'000, '[')));
+    EXPECT_FALSE(chronel_list::read(std::string(10'000'000, '[') + std::string(10'000'000, ']')));
+}
+
+TEST(ChronelList, longestList_isReadInReasonableTime) {
+    const std::string record =
+        R"({"fileName":"sea.txt","cloneFileName":"7","type":"manual","time":5,"size":12},)";
+    std::string text = "[";
+    while (text.size() + record.size() < longest_list_bytes) {
+        text += record;
+    }
+    text.back() = ']';
+    const ULONGLONG start_ms = GetTickCount64();
+    const auto list = chronel_list::read(text);
+    EXPECT_LT(GetTickCount64() - start_ms, 10'000U) << "linear is well under two seconds";
+    ASSERT_TRUE(list);
+    EXPECT_EQ(list->size(), text.size() / record.size());
+}
+
+// Taking a record out of its array searches the array from the start: what stands before must not stay there.
+TEST(ChronelList, recordsBehindManyNumbers_areStillReadInLinearTime) {
+    std::string text = "[";
+    for (int i = 0; i < 1'000'000; ++i) {
+        text += "1,[],";
+    }
+    for (int i = 0; i < 100'000; ++i) {
+        text += R"({"fileName":"a","cloneFileName":"1","type":"b"},)";
+    }
+    text.back() = ']';
+    const ULONGLONG start_ms = GetTickCount64();
+    const auto list = chronel_list::read(text);
+    EXPECT_LT(GetTickCount64() - start_ms, 10'000U);
+    ASSERT_TRUE(list);
+    EXPECT_EQ(list->size(), 100'000U);
+}
+
+}  // namespace
+}  // namespace ov::dialog

@@ -1,0 +1,60 @@
+// The library in a host that has run out of memory, and what its loads leave behind.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "testkit/process/before_attach.h"
+#include "testkit/memory/memory_shortage.h"
+#include "testkit/checks/message_box_script.h"
+#include "testkit/process/process_costs.h"
+#include "tests/unit/companions/orvdialog/window/shown_dialog.h"
+
+namespace ov::dialog {
+namespace {
+
+HMODULE loaded_library() {
+    return GetModuleHandleW(L"orvdialog.dll");
+}
+
+/// Asks for a dialog without memory: a message comes in its place.
+void expect_refused(const dialog_library& library) {
+    ProtectDialogRequest request{};
+    request.size_bytes = sizeof request;
+    request.folder_path = L"C:\\windows";
+    test::message_box_script boxes(loaded_library(), {IDOK});
+    {
+        const test::memory_shortage shortage(loaded_library());
+        EXPECT_EQ(library.protect(&request), 0U);
+    }
+    ASSERT_EQ(boxes.shown().size(), 1U);
+    EXPECT_THAT(boxes.shown()[0].text, testing::HasSubstr(L"Close some programs"));
+}
+
+TEST(DialogLibraryOutOfMemory, dialog_isRefused) {
+    expect_refused(dialog_library());
+}
+
+TEST(DialogLibraryOutOfMemory, loadedWithoutMemory_refusesLaterToo) {
+    std::optional<test::memory_shortage> shortage;
+    const test::before_attach starve(L"orvdialog.dll", [&](HMODULE module) { shortage.emplace(module); });
+    const dialog_library library;
+    ASSERT_TRUE(shortage);
+    shortage.reset();
+    expect_refused(library);
+}
+
+TEST(DialogLibraryOutOfMemory, manyLoads_costTheHostNothing) {
+    const auto load_a_hundred_times = [] {
+        for (int load = 0; load < 100; ++load) {
+            expect_refused(dialog_library());
+        }
+    };
+    load_a_hundred_times();  // what the system takes for itself, once
+    const test::process_costs before;
+    load_a_hundred_times();
+    EXPECT_THAT(test::process_costs().grown_since(before, 20), testing::IsEmpty());
+}
+
+}  // namespace
+}  // namespace ov::dialog
