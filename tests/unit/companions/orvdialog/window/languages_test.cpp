@@ -88,6 +88,21 @@ class DialogLanguage : public testing::TestWithParam<std::uint32_t> {
             EXPECT_THAT(cut_texts(window), testing::IsEmpty()) << dpi << " dots per inch";
         }
     }
+    /// Each of the five, for it is they that must fit into what is kept free for them.
+    void expect_no_problem_cut() const {
+        for (const std::wstring& path :
+             {std::wstring(L"nowhere"), std::wstring(L"C:\\"), std::wstring(L"\\\\server\\share"),
+              std::wstring(L"C:\\none such"), L"C:\\" + std::wstring(300, L'x')}) {
+            const HWND problem = GetDlgItem(window, IDC_PROTECT_PROBLEM);
+            const std::wstring former = text_of(problem);
+            SetDlgItemTextW(window, IDC_PROTECT_OBJECT, path.c_str());
+            EXPECT_TRUE(shown_dialog::eventually([&] { return text_of(problem) != former; }));
+            for (const UINT dpi : {96U, 144U, 192U}) {
+                set_dpi(window, dpi);
+                EXPECT_THAT(cut_texts(window), testing::IsEmpty()) << dpi << " dots per inch";
+            }
+        }
+    }
     void expect_each_key_once(std::size_t least) const {
         std::vector<std::wstring> shown_texts;
         for (const HWND control : controls_of(window)) {
@@ -112,41 +127,24 @@ class DialogLanguage : public testing::TestWithParam<std::uint32_t> {
     HWND window = nullptr;
 };
 
-TEST_P(DialogLanguage, protection_isNowhereCut) {
+// One opening for each dialog and language: it takes half a second.
+TEST_P(DialogLanguage, protection_isNowhereCutAndHasKeysAndNames) {
     open_protection();
     expect_nothing_cut();
-}
-
-// Each of the five, for it is they that must fit into what is kept free for them.
-TEST_P(DialogLanguage, problems_areNowhereCut) {
-    open_protection();
-    const std::vector<std::wstring> paths{L"nowhere", L"C:\\", L"\\\\server\\share", L"C:\\none such",
-                                          L"C:\\" + std::wstring(300, L'x')};
-    for (const std::wstring& path : paths) {
-        const std::wstring former = text_of(GetDlgItem(window, IDC_PROTECT_PROBLEM));
-        SetDlgItemTextW(window, IDC_PROTECT_OBJECT, path.c_str());
-        EXPECT_TRUE(shown_dialog::eventually(
-            [&] { return text_of(GetDlgItem(window, IDC_PROTECT_PROBLEM)) != former; }));
-        for (const UINT dpi : {96U, 144U, 192U}) {
-            set_dpi(window, dpi);
-            EXPECT_THAT(cut_texts(window), testing::IsEmpty()) << dpi << " dots per inch";
-        }
-    }
-}
-
-TEST_P(DialogLanguage, versions_areNowhereCut) {
-    open_versions();
-    expect_nothing_cut();
-}
-
-TEST_P(DialogLanguage, protection_hasEachKeyOnce) {
-    open_protection();
     expect_each_key_once(5);
+    expect_names();
+    EXPECT_EQ(accessible_name(GetDlgItem(window, IDC_PROTECT_FOLDER)),
+              texts.text(message_numbers::folder_label));
+    expect_no_problem_cut();
 }
 
-TEST_P(DialogLanguage, versions_haveEachKeyOnce) {
+TEST_P(DialogLanguage, versions_areNowhereCutAndHaveKeysAndNames) {
     open_versions();
+    expect_nothing_cut();
     expect_each_key_once(3);
+    expect_names();
+    EXPECT_EQ(accessible_name(GetDlgItem(window, IDC_CHRONELS_LIST)),
+              without_mnemonic(texts.text(message_numbers::versions_label)));
 }
 
 TEST_P(DialogLanguage, menuOfAVersion_hasEachKeyOnce) {
@@ -160,20 +158,6 @@ TEST_P(DialogLanguage, menuOfAVersion_hasEachKeyOnce) {
     const std::wstring keys = keys_of(items);
     EXPECT_EQ(keys.size(), 3U);
     EXPECT_EQ(std::ranges::adjacent_find(keys), keys.end());
-}
-
-TEST_P(DialogLanguage, everyControlOfProtection_hasAName) {
-    open_protection();
-    expect_names();
-    EXPECT_EQ(accessible_name(GetDlgItem(window, IDC_PROTECT_FOLDER)),
-              texts.text(message_numbers::folder_label));
-}
-
-TEST_P(DialogLanguage, everyControlOfVersions_hasAName) {
-    open_versions();
-    expect_names();
-    EXPECT_EQ(accessible_name(GetDlgItem(window, IDC_CHRONELS_LIST)),
-              without_mnemonic(texts.text(message_numbers::versions_label)));
 }
 
 INSTANTIATE_TEST_SUITE_P(languages, DialogLanguage, testing::ValuesIn(i18n::known_languages),
