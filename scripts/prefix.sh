@@ -65,18 +65,21 @@ replace_links() {
     done
 }
 
+# On a busy machine Wine has been seen to refuse a start for a moment.
+at_last() { "$@" || { sleep 1 && "$@"; } || { sleep 3 && "$@"; }; }
+
 make_prefix() {
     [ -f "$prefix/.made" ] && return
     step "Making a Wine prefix"
     rm -rf "$prefix"
     mkdir -p "$prefix/home"
     run_wine 180 wineboot -i >/dev/null 2>&1 || die "the Wine prefix could not be made"
-    run_wine 60 winecfg /v win10 >/dev/null 2>&1 || die "the prefix's Windows version could not be set"
+    at_last run_wine 60 winecfg /v win10 >/dev/null 2>&1 || die "the prefix's Windows version could not be set"
     # No window manager runs on the virtual display. Windows that expect one wait for it, two seconds at each
     # closing, and have no title bar: Wine is told to do without and to draw title bars itself.
     local setting
     for setting in Managed Decorated; do
-        run_wine 60 reg add 'HKCU\Software\Wine\X11 Driver' /v "$setting" /d N /f >/dev/null 2>&1 ||
+        at_last run_wine 60 reg add 'HKCU\Software\Wine\X11 Driver' /v "$setting" /d N /f >/dev/null 2>&1 ||
             die "the prefix's windows could not be set up"
     done
     # The signs on title bars and scroll bars are letters of this font, which Debian's Wine does not find by itself.
