@@ -16,10 +16,10 @@ void append_path(std::string& text, int number, int seed) {
 std::string locations_document(int locations, int seed) {
     constexpr std::array others{"mgmtCustom", "oneDrive", "google", "boxSyn", "dropBox", "oneDriveBusiness"};
     const int local = locations * 2 / 3;
-    std::string text = R"({"hardDrive":{"folders":["C:\\Users\\[^\\\\]*\\Desktop\\")";
+    std::string text = R"({"hardDrive":{"folders":[)";
     int number = 0;
     for (; number < local; ++number) {
-        text += ',';
+        text += number == 0 ? "" : ",";
         append_path(text, number, seed);
     }
     text += "]}";

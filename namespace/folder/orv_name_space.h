@@ -107,9 +107,9 @@ class orvNameSpace final : public orvNameSpaceBase {
     void build_items();
     void add_item(std::wstring name, std::uint16_t type);
     void add_user_folder(std::uint32_t bit);
-    void add_category_items(location_document& document) noexcept;
-    void add_locations(location_document& document);
-    [[nodiscard]] bool add_all(location_list& list, std::uint16_t type);
+    void add_category_items(const location_document& document) noexcept;
+    void add_locations(const location_document& document);
+    [[nodiscard]] bool add_all(const location_list& list, std::uint16_t type);
     void add_action_entries();
     void read_flags() noexcept;
 

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <exception>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -43,15 +44,6 @@ std::wstring resolved_path(const KNOWNFOLDERID& folder) {
     return SUCCEEDED(result) && path != nullptr ? std::wstring(path) : std::wstring();
 }
 
-location_document cached_document() noexcept {
-    try {
-        return read_location_document(copy_protected_locations());
-    } catch (const std::exception&) {
-        // No memory for the copy: as good as a document that is not there.
-        return read_location_document({});
-    }
-}
-
 }  // namespace
 
 orvNameSpace::orvNameSpace() : isServer(is_server_system()) {
@@ -59,7 +51,8 @@ orvNameSpace::orvNameSpace() : isServer(is_server_system()) {
 }
 
 void orvNameSpace::build_items() {
-    location_document document = cached_document();
+    const std::shared_ptr<const location_document> locations = protected_locations();
+    const location_document& document = *locations;
     for (const std::uint32_t bit : leading_folders) {
         add_user_folder(document.user_folder_mask & bit);
     }
@@ -88,7 +81,7 @@ void orvNameSpace::add_user_folder(std::uint32_t bit) {
     }
 }
 
-void orvNameSpace::add_category_items(location_document& document) noexcept {
+void orvNameSpace::add_category_items(const location_document& document) noexcept {
     if (!document.is_complete()) {
         return;
     }
@@ -100,11 +93,11 @@ void orvNameSpace::add_category_items(location_document& document) noexcept {
     }
 }
 
-void orvNameSpace::add_locations(location_document& document) {
+void orvNameSpace::add_locations(const location_document& document) {
     items.reserve(items.size() + document.entry_count() + trailing_folders.size() + 2);
     // The order of display. A broken list shows what came before the break, and nothing comes after it.
-    for (std::wstring& name : document.hard_drive.names) {
-        add_item(std::move(name), item_types::folder);
+    for (const std::wstring& name : document.hard_drive.names) {
+        add_item(name, item_types::folder);
     }
     if (document.hard_drive.is_broken) {
         return;
@@ -117,9 +110,9 @@ void orvNameSpace::add_locations(location_document& document) {
            add_all(document.one_drive_business, item_types::cloud_folder));
 }
 
-bool orvNameSpace::add_all(location_list& list, std::uint16_t type) {
-    for (std::wstring& name : list.names) {
-        add_item(std::move(name), type);
+bool orvNameSpace::add_all(const location_list& list, std::uint16_t type) {
+    for (const std::wstring& name : list.names) {
+        add_item(name, type);
     }
     if (list.is_broken) {
         // In these lists an entry has its index before it is looked at, so the one that broke the list used

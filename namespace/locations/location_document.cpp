@@ -50,7 +50,9 @@ location_document read_location_document(std::string_view text) noexcept {
         }
         return document;
     } catch (const std::exception&) {
-        return unreadable_document();
+        location_document document = unreadable_document();
+        document.ran_out_of_memory = true;
+        return document;
     }
 }
 

@@ -34,6 +34,9 @@ struct location_document {
     /// when that array cannot be read to its end.
     std::uint32_t user_folder_mask = 0;
 
+    /// The text may say more than this; a later reading can tell.
+    bool ran_out_of_memory = false;
+
     /// All seven arrays are there: else no item is made of any of them.
     [[nodiscard]] bool is_complete() const noexcept;
 

@@ -1,6 +1,8 @@
 #pragma once
 
-#include <string>
+#include <memory>
+
+#include "namespace/locations/location_document.h"
 
 /// The process's copy of the protected-locations document, which the driver writes.
 ///
@@ -14,7 +16,9 @@ namespace ov::name_space {
 /// empty document with the generation: the emptiness makes the next folder ask again.
 void refresh_protected_locations() noexcept;
 
-/// A copy of the document, taken while the lock is held shared. Throws std::bad_alloc only.
-[[nodiscard]] std::string copy_protected_locations();
+/// What the document says; the text is taken while the lock is held shared, and read without it. Folders that
+/// see the same text share what the first of them has read from it. An incomplete document with all user
+/// folders when there is no text, none that can be read, or no memory. Any thread; the caller may keep it.
+[[nodiscard]] std::shared_ptr<const location_document> protected_locations() noexcept;
 
 }  // namespace ov::name_space

@@ -10,7 +10,7 @@ namespace ov::test {
 /// Notes which slim reader/writer locks one module takes and gives back, through its import table:
 ///
 ///     const lock_trace locks(GetModuleHandleW(nullptr));
-///     (void)copy_protected_locations();
+///     (void)protected_locations();
 ///     EXPECT_EQ(locks.taken(), (std::vector<lock_trace::hold>{{&cacheLock, lock_trace::mode::shared}}));
 ///
 /// Only the constructing thread is noted; the locks themselves work as ever. One trace at a time.

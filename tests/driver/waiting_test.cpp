@@ -134,7 +134,7 @@ TEST(Wait, ClientsOfAServiceThatIsSilent_CostNoProcessorTogether) {
     const LONGLONG worked_us = processor_time_us();
     std::array<ov::win::unique_kernel_handle, clients> threads;
     for (auto& thread : threads) {
-        const auto wait = [](void* waited_on) -> DWORD {
+        const auto wait = [](void* waited_on) WINAPI -> DWORD {
             return ask(*static_cast<client_port*>(waited_on), "silence").ok ? 1 : 0;
         };
         thread.reset(CreateThread(nullptr, 0, wait, &port, 0, nullptr));

@@ -55,7 +55,7 @@ TEST(CacheLock, refresh_without_anything_to_fetch_takes_it_exclusively_too) {
 
 TEST(CacheLock, copy_takes_it_shared) {
     const lock_trace locks(self());
-    (void)copy_protected_locations();
+    (void)protected_locations();
     EXPECT_EQ((holds{{&cacheLock, mode::shared}}), locks.taken());
     EXPECT_TRUE(locks.held().empty());
 }

@@ -1,0 +1,86 @@
+// What folders share that see the same text.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "namespace/locations/protected_locations.h"
+#include "ovufc/win/handle.h"
+#include "testkit/process/module_attach.h"
+#include "tests/module/namespace/document_service.h"
+
+namespace {
+
+using namespace ov::name_space;
+using names = std::vector<std::wstring>;
+
+std::string document_with(const std::string& local_folders) {
+    return R"({"hardDrive":{"folders":[)" + local_folders +
+           R"(]},"mgmtCustom":[],"oneDrive":[],"google":[],"boxSyn":[],"dropBox":[],"oneDriveBusiness":[]})";
+}
+
+// Under a generation that the cache has not seen: it outlives each test's service.
+void serve(ov::test::document_service& service, const std::string& local_folders) {
+    static std::uint32_t generation = 0x5000;
+    service.publish(document_with(local_folders));
+    service.set_generation(++generation);
+    refresh_protected_locations();
+}
+
+TEST(SharedDocument, same_text_is_read_once) {
+    ov::test::document_service service;
+    serve(service, R"("D:\\once")");
+    const auto first = protected_locations();
+    refresh_protected_locations();
+    const auto second = protected_locations();
+    EXPECT_EQ(names{L"D:\\once"}, first->hard_drive.names);
+    EXPECT_EQ(first.get(), second.get());
+    EXPECT_EQ(1, service.fetches());
+}
+
+TEST(SharedDocument, new_text_is_read_anew_and_the_old_one_stays_for_those_who_have_it) {
+    ov::test::document_service service;
+    serve(service, R"("D:\\old")");
+    const auto old = protected_locations();
+    serve(service, R"("D:\\new")");
+    EXPECT_EQ(names{L"D:\\new"}, protected_locations()->hard_drive.names);
+    EXPECT_EQ(names{L"D:\\old"}, old->hard_drive.names);
+}
+
+TEST(SharedDocument, fetch_that_fails_leaves_all_user_folders_and_nothing_else) {
+    ov::test::document_service service;
+    serve(service, R"("D:\\gone")");
+    service.fail();
+    service.set_generation(0x7001);
+    refresh_protected_locations();
+    const auto locations = protected_locations();
+    EXPECT_FALSE(locations->is_complete());
+    EXPECT_EQ(255U, locations->user_folder_mask);
+}
+
+TEST(SharedDocument, threads_that_meet_at_a_new_text_all_see_it) {
+    ov::test::document_service service;
+    for (int round = 0; round < 20; ++round) {
+        serve(service, "\"D:\\\\round " + std::to_string(round) + '"');
+        const names expected{L"D:\\round " + std::to_wstring(round)};
+        std::array<ov::win::unique_kernel_handle, 4> threads;
+        for (auto& thread : threads) {
+            const auto look = [](void* wanted) WINAPI -> DWORD {
+                return protected_locations()->hard_drive.names == *static_cast<const names*>(wanted) ? 0 : 1;
+            };
+            thread.reset(CreateThread(nullptr, 0, look, const_cast<names*>(&expected), 0, nullptr));
+            ASSERT_TRUE(thread);
+        }
+        for (const auto& thread : threads) {
+            WaitForSingleObject(thread.get(), INFINITE);
+            DWORD wrong = 1;
+            GetExitCodeThread(thread.get(), &wrong);
+            EXPECT_EQ(0U, wrong);
+        }
+    }
+}
+
+}  // namespace
