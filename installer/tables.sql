@@ -1,6 +1,7 @@
 UPDATE `CustomAction` SET `Type` = 51 WHERE `Type` = 2099
 UPDATE `CustomAction` SET `Type` = 1 WHERE `Type` = 2049
 UPDATE `CustomAction` SET `Type` = 3329 WHERE `Action` = 'UnregisterUndone'
+UPDATE `CustomAction` SET `Type` = 3329 WHERE `Action` = 'FoldersUndone'
 UPDATE `CustomAction` SET `Type` = 3329 WHERE `Action` = 'MoveAsideUndone'
 UPDATE `CustomAction` SET `Type` = 3329 WHERE `Action` = 'RegisterUndone'
 UPDATE `CustomAction` SET `Type` = 3585 WHERE `Action` = 'DeleteOld'

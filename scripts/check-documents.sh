@@ -40,6 +40,7 @@ run_elsewhere() {
     ./test.sh | './test.sh --all'*) say "this is it" ;;
     scripts/check-*.sh) say "a step of ./test.sh --all" ;;
     'ORV_PRESET=x64-debug scripts/build.sh') say "takes long; built once a release" ;;
+    scripts/release.sh*) say "check-installer.sh and check-reproducible.sh do" ;;
     'ORV_SIGNING_PKCS12='*) say "tests/scripts/release_signer.sh does it, with a signer of its own" ;;
     *) return 1 ;;
     esac

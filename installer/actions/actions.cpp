@@ -6,6 +6,7 @@
 #include "installer/actions/moved_files.h"
 #include "installer/actions/server_call.h"
 #include "installer/actions/session.h"
+#include "module/registration/registration.h"
 
 // The entry points that installer/vaultkeep.wxs names as actions. The deferred ones run as the system in a
 // process of the installer's and learn all they know from CustomActionData, which Prepare has written for
@@ -63,12 +64,12 @@ bool move_files(const session& run, const wchar_t* title, Move move) {
     return true;
 }
 
-bool call_module(const session& run, const char* entry_point) {
-    const std::wstring path = run.property(L"CustomActionData");
-    const HRESULT result = ov::setup::call_server(path, entry_point);
-    run.log(std::wstring(entry_point, entry_point + strlen(entry_point)) + L" of " + path + L": " +
-            code_text(result));
-    return SUCCEEDED(result);
+outcome delete_old(const std::wstring& path, const std::wstring& /*mark*/) {
+    return ov::setup::delete_old(path);
+}
+
+void log_result(const session& run, const wchar_t* what, const std::wstring& path, HRESULT result) {
+    run.log(std::wstring(what) + L" " + path + L": " + code_text(result));
 }
 
 }  // namespace
@@ -87,7 +88,10 @@ extern "C" UINT WINAPI Prepare(MSIHANDLE handle) {
         for (const wchar_t* action : {L"Register", L"RegisterUndone", L"Unregister", L"UnregisterUndone"}) {
             is_set = run.set_property(action, module_path) && is_set;
         }
-        return run.set_property(L"LeaveNoFolder", run.property(L"ProductFolders")) && is_set;
+        for (const wchar_t* action : {L"LeaveNoFolder", L"FoldersUndone"}) {
+            is_set = run.set_property(action, run.property(L"ProductFolders")) && is_set;
+        }
+        return is_set;
     });
 }
 
@@ -101,13 +105,19 @@ extern "C" UINT WINAPI PutBack(MSIHANDLE handle) {
                    [](const session& run) { return move_files(run, L"Putting back", ov::setup::put_back); });
 }
 
+/// Runs when a later step has failed. The installer has taken its own steps back by then, or, under Wine, has
+/// put files of its own there.
+extern "C" UINT WINAPI TakeBack(MSIHANDLE handle) {
+    return guarded(handle, [](const session& run) {
+        move_files(run, L"Putting back", ov::setup::put_back);
+        return move_files(run, L"Deleting the other", delete_old);
+    });
+}
+
 /// Runs when all has gone well.
 extern "C" UINT WINAPI DeleteOld(MSIHANDLE handle) {
-    return guarded(handle, [](const session& run) {
-        return move_files(run, L"Deleting the former", [](const std::wstring& path, const std::wstring&) {
-            return ov::setup::delete_old(path);
-        });
-    });
+    return guarded(handle,
+                   [](const session& run) { return move_files(run, L"Deleting the former", delete_old); });
 }
 
 /// Runs behind DeleteOld on a removal: the installer could not remove the folders, for they held the files
@@ -125,11 +135,27 @@ extern "C" UINT WINAPI LeaveNoFolder(MSIHANDLE handle) {
 }
 
 extern "C" UINT WINAPI Register(MSIHANDLE handle) {
-    return guarded(handle, [](const session& run) { return call_module(run, "DllRegisterServer"); });
+    return guarded(handle, [](const session& run) {
+        const std::wstring path = run.property(L"CustomActionData");
+        const HRESULT result = ov::setup::call_server(path, "DllRegisterServer");
+        log_result(run, L"Registering", path, result);
+        return SUCCEEDED(result);
+    });
 }
 
+/// A module that is missing takes itself out of the registry no more: then what it would have done is done
+/// here, so that a damaged product can be removed.
 extern "C" UINT WINAPI Unregister(MSIHANDLE handle) {
-    return guarded(handle, [](const session& run) { return call_module(run, "DllUnregisterServer"); });
+    return guarded(handle, [](const session& run) {
+        const std::wstring path = run.property(L"CustomActionData");
+        HRESULT result = ov::setup::call_server(path, "DllUnregisterServer");
+        log_result(run, L"Unregistering", path, result);
+        if (result == HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND)) {
+            result = ov::registration::unregister_server();
+            log_result(run, L"Unregistering without", path, result);
+        }
+        return SUCCEEDED(result);
+    });
 }
 
 /// Runs last. A process that still holds an old file goes on with it until it ends, so the administrator is
