@@ -19,8 +19,6 @@ class owned_json {
     owned_json(json owned) noexcept : value(std::move(owned)) {}  // NOLINT: meant to be implicit
     owned_json(owned_json&&) noexcept = default;
     owned_json& operator=(owned_json&&) = delete;
-    owned_json(const owned_json&) = delete;
-    owned_json& operator=(const owned_json&) = delete;
     ~owned_json() { dismantle(value); }
 
     /// Puts a member into an object, or an object's first one into null. The library's own notation takes the

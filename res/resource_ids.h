@@ -5,7 +5,7 @@
 #define IDI_ORVANE 103
 #define IDD_HISTORY 104
 #define IDI_ONE_CLICK_RESTORE 105
-#define IDI_MANAGED 107
+#define IDI_RESERVED 107
 #define IDI_ADDONS 108
 
 #endif

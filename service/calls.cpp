@@ -1,11 +1,11 @@
 #include "service/calls.h"
 
-#include <string_view>
 #include <utility>
 
 #include "ovufc/ipc/drvport/client.h"
 #include "ovufc/json_bounded.h"
 #include "ovufc/owned_json.h"
+#include "ovufc/protocol/service_calls.h"
 #include "service/envelope.h"
 #include "service/file_exchange.h"
 #include "service/reply_readers.h"
@@ -15,6 +15,7 @@ namespace ov::service {
 namespace {
 
 namespace drvport = ipc::drvport;
+namespace fields = protocol::fields;
 
 /// Runs the body of a call. Expected failures are return values; what is still thrown (no memory, in the
 /// main) ends the body where it stands, and the call keeps the result that it has by then.
@@ -33,25 +34,25 @@ owned_json no_parameters() {
 
 owned_json folder_parameters(const std::wstring& folder_path) {
     owned_json parameters = json::object();
-    parameters.set("folderName", to_utf8(folder_path));
+    parameters.set(fields::folder_name, to_utf8(folder_path));
     return parameters;
 }
 
 owned_json file_parameters(const std::wstring& file_path) {
     owned_json parameters = json::object();
-    parameters.set("fileName", to_utf8(file_path));
+    parameters.set(fields::file_name, to_utf8(file_path));
     return parameters;
 }
 
 owned_json restore_point_parameters(std::int64_t createdOn, std::int64_t sequenceNumber) {
     owned_json parameters = json::object();
-    parameters.set("createdOn", createdOn);
-    parameters.set("sequenceNumber", sequenceNumber);
+    parameters.set(fields::created_on, createdOn);
+    parameters.set(fields::sequence_number, sequenceNumber);
     return parameters;
 }
 
-std::string_view export_type(export_kind kind) noexcept {
-    return kind == export_kind::deleted_files ? "recycleBin" : "chronels";
+const char* export_type(export_kind kind) noexcept {
+    return kind == export_kind::deleted_files ? protocol::export_deleted_files : protocol::export_chronels;
 }
 
 HRESULT outcome_of(service_call call, owned_json parameters) {
@@ -60,7 +61,7 @@ HRESULT outcome_of(service_call call, owned_json parameters) {
 
 /// For calls that are answered with a file: names the folder, then takes the file that the reply names.
 std::string file_answering(service_call call, owned_json parameters) {
-    parameters.set("tempFolder", to_utf8(temp_folder()));
+    parameters.set(fields::temp_folder, to_utf8(temp_folder()));
     const auto path = read_file_path(exchange(call, std::move(parameters)));
     return path ? take_driver_file(*path) : std::string();
 }
@@ -78,9 +79,9 @@ void send_chronel(service_call call, const std::wstring& file_path, owned_json& 
         return;
     }
     owned_json parameters = file_parameters(file_path);
-    parameters.set("usedFileName", std::move(used_file_name.value));
-    parameters.set("cloneFileName", taken(record, "cloneFileName").value);
-    parameters.set("chronelType", taken(record, "type").value);
+    parameters.set(fields::used_file_name, std::move(used_file_name.value));
+    parameters.set(fields::clone_file_name, taken(record, fields::clone_file_name).value);
+    parameters.set(fields::chronel_type, taken(record, fields::type).value);
     send(call, std::move(parameters));
 }
 
@@ -108,7 +109,7 @@ HRESULT protect_folder_as(const std::wstring& folder_path, const std::wstring& o
     HRESULT result = E_UNEXPECTED;
     attempt([&] {
         owned_json parameters = folder_parameters(folder_path);
-        parameters.set("objPath", to_utf8(object_path));
+        parameters.set(fields::object_path, to_utf8(object_path));
         result = outcome_of(service_call::protect_folder_as, std::move(parameters));
     });
     return result;
@@ -124,7 +125,7 @@ HRESULT export_folder(const std::wstring& folder_path, export_kind kind) noexcep
     HRESULT result = E_UNEXPECTED;
     attempt([&] {
         owned_json parameters = folder_parameters(folder_path);
-        parameters.set("exportType", export_type(kind));
+        parameters.set(fields::export_type, export_type(kind));
         result = outcome_of(service_call::export_folder, std::move(parameters));
     });
     return result;
@@ -139,7 +140,7 @@ std::string get_file_chronels(const std::wstring& file_path) noexcept {
 void restore_file_chronel(const std::wstring& file_path, const std::string& chronel_identifier) {
     owned_json record = parse_bounded_or_throw(chronel_identifier);
     attempt([&] {
-        send_chronel(service_call::restore_file_chronel, file_path, record, taken(record, "fileName"));
+        send_chronel(service_call::restore_file_chronel, file_path, record, taken(record, fields::file_name));
     });
 }
 

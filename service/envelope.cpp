@@ -28,8 +28,8 @@ bool transact(service_call call, owned_json parameters, reply_buffer& answer) {
 
 std::string request_text(service_call call, owned_json parameters) {
     owned_json request = json::object();
-    request.set("parameters", std::move(parameters.value));
-    request.set("serviceCall", static_cast<std::int64_t>(call));
+    request.set(protocol::fields::parameters, std::move(parameters.value));
+    request.set(protocol::fields::service_call, static_cast<std::int64_t>(call));
     // Strict: bytes that are not UTF-8 end the call rather than reach the driver as something else. Converted
     // and parsed texts are always UTF-8, so this is the net, not the road.
     return request.value.dump(-1, ' ', false, json::error_handler_t::strict);

@@ -5,8 +5,8 @@
 
 #include "ovufc/ipc/drvport/wire.h"
 #include "ovufc/owned_json.h"
+#include "ovufc/protocol/service_calls.h"
 #include "service/reply.h"
-#include "service/service_call.h"
 
 /// One service call: a compact JSON request, framed for the driver port, and the JSON reply.
 ///
@@ -14,6 +14,8 @@
 /// long as the port waits. Only std::bad_alloc and, for a string that is not UTF-8, the library's type_error
 /// get out.
 namespace ov::service {
+
+using protocol::service_call;
 
 /// The text of a request: `{"parameters":{…},"serviceCall":N}`, no blanks, keys ascending, raw UTF-8.
 /// `parameters` is an object, empty for a call without arguments.

@@ -5,6 +5,7 @@
 
 #include "ovufc/json_bounded.h"
 #include "ovufc/json_members.h"
+#include "ovufc/protocol/service_calls.h"
 
 namespace ov::service {
 
@@ -21,11 +22,11 @@ reply reply::parse(const char* bytes, std::size_t size_bytes) {
 }
 
 const json* reply::data() const noexcept {
-    return find_member(document_.value, "data");
+    return find_member(document_.value, protocol::fields::data);
 }
 
 std::optional<std::int64_t> reply::status() const noexcept {
-    const json* const code = find_member(document_.value, "statusCode");
+    const json* const code = find_member(document_.value, protocol::fields::status_code);
     if (code == nullptr || !code->is_number()) {
         return std::nullopt;
     }

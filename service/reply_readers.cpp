@@ -5,15 +5,15 @@
 #include "ovufc/json_bounded.h"
 #include "ovufc/json_members.h"
 #include "ovufc/owned_json.h"
+#include "ovufc/protocol/service_calls.h"
 #include "service/text.h"
 
 namespace ov::service {
 namespace {
 
-constexpr std::int64_t status_success = 0;
-/// The one call with another success value; 0 is a failure there.
-constexpr std::int64_t status_timestamp_present = -2;
-constexpr std::string_view ui_level_restricted = "restricted";
+namespace fields = protocol::fields;
+using protocol::status_success;
+using protocol::status_timestamp_present;
 
 /// Null when the call did not succeed or has no "data", which every call but one needs, even one that reads
 /// nothing of it. Looking has no effect, so which of the two is missing makes no difference to anybody.
@@ -34,12 +34,13 @@ HRESULT read_outcome(const reply& answer) noexcept {
 
 bool read_folder_status(const reply& answer, bool& is_protected, bool& restricted) noexcept {
     const json* const data = data_of_success(answer, status_success);
-    const json* const protected_folder = data == nullptr ? nullptr : find_member(*data, "protectedFolder");
+    const json* const protected_folder =
+        data == nullptr ? nullptr : find_member(*data, fields::protected_folder);
     if (protected_folder == nullptr || !protected_folder->is_boolean()) {
         return false;
     }
     is_protected = *protected_folder->get_ptr<const json::boolean_t*>();
-    const json* const ui_level = find_member(*data, "uiLevel");
+    const json* const ui_level = find_member(*data, fields::ui_level);
     if (ui_level == nullptr) {
         return true;
     }
@@ -47,20 +48,20 @@ bool read_folder_status(const reply& answer, bool& is_protected, bool& restricte
     if (level == nullptr) {
         return false;
     }
-    restricted = *level == ui_level_restricted;
+    restricted = *level == protocol::ui_level_restricted;
     return true;
 }
 
 std::optional<std::wstring> read_file_path(const reply& answer) {
     const json* const data = data_of_success(answer, status_success);
-    const json* const path = data == nullptr ? nullptr : find_member(*data, "objPath");
+    const json* const path = data == nullptr ? nullptr : find_member(*data, fields::object_path);
     const std::string* const text = path == nullptr ? nullptr : as_text(*path);
     return text == nullptr ? std::nullopt : std::optional(from_utf8(*text));
 }
 
 std::vector<std::wstring> read_restore_folders(const std::string& file_text) {
     const owned_json document = parse_bounded(file_text);
-    const json* const listed = find_member(document.value, "restoreFolders");
+    const json* const listed = find_member(document.value, fields::restore_folders);
     if (listed == nullptr || !listed->is_array()) {
         return {};
     }
@@ -78,14 +79,14 @@ std::vector<std::wstring> read_restore_folders(const std::string& file_text) {
 
 bool read_restore_point(const reply& answer, std::int64_t& createdOn, std::int64_t& sequenceNumber) noexcept {
     const json* const data = data_of_success(answer, status_success);
-    const json* const points = data == nullptr ? nullptr : find_member(*data, "restorePoints");
+    const json* const points = data == nullptr ? nullptr : find_member(*data, fields::restore_points);
     const auto* const listed = points == nullptr ? nullptr : points->get_ptr<const json::array_t*>();
     if (listed == nullptr || listed->empty()) {
         return false;
     }
     const json& first = listed->front();
-    const auto created = integer_member(first, "createdOn");
-    const auto sequence = integer_member(first, "sequenceNumber");
+    const auto created = integer_member(first, fields::created_on);
+    const auto sequence = integer_member(first, fields::sequence_number);
     if (!created || !sequence) {
         return false;
     }
@@ -100,7 +101,7 @@ bool read_restore_refused(const reply& answer) noexcept {
 
 std::optional<std::uint64_t> read_last_timestamp(const reply& answer) noexcept {
     const json* const data = data_of_success(answer, status_timestamp_present);
-    const auto timestamp = data == nullptr ? std::nullopt : integer_member(*data, "lastTimestamp");
+    const auto timestamp = data == nullptr ? std::nullopt : integer_member(*data, fields::last_timestamp);
     if (!timestamp) {
         return std::nullopt;
     }

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "companions/devdriver/service_wire.h"
+#include "ovufc/noncopyable.h"
 #include "ovufc/win/handle.h"
 
 namespace ov::devdriver {
@@ -27,11 +28,9 @@ struct request {
 /// One thread takes requests; any thread may answer them and set status words. The mapping goes away when
 /// this object is closed or destroyed, so no other call may be under way then. While it is open no client's
 /// slot changes hands between taking a request and answering it.
-class service_side {
+class service_side : private noncopyable {
   public:
     service_side() noexcept = default;
-    service_side(const service_side&) = delete;
-    service_side& operator=(const service_side&) = delete;
     ~service_side() { close(); }
 
     /// Becomes the service side. ERROR_SUCCESS or why not: ERROR_FILE_NOT_FOUND without a driver,

@@ -22,7 +22,7 @@ NameSpaceCategoryProvider::CanCategorizeOnSCID(const SHCOLUMNID* key) noexcept {
     if (key == nullptr) {
         return E_INVALIDARG;
     }
-    return same_key(*key, item_name_key) || same_key(*key, item_type_key) ? S_OK : S_FALSE;
+    return *key == item_name_key || *key == item_type_key ? S_OK : S_FALSE;
 }
 
 STDMETHODIMP
@@ -42,7 +42,7 @@ NameSpaceCategoryProvider::GetCategoryForSCID(const SHCOLUMNID* key, GUID* guid)
     if (guid == nullptr) {
         return E_POINTER;
     }
-    if (!same_key(*key, item_name_key) && key->fmtid != grouping_key.fmtid) {
+    if (*key != item_name_key && key->fmtid != grouping_key.fmtid) {
         return E_INVALIDARG;
     }
     *guid = type_category_guid;

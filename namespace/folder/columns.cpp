@@ -13,10 +13,6 @@
 
 namespace ov::name_space {
 
-bool same_key(const PROPERTYKEY& a, const PROPERTYKEY& b) noexcept {
-    return a.pid == b.pid && a.fmtid == b.fmtid;
-}
-
 const PROPERTYKEY* column_key(UINT column) noexcept {
     switch (column) {
         case columns::name:
@@ -40,10 +36,10 @@ std::wstring column_header(UINT column) {
 }
 
 std::wstring column_text(PCUITEMID_CHILD entry, const PROPERTYKEY& key) {
-    if (same_key(key, item_name_key)) {
+    if (key == item_name_key) {
         return display_name_of(entry);
     }
-    if (same_key(key, item_type_key)) {
+    if (key == item_type_key) {
         return type_category_name(item_type(item_type_of(entry)).category);
     }
     return {};
@@ -51,14 +47,14 @@ std::wstring column_text(PCUITEMID_CHILD entry, const PROPERTYKEY& key) {
 
 VARIANT column_value(PCUITEMID_CHILD entry, const PROPERTYKEY& key) {
     VARIANT value{};  // VT_EMPTY
-    if (same_key(key, item_name_key)) {
+    if (key == item_name_key) {
         const std::wstring text = display_name_of(entry);
         value.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
         if (value.bstrVal == nullptr) {
             throw std::bad_alloc();
         }
         value.vt = VT_BSTR;
-    } else if (same_key(key, item_type_key)) {
+    } else if (key == item_type_key) {
         value.uiVal = item_type_of(entry);
         value.vt = VT_UI2;
     }

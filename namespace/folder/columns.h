@@ -2,6 +2,7 @@
 
 #include <windows.h>
 #include <oaidl.h>
+#include <propkeydef.h>
 #include <shtypes.h>
 
 #include <string>
@@ -30,8 +31,6 @@ inline constexpr PROPERTYKEY item_type_key = {
 /// The key by which the view is told to group: the format identifier is all zeros. The category provider
 /// answers it, and does not answer the item-type key.
 inline constexpr PROPERTYKEY grouping_key = {GUID{}, 2};
-
-[[nodiscard]] bool same_key(const PROPERTYKEY& a, const PROPERTYKEY& b) noexcept;
 
 /// The key of a column; null for a column that the folder does not have.
 [[nodiscard]] const PROPERTYKEY* column_key(UINT column) noexcept;

@@ -28,7 +28,7 @@ NameSpaceEnumObj::Next(ULONG count, PITEMID_CHILD* entries, ULONG* fetched) noex
     if (position >= items.size()) {
         return S_FALSE;
     }
-    unique_child_id entry = make_item_id(items[position]);
+    com::unique_child_id entry = make_item_id(items[position]);
     if (entry == nullptr) {
         return S_FALSE;
     }

@@ -1,17 +1,34 @@
+// How the folder is made, and where it is.
+
 #include "namespace/folder/orv_name_space.h"
 
 #include <shlguid.h>
 #include <shlobj.h>
+#include <versionhelpers.h>
 
 #include <utility>
 
 #include "module/state/class_ids.h"
 #include "ovufc/com/guard.h"
+#include "ovufc/ipc/drvport/client.h"
 #include "ovufc/win/srw_lock.h"
 
 namespace ov::name_space {
 
+orvNameSpace::orvNameSpace() : isServer(IsWindowsServer()) {
+    build_items();
+}
+
 orvNameSpace::~orvNameSpace() = default;
+
+void orvNameSpace::read_flags() noexcept {
+    const std::uint32_t flags = ipc::drvport::flags();
+    uiRestricted = (flags & ORV_FLAG_UI_RESTRICTED) != 0;
+    showRestore = (flags & ORV_FLAG_RESTORE_HIDDEN) == 0;
+    showAddons = (flags & ORV_FLAG_ADDONS_SHOWN) != 0;
+    detailsView = (flags & ORV_FLAG_DETAILS_VIEW) != 0;
+    exportsAvailable = (flags & ORV_FLAG_EXPORTS_AVAILABLE) != 0;
+}
 
 STDMETHODIMP
 orvNameSpace::GetClassID(CLSID* clsid) noexcept {
@@ -24,7 +41,7 @@ orvNameSpace::GetClassID(CLSID* clsid) noexcept {
 
 STDMETHODIMP
 orvNameSpace::Initialize(PCIDLIST_ABSOLUTE id_list) noexcept {
-    unique_absolute_id_list clone(id_list != nullptr ? ILCloneFull(id_list) : nullptr);
+    com::unique_absolute_id_list clone(id_list != nullptr ? ILCloneFull(id_list) : nullptr);
     if (clone == nullptr) {
         return E_FAIL;
     }

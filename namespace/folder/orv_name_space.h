@@ -10,9 +10,9 @@
 
 #include "module/state/module_state.h"
 #include "namespace/items/item_data.h"
-#include "namespace/items/task_memory.h"
 #include "namespace/locations/location_document.h"
 #include "ovufc/com/com_object.h"
+#include "ovufc/com/task_memory.h"
 
 namespace ov::name_space {
 
@@ -109,13 +109,10 @@ class orvNameSpace final : public orvNameSpaceBase {
     void add_user_folder(std::uint32_t bit);
     void add_category_items(const location_document& document) noexcept;
     void add_locations(const location_document& document);
-    [[nodiscard]] bool add_all(const location_list& list, std::uint16_t type);
     void add_action_entries();
     void read_flags() noexcept;
 
     [[nodiscard]] HRESULT create_view(IShellView** result) noexcept;
-    [[nodiscard]] HRESULT create_context_menu(HWND owner, UINT count, PCUITEMID_CHILD_ARRAY entries,
-                                              REFIID riid, void** result) noexcept;
 
     std::vector<ItemData> items;  // in display order
     SRWLOCK itemsLock = SRWLOCK_INIT;
@@ -132,7 +129,7 @@ class orvNameSpace final : public orvNameSpaceBase {
     // Every list it was given. The earlier ones are kept until the folder ends, and not freed by the next
     // `Initialize`: another thread may be copying one, or the shell making a menu of one, at that moment. A
     // lock for all that would be held while the shell calls back into this folder.
-    std::vector<unique_absolute_id_list> givenIdLists;
+    std::vector<com::unique_absolute_id_list> givenIdLists;
     SRWLOCK givenListsLock = SRWLOCK_INIT;  // for `Initialize` alone
 };
 

@@ -21,19 +21,6 @@ constexpr UINT columns_with_state = 3;
 }  // namespace
 
 STDMETHODIMP
-orvNameSpace::GetDefaultSearchGUID(GUID*) noexcept {
-    return E_NOTIMPL;
-}
-
-STDMETHODIMP
-orvNameSpace::EnumSearches(IEnumExtraSearch** result) noexcept {
-    if (result != nullptr) {
-        *result = nullptr;
-    }
-    return E_NOINTERFACE;
-}
-
-STDMETHODIMP
 orvNameSpace::GetDefaultColumn(DWORD, ULONG* sort, ULONG* display) noexcept {
     if (sort == nullptr || display == nullptr) {
         return E_POINTER;

@@ -13,6 +13,7 @@
 #include "namespace/items/item_types.h"
 #include "namespace/locations/protected_locations.h"
 #include "namespace/locations/user_folders.h"
+#include "ovufc/com/known_folder.h"
 #include "ovufc/i18n/message_ids.h"
 #include "ovufc/ipc/drvport/client.h"
 #include "ovufc/win/srw_lock.h"
@@ -28,27 +29,7 @@ constexpr std::array leading_folders{bits::desktop, bits::documents};
 constexpr std::array trailing_folders{bits::pictures, bits::objects_3d,  bits::contacts,
                                       bits::music,    bits::saved_games, bits::videos};
 
-bool is_server_system() noexcept {
-    OSVERSIONINFOEXW version{};
-    version.dwOSVersionInfoSize = sizeof(version);
-    version.wProductType = VER_NT_WORKSTATION;
-    return VerifyVersionInfoW(&version, VER_PRODUCT_TYPE,
-                              VerSetConditionMask(0, VER_PRODUCT_TYPE, VER_EQUAL)) == FALSE;
-}
-
-// Empty when the system has no such folder.
-std::wstring resolved_path(const KNOWNFOLDERID& folder) {
-    wchar_t* path = nullptr;
-    const HRESULT result = SHGetKnownFolderPath(folder, 0, nullptr, &path);
-    const unique_task_text owned(path);
-    return SUCCEEDED(result) && path != nullptr ? std::wstring(path) : std::wstring();
-}
-
 }  // namespace
-
-orvNameSpace::orvNameSpace() : isServer(is_server_system()) {
-    build_items();
-}
 
 void orvNameSpace::build_items() {
     const std::shared_ptr<const location_document> locations = protected_locations();
@@ -74,7 +55,7 @@ void orvNameSpace::add_user_folder(std::uint32_t bit) {
         if (folder.bit != bit) {
             continue;
         }
-        std::wstring path = resolved_path(*folder.known_folder);
+        std::wstring path = com::known_folder_path(*folder.known_folder);
         if (!path.empty()) {
             add_item(std::move(path), item_types::folder);
         }
@@ -95,40 +76,16 @@ void orvNameSpace::add_category_items(const location_document& document) noexcep
 
 void orvNameSpace::add_locations(const location_document& document) {
     items.reserve(items.size() + document.entry_count() + trailing_folders.size() + 2);
-    // The order of display. A broken list shows what came before the break, and nothing comes after it.
-    for (const std::wstring& name : document.hard_drive.names) {
-        add_item(name, item_types::folder);
+    for (std::size_t row = 0; row < location_arrays.size(); ++row) {
+        for (const std::wstring& name : document.lists[row].names) {
+            add_item(name, location_arrays[row].type);
+        }
+        // A broken list shows what came before the break, and nothing comes after it.
+        if (document.lists[row].is_broken) {
+            nextIndex += location_arrays[row].broken_entry_has_index ? 1 : 0;
+            return;
+        }
     }
-    if (document.hard_drive.is_broken) {
-        return;
-    }
-    (void)(add_all(document.mgmt_custom, item_types::folder) &&
-           add_all(document.one_drive, item_types::cloud_folder) &&
-           add_all(document.google, item_types::cloud_folder) &&
-           add_all(document.box_syn, item_types::cloud_folder) &&
-           add_all(document.drop_box, item_types::cloud_folder) &&
-           add_all(document.one_drive_business, item_types::cloud_folder));
-}
-
-bool orvNameSpace::add_all(const location_list& list, std::uint16_t type) {
-    for (const std::wstring& name : list.names) {
-        add_item(name, type);
-    }
-    if (list.is_broken) {
-        // In these lists an entry has its index before it is looked at, so the one that broke the list used
-        // one up; among the local folders only an added item does.
-        ++nextIndex;
-    }
-    return !list.is_broken;
-}
-
-void orvNameSpace::read_flags() noexcept {
-    const std::uint32_t flags = ipc::drvport::flags();
-    uiRestricted = (flags & ORV_FLAG_UI_RESTRICTED) != 0;
-    showRestore = (flags & ORV_FLAG_RESTORE_HIDDEN) == 0;
-    showAddons = (flags & ORV_FLAG_ADDONS_SHOWN) != 0;
-    detailsView = (flags & ORV_FLAG_DETAILS_VIEW) != 0;
-    exportsAvailable = (flags & ORV_FLAG_EXPORTS_AVAILABLE) != 0;
 }
 
 void orvNameSpace::add_action_entries() {

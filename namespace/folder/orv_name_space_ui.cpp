@@ -8,6 +8,7 @@
 #include "namespace/items/item_associations.h"
 #include "namespace/items/item_data_object.h"
 #include "namespace/items/item_icon.h"
+#include "namespace/items/item_menu.h"
 #include "ovufc/com/guard.h"
 
 namespace ov::name_space {
@@ -25,7 +26,7 @@ orvNameSpace::GetUIObjectOf(HWND owner, UINT count, PCUITEMID_CHILD_ARRAY entrie
     const PCUITEMID_CHILD first = count != 0 ? entries[0] : nullptr;
     return com::guarded([&]() -> HRESULT {
         if (riid == IID_IContextMenu) {
-            return create_context_menu(owner, count, entries, riid, result);
+            return create_item_menu(*this, folderIdList, owner, count, entries, riid, result);
         }
         if (riid == IID_IExtractIconW) {
             return create_item_icon(first, riid, result);
@@ -38,17 +39,6 @@ orvNameSpace::GetUIObjectOf(HWND owner, UINT count, PCUITEMID_CHILD_ARRAY entrie
         }
         return E_NOINTERFACE;
     });
-}
-
-HRESULT orvNameSpace::create_context_menu(HWND owner, UINT count, PCUITEMID_CHILD_ARRAY entries, REFIID riid,
-                                          void** result) noexcept {
-    DEFCONTEXTMENU menu{};
-    menu.hwnd = owner;
-    menu.pidlFolder = folderIdList;
-    menu.psf = this;
-    menu.cidl = count;
-    menu.apidl = entries;
-    return SHCreateDefaultContextMenu(&menu, riid, result);
 }
 
 }  // namespace ov::name_space

@@ -5,7 +5,7 @@
 #include <wrl/client.h>
 
 #include "namespace/items/item_id.h"
-#include "namespace/items/task_memory.h"
+#include "ovufc/com/task_memory.h"
 
 namespace ov::name_space {
 
@@ -29,7 +29,7 @@ std::wstring shell_name_of(const std::wstring& path) {
     if (FAILED(item->GetDisplayName(SIGDN_NORMALDISPLAY, &text)) || text == nullptr) {
         return {};
     }
-    return unique_task_text(text).get();
+    return com::unique_task_text(text).get();
 }
 
 }  // namespace

@@ -2,13 +2,13 @@
 
 #include <objidl.h>
 #include <shlobj.h>
+#include <versionhelpers.h>
 
 #include <cstring>
 #include <string>
 
 #include "namespace/items/item_id.h"
 #include "namespace/items/item_types.h"
-#include "ovufc/win/windows_version.h"
 
 namespace ov::name_space {
 
@@ -61,7 +61,7 @@ HRESULT create_item_data_object(PCIDLIST_ABSOLUTE folder, UINT count, PCUITEMID_
     if (FAILED(made) || *result == nullptr || count == 0) {
         return made;
     }
-    if (item_type(item_type_of(entries[0])).browsable && !win::is_windows_8_or_later()) {
+    if (item_type(item_type_of(entries[0])).browsable && !IsWindows8OrGreater()) {
         add_file_list(*static_cast<IDataObject*>(*result), item_name_of(entries[0]));
     }
     return made;

@@ -31,7 +31,7 @@ bool read_own_header(PCUIDLIST_RELATIVE entry, header& head) noexcept {
 
 }  // namespace
 
-unique_child_id make_item_id(const ItemData& item) noexcept {
+com::unique_child_id make_item_id(const ItemData& item) noexcept {
     const std::size_t wrapped_units = static_cast<std::uint16_t>(item.name.size());
     const std::size_t units = std::min(wrapped_units, longest_name_units);
     const std::size_t entry_bytes = fixed_bytes + units * sizeof(wchar_t);
@@ -49,7 +49,7 @@ unique_child_id make_item_id(const ItemData& item) noexcept {
                       .length = static_cast<std::uint16_t>(units)};
     std::memcpy(bytes, &head, sizeof(head));
     std::memcpy(bytes + sizeof(head), item.name.data(), units * sizeof(wchar_t));
-    return unique_child_id(reinterpret_cast<PITEMID_CHILD>(bytes));
+    return com::unique_child_id(reinterpret_cast<PITEMID_CHILD>(bytes));
 }
 
 bool is_own_item_id(PCUIDLIST_RELATIVE entry) noexcept {

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "namespace/items/item_data.h"
-#include "namespace/items/task_memory.h"
+#include "ovufc/com/task_memory.h"
 
 /// The item ID entry: how an item of the namespace folder looks in the shell's hands.
 ///
@@ -53,7 +53,7 @@ static_assert(sizeof(wchar_t) == 2);
 /// memory. A name of more than 65,535 units is taken modulo 65,536, as its length field is; a name too long
 /// for the 16-bit `cb` is cut to the 32,760 units that fit, since a list whose sizes lie is read out of
 /// bounds by everybody.
-[[nodiscard]] unique_child_id make_item_id(const ItemData& item) noexcept;
+[[nodiscard]] com::unique_child_id make_item_id(const ItemData& item) noexcept;
 
 /// True for an entry of this folder: present, of at least 12 bytes and with our signature.
 [[nodiscard]] bool is_own_item_id(PCUIDLIST_RELATIVE entry) noexcept;

@@ -39,7 +39,7 @@ constexpr std::array<item_type_row, 6> rows{{
      -IDI_ONE_CLICK_RESTORE, GIL_SHIELD, type_categories::restore},
     {item_types::addons, false, 0, parsed_other, addons_prog_id, icon_source::module, -IDI_ADDONS, 0,
      type_categories::addons},
-    {item_types::managed, false, 0, parsed_other, nullptr, icon_source::module, -IDI_MANAGED, 0,
+    {item_types::reserved_with_icon, false, 0, parsed_other, nullptr, icon_source::module, -IDI_RESERVED, 0,
      type_categories::restore},
     {item_types::reserved, false, 0, parsed_other, nullptr, icon_source::system, system_other_icon, 0,
      type_categories::folders},

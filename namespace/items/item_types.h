@@ -17,7 +17,7 @@ inline constexpr std::uint16_t folder = 0x1010;
 /// Reserved: no producer.
 inline constexpr std::uint16_t reserved = 0x2020;
 /// Reserved, with an icon of its own: no producer.
-inline constexpr std::uint16_t managed = 0x3030;
+inline constexpr std::uint16_t reserved_with_icon = 0x3030;
 inline constexpr std::uint16_t cloud_folder = 0x5050;
 inline constexpr std::uint16_t one_click_restore = 0x6060;
 inline constexpr std::uint16_t addons = 0x7070;

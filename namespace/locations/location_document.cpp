@@ -18,19 +18,14 @@ location_document unreadable_document() noexcept {
 
 }  // namespace
 
-std::array<const location_list*, 7> location_document::lists() const noexcept {
-    return {&hard_drive, &mgmt_custom, &one_drive, &google, &box_syn, &drop_box, &one_drive_business};
-}
-
 bool location_document::is_complete() const noexcept {
-    const auto all = lists();
-    return std::all_of(all.begin(), all.end(), [](const auto* list) { return list->is_array; });
+    return std::all_of(lists.begin(), lists.end(), [](const location_list& list) { return list.is_array; });
 }
 
 std::size_t location_document::entry_count() const noexcept {
     std::size_t count = 0;
-    for (const auto* list : lists()) {
-        count += list->names.size();
+    for (const location_list& list : lists) {
+        count += list.names.size();
     }
     return count;
 }
@@ -45,7 +40,7 @@ location_document read_location_document(std::string_view text) noexcept {
         if (!json::sax_parse(text.begin(), text.end(), &reader)) {
             return unreadable_document();
         }
-        if (!document.hard_drive.is_array || document.hard_drive.is_broken) {
+        if (!document.local().is_array || document.local().is_broken) {
             document.user_folder_mask = user_folder_bits::all;
         }
         return document;

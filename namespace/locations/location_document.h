@@ -7,8 +7,32 @@
 #include <string_view>
 #include <vector>
 
+#include "namespace/items/item_types.h"
+#include "ovufc/protocol/protected_locations.h"
+
 /// What one protected-locations document says, read in a single pass.
 namespace ov::name_space {
+
+/// The arrays of the document: a row of its table each, in the order of display.
+struct location_array {
+    /// A member of the root; of the first, the object whose "folders" is the array.
+    const char* key;
+    /// What its entries are in the folder: one of `item_types`.
+    std::uint16_t type;
+    /// An entry takes its index before it is looked at, so that the one that breaks the array uses one up.
+    /// Among the local folders only an item that is shown does.
+    bool broken_entry_has_index;
+};
+
+inline constexpr std::array<location_array, 7> location_arrays{{
+    {protocol::locations::hard_drive, item_types::folder, false},
+    {protocol::locations::mgmt_custom, item_types::folder, true},
+    {protocol::locations::cloud[0], item_types::cloud_folder, true},
+    {protocol::locations::cloud[1], item_types::cloud_folder, true},
+    {protocol::locations::cloud[2], item_types::cloud_folder, true},
+    {protocol::locations::cloud[3], item_types::cloud_folder, true},
+    {protocol::locations::cloud[4], item_types::cloud_folder, true},
+}};
 
 /// One of the document's arrays.
 struct location_list {
@@ -22,13 +46,12 @@ struct location_list {
 
 /// The document's seven arrays. Only what the folder needs is kept: no tree of the document is built.
 struct location_document {
-    location_list hard_drive;
-    location_list mgmt_custom;
-    location_list one_drive;
-    location_list google;
-    location_list box_syn;
-    location_list drop_box;
-    location_list one_drive_business;
+    /// By the rows of `location_arrays`.
+    std::array<location_list, location_arrays.size()> lists;
+
+    /// The local folders, "hardDrive"."folders".
+    [[nodiscard]] location_list& local() noexcept { return lists.front(); }
+    [[nodiscard]] const location_list& local() const noexcept { return lists.front(); }
 
     /// Which standard user folders "hardDrive"."folders" names, whatever the other arrays are; all of them
     /// when that array cannot be read to its end.
@@ -42,9 +65,6 @@ struct location_document {
 
     /// How many entries the seven arrays hold.
     [[nodiscard]] std::size_t entry_count() const noexcept;
-
-  private:
-    [[nodiscard]] std::array<const location_list*, 7> lists() const noexcept;
 };
 
 /// Reads `text`, in time linear in its length. Of a key given twice the last counts. An empty text, one that

@@ -1,7 +1,6 @@
 #include "namespace/locations/location_reader.h"
 
 #include <algorithm>
-#include <array>
 
 #include "namespace/locations/user_folders.h"
 #include "ovufc/json_bounded.h"
@@ -11,44 +10,28 @@ namespace ov::name_space {
 
 namespace {
 
-constexpr std::string_view hard_drive_key = "hardDrive";
-constexpr std::string_view folders_key = "folders";
-
-struct list_row {
-    std::string_view key;
-    location_list location_document::*list;
-};
-
-// The arrays that are members of the root.
-constexpr std::array<list_row, 6> root_lists{{
-    {"mgmtCustom", &location_document::mgmt_custom},
-    {"oneDrive", &location_document::one_drive},
-    {"google", &location_document::google},
-    {"boxSyn", &location_document::box_syn},
-    {"dropBox", &location_document::drop_box},
-    {"oneDriveBusiness", &location_document::one_drive_business},
-}};
+namespace locations = protocol::locations;
 
 }  // namespace
 
 location_list* location_reader::list_named(std::string_view name) noexcept {
-    const auto* row =
-        std::find_if(root_lists.begin(), root_lists.end(), [=](const auto& r) { return r.key == name; });
-    return row != root_lists.end() ? &(document_.*row->list) : nullptr;
+    const auto* row = std::find_if(location_arrays.begin() + 1, location_arrays.end(),
+                                   [=](const location_array& r) { return r.key == name; });
+    return row != location_arrays.end() ? &document_.lists[row - location_arrays.begin()] : nullptr;
 }
 
 bool location_reader::key(std::string& name) {
     next_list_ = nullptr;
     hard_drive_is_next_ = false;
     if (root_is_object_ && depth_ == root_depth) {
-        hard_drive_is_next_ = name == hard_drive_key;
+        hard_drive_is_next_ = name == locations::hard_drive;
         next_list_ = list_named(name);
         if (hard_drive_is_next_) {
             forget_hard_drive();
         }
-    } else if (in_hard_drive_ && depth_ == hard_drive_depth && name == folders_key) {
+    } else if (in_hard_drive_ && depth_ == hard_drive_depth && name == locations::folders) {
         forget_hard_drive();
-        next_list_ = &document_.hard_drive;
+        next_list_ = &document_.local();
     }
     if (next_list_ != nullptr) {
         // Of a key given twice the last counts.
@@ -120,14 +103,14 @@ bool location_reader::leave() noexcept {
 }
 
 void location_reader::forget_hard_drive() noexcept {
-    document_.hard_drive = {};
+    document_.local() = {};
     document_.user_folder_mask = 0;
 }
 
 void location_reader::add(const std::string& value) {
     // A rule for a folder below the profiles is no item: the folders that we know of are shown by their
     // paths, the others not at all.
-    if (list_ == &document_.hard_drive && is_profile_rule(value)) {
+    if (list_ == &document_.local() && is_profile_rule(value)) {
         document_.user_folder_mask |= user_folder_bit_of_rule(value);
         return;
     }

@@ -40,6 +40,7 @@ class location_reader {
     static constexpr std::size_t root_depth = 1;
     static constexpr std::size_t hard_drive_depth = 2;
 
+    /// The list of a member of the root; "hardDrive" has its own deeper down.
     [[nodiscard]] location_list* list_named(std::string_view name) noexcept;
     [[nodiscard]] bool at_entry() const noexcept { return list_ != nullptr && depth_ == list_depth_; }
     bool other_value() noexcept;

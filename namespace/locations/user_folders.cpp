@@ -4,11 +4,13 @@
 
 #include <algorithm>
 
+#include "ovufc/protocol/protected_locations.h"
+
 namespace ov::name_space {
 
 namespace {
 
-constexpr std::string_view profile_prefix = R"(C:\Users\[^\\]*\)";
+constexpr std::string_view profile_prefix = protocol::locations::profile_rule;
 static_assert(profile_prefix.size() == 16);
 
 namespace bits = user_folder_bits;

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 
+#include "ovufc/noncopyable.h"
 #include "ovufc/win/handle.h"
 
 namespace ov::cert {
@@ -27,11 +28,9 @@ struct certificate_traits {
 using unique_certificate = win::unique_handle<certificate_traits>;
 
 /// Owns one certificate; freed with the object. Empty until `load_signer` succeeds. For one thread at a time.
-class cert_context {
+class cert_context : private noncopyable {
   public:
     cert_context() noexcept = default;
-    cert_context(const cert_context&) = delete;
-    cert_context& operator=(const cert_context&) = delete;
     virtual ~cert_context() = default;
 
     /// Holds the certificate of the first signer of the signature embedded in the file at `path`. False, and

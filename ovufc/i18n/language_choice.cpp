@@ -1,10 +1,9 @@
 #include "ovufc/i18n/language_choice.h"
 
 #include <windows.h>
+#include <versionhelpers.h>
 
 #include <algorithm>
-
-#include "ovufc/win/windows_version.h"
 
 namespace ov::i18n {
 
@@ -50,7 +49,9 @@ std::uint16_t if_enabled(std::uint32_t known) {
 }  // namespace
 
 std::uint16_t candidate_language() noexcept {
-    return win::is_windows_8_or_later() ? GetUserDefaultLangID() : GetUserDefaultUILanguage();
+    // Asks for the version that the host is shown: one without a manifest for Windows 8.1 or later sees 6.2,
+    // which is new enough.
+    return IsWindows8OrGreater() ? GetUserDefaultLangID() : GetUserDefaultUILanguage();
 }
 
 std::optional<std::uint16_t> choose_language(std::uint16_t candidate) noexcept {

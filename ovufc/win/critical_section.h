@@ -2,17 +2,17 @@
 
 #include <windows.h>
 
+#include "ovufc/noncopyable.h"
+
 namespace ov::win {
 
 /// Owner of one critical section; its address is fixed for its life.
-class critical_section {
+class critical_section : private noncopyable {
   public:
     /// Cannot fail: since Windows Vista InitializeCriticalSectionAndSpinCount always succeeds.
     explicit critical_section(DWORD spin_count) noexcept {
         InitializeCriticalSectionAndSpinCount(&section_, spin_count);
     }
-    critical_section(const critical_section&) = delete;
-    critical_section& operator=(const critical_section&) = delete;
     ~critical_section() { DeleteCriticalSection(&section_); }
 
   private:
@@ -21,13 +21,11 @@ class critical_section {
 };
 
 /// Holds a critical section for the length of a scope.
-class [[nodiscard]] critical_section_lock {
+class [[nodiscard]] critical_section_lock : private noncopyable {
   public:
     explicit critical_section_lock(critical_section& held) noexcept : section_(held.section_) {
         EnterCriticalSection(&section_);
     }
-    critical_section_lock(const critical_section_lock&) = delete;
-    critical_section_lock& operator=(const critical_section_lock&) = delete;
     ~critical_section_lock() { LeaveCriticalSection(&section_); }
 
   private:

@@ -20,8 +20,6 @@ class unique_handle {
         reset(other.release());
         return *this;
     }
-    unique_handle(const unique_handle&) = delete;
-    unique_handle& operator=(const unique_handle&) = delete;
     ~unique_handle() { reset(); }
 
     [[nodiscard]] type get() const noexcept { return value_; }

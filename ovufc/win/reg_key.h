@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "ovufc/noncopyable.h"
+
 namespace ov::win {
 
 /// Which of the registry's two views a key is opened in; any other number acts as the caller's own view.
@@ -19,11 +21,9 @@ inline constexpr std::uint32_t bits_64 = 2;
 /// status; the destructor closes the key.
 ///
 /// For one thread at a time. Texts are written with their terminating zero.
-class reg_key {
+class reg_key : private noncopyable {
   public:
     reg_key() = default;
-    reg_key(const reg_key&) = delete;
-    reg_key& operator=(const reg_key&) = delete;
     virtual ~reg_key() { close(); }
 
     /// Creates `subkey` or opens the one that is there, with all access, and sets its unnamed value to

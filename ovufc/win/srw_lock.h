@@ -2,14 +2,14 @@
 
 #include <windows.h>
 
+#include "ovufc/noncopyable.h"
+
 namespace ov::win {
 
 /// Holds a slim reader/writer lock exclusively for the length of a scope.
-class [[nodiscard]] exclusive_lock {
+class [[nodiscard]] exclusive_lock : private noncopyable {
   public:
     explicit exclusive_lock(SRWLOCK& lock) noexcept : lock_(lock) { AcquireSRWLockExclusive(&lock_); }
-    exclusive_lock(const exclusive_lock&) = delete;
-    exclusive_lock& operator=(const exclusive_lock&) = delete;
     ~exclusive_lock() { ReleaseSRWLockExclusive(&lock_); }
 
   private:
@@ -17,11 +17,9 @@ class [[nodiscard]] exclusive_lock {
 };
 
 /// Holds a slim reader/writer lock shared for the length of a scope.
-class [[nodiscard]] shared_lock {
+class [[nodiscard]] shared_lock : private noncopyable {
   public:
     explicit shared_lock(SRWLOCK& lock) noexcept : lock_(lock) { AcquireSRWLockShared(&lock_); }
-    shared_lock(const shared_lock&) = delete;
-    shared_lock& operator=(const shared_lock&) = delete;
     ~shared_lock() { ReleaseSRWLockShared(&lock_); }
 
   private:

@@ -4,7 +4,7 @@
 #include <shobjidl.h>
 #include <wrl/client.h>
 
-#include <memory>
+#include "ovufc/com/task_memory.h"
 
 namespace ov::shell {
 
@@ -16,12 +16,9 @@ class selected_entry {
     [[nodiscard]] bool find(IDataObject* selection) noexcept;
 
   private:
-    struct task_memory_deleter {
-        void operator()(wchar_t* text) const noexcept { CoTaskMemFree(text); }
-    };
     Microsoft::WRL::ComPtr<IShellItemArray> items_;
     Microsoft::WRL::ComPtr<IShellItem> item_;
-    std::unique_ptr<wchar_t, task_memory_deleter> name_;
+    com::unique_task_text name_;
 };
 
 }  // namespace ov::shell

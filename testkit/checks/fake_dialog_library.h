@@ -8,17 +8,16 @@
 #include <vector>
 
 #include "ovufc/dialog/dialog_records.h"
+#include "ovufc/noncopyable.h"
 #include "testkit/imports/import_patch.h"
 
 namespace ov::test {
 
 /// Stands in for orvdialog.dll towards one module, through its import table: no file is loaded. Calls for
 /// other libraries reach the system. One instance at a time, one thread.
-class fake_dialog_library {
+class fake_dialog_library : private noncopyable {
   public:
     explicit fake_dialog_library(HMODULE module);
-    fake_dialog_library(const fake_dialog_library&) = delete;
-    fake_dialog_library& operator=(const fake_dialog_library&) = delete;
     ~fake_dialog_library();
 
     bool is_missing = false;

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "ovufc/noncopyable.h"
+
 namespace ov::test {
 
 /// Keeps the books of the handles that one module makes and gives back: icons, bitmaps, device contexts,
@@ -14,11 +16,9 @@ namespace ov::test {
 ///
 /// A handle given back by the wrong function is a failure of the running test. One instance at a time; one
 /// thread.
-class handle_ledger {
+class handle_ledger : private noncopyable {
   public:
     explicit handle_ledger(HMODULE module);
-    handle_ledger(const handle_ledger&) = delete;
-    handle_ledger& operator=(const handle_ledger&) = delete;
     ~handle_ledger();
 
     /// The functions whose handles are still out, sorted; several when several are.

@@ -5,6 +5,8 @@
 #include <memory>
 #include <vector>
 
+#include "ovufc/noncopyable.h"
+
 namespace ov::test {
 
 /// Notes which slim reader/writer locks one module takes and gives back, through its import table:
@@ -14,7 +16,7 @@ namespace ov::test {
 ///     EXPECT_EQ(locks.taken(), (std::vector<lock_trace::hold>{{&cacheLock, lock_trace::mode::shared}}));
 ///
 /// Only the constructing thread is noted; the locks themselves work as ever. One trace at a time.
-class lock_trace {
+class lock_trace : private noncopyable {
   public:
     enum class mode { shared, exclusive };
     struct hold {
@@ -25,8 +27,6 @@ class lock_trace {
     };
 
     explicit lock_trace(HMODULE module);
-    lock_trace(const lock_trace&) = delete;
-    lock_trace& operator=(const lock_trace&) = delete;
     ~lock_trace();
 
     /// The locks taken so far, in order.

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "ovufc/noncopyable.h"
 #include "testkit/imports/import_patch.h"
 
 namespace ov::test {
@@ -16,7 +17,7 @@ namespace ov::test {
 ///
 /// Boxes are answered from any thread, in the order in which they come. A box beyond the script is a failure
 /// of the running test and answered with 0. One script at a time.
-class message_box_script {
+class message_box_script : private noncopyable {
   public:
     struct box {
         HWND owner;
@@ -26,8 +27,6 @@ class message_box_script {
     };
 
     message_box_script(HMODULE module, std::initializer_list<int> answers);
-    message_box_script(const message_box_script&) = delete;
-    message_box_script& operator=(const message_box_script&) = delete;
     ~message_box_script();
 
     /// Called while a box is up, before it is answered.

@@ -4,15 +4,15 @@
 #include <string>
 #include <string_view>
 
+#include "ovufc/noncopyable.h"
+
 namespace ov::test {
 
 /// A file of its own name in the user's temporary folder, gone at the end of the scope whether or not
 /// somebody else has deleted it. A file that cannot be made is a failure of the running test.
-class temp_file {
+class temp_file : private noncopyable {
   public:
     explicit temp_file(std::string_view content);
-    temp_file(const temp_file&) = delete;
-    temp_file& operator=(const temp_file&) = delete;
     ~temp_file();
 
     [[nodiscard]] const std::wstring& path() const noexcept { return path_; }

@@ -3,15 +3,15 @@
 #include <string>
 #include <string_view>
 
+#include "ovufc/noncopyable.h"
+
 namespace ov::test {
 
 /// A folder of its own under the user's temporary folder, deleted with all that it holds at the end of the
 /// scope. What cannot be made is a failure of the running test.
-class temp_folder {
+class temp_folder : private noncopyable {
   public:
     temp_folder();
-    temp_folder(const temp_folder&) = delete;
-    temp_folder& operator=(const temp_folder&) = delete;
     ~temp_folder();
 
     /// Full path, without a backslash at its end.

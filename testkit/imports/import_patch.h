@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "ovufc/noncopyable.h"
+
 namespace ov::test {
 
 /// True when `module` imports `function` by name from a DLL that matches `dll_pattern` (see import_patch).
@@ -12,11 +14,9 @@ namespace ov::test {
 
 /// The slots of one imported function in the import table of one module, pointed elsewhere until destruction.
 /// Use it through import_patch, which knows the function's type.
-class import_slots {
+class import_slots : private noncopyable {
   public:
     import_slots(HMODULE module, const char* dll_pattern, const char* function, FARPROC replacement);
-    import_slots(const import_slots&) = delete;
-    import_slots& operator=(const import_slots&) = delete;
     ~import_slots();
 
     [[nodiscard]] FARPROC original() const noexcept { return saved_.front().value; }

@@ -5,6 +5,8 @@
 #include <functional>
 #include <string>
 
+#include "ovufc/noncopyable.h"
+
 namespace ov::test {
 
 /// Runs a function on a DLL between its being loaded, imports and all, and its being entered for the first
@@ -15,11 +17,9 @@ namespace ov::test {
 ///
 /// The function runs under the loader's lock. Throws std::runtime_error when the system does not tell of
 /// loads.
-class before_attach {
+class before_attach : private noncopyable {
   public:
     before_attach(std::wstring file_name, std::function<void(HMODULE)> act);
-    before_attach(const before_attach&) = delete;
-    before_attach& operator=(const before_attach&) = delete;
     ~before_attach();
 
     struct notification;

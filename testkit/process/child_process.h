@@ -22,8 +22,6 @@ class child_process {
                   HANDLE token = nullptr);
     child_process(child_process&&) noexcept = default;
     child_process& operator=(child_process&&) = delete;
-    child_process(const child_process&) = delete;
-    child_process& operator=(const child_process&) = delete;
     ~child_process();
 
     /// The exit code, or nothing when the child still runs after `timeout_ms`.

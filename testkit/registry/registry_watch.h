@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "ovufc/noncopyable.h"
+
 namespace ov::test {
 
 /// Writes down every registry call that one module makes through its import table, with its arguments.
@@ -23,7 +25,7 @@ namespace ov::test {
 /// "#1" is the first key that was opened, "= 2" the status of a call that failed; sizes are in bytes, access
 /// rights and numbers hexadecimal. Arguments that nobody should pass (a class, a security descriptor) are
 /// named when they are there. One watch at a time, on one thread.
-class registry_watch {
+class registry_watch : private noncopyable {
   public:
     enum class mode {
         pass_through,  ///< calls reach the registry
@@ -31,8 +33,6 @@ class registry_watch {
     };
 
     registry_watch(HMODULE module, mode how);
-    registry_watch(const registry_watch&) = delete;
-    registry_watch& operator=(const registry_watch&) = delete;
     ~registry_watch();
 
     /// Asked before each call, with its number (from 0) and its line as far as the arguments. A status that

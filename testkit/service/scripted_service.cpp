@@ -28,7 +28,7 @@ bool is_due(DWORD tick) noexcept {
 
 }  // namespace
 
-class scripted_service::runner {
+class scripted_service::runner : private noncopyable {
   public:
     explicit runner(answer_function answer) : answer_(std::move(answer)) {
         const DWORD error = side.open(patience_ms);
@@ -44,8 +44,6 @@ class scripted_service::runner {
         }
         side.set_state(1);
     }
-    runner(const runner&) = delete;
-    runner& operator=(const runner&) = delete;
     ~runner() {
         SetEvent(stop_.get());
         WaitForSingleObject(thread_.get(), INFINITE);

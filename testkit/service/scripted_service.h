@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "companions/devdriver/service_side.h"
+#include "ovufc/noncopyable.h"
 
 namespace ov::test {
 
@@ -41,11 +42,9 @@ using answer_function = std::function<std::optional<scripted_reply>(const script
 /// flags 0 at first; answers at once, several clients at a time. One instance at a time; a new one waits for
 /// the driver to let the last one go. Destruction puts the state word to 0. Members may be called from any
 /// thread. Throws std::runtime_error when the driver will not have it.
-class scripted_service {
+class scripted_service : private noncopyable {
   public:
     explicit scripted_service(answer_function answer);
-    scripted_service(const scripted_service&) = delete;
-    scripted_service& operator=(const scripted_service&) = delete;
     ~scripted_service();
 
     /// From the next request on.

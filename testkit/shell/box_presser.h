@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "ovufc/noncopyable.h"
 #include "ovufc/win/handle.h"
 
 namespace ov::test {
@@ -14,7 +15,7 @@ namespace ov::test {
 /// box in turn, reads what it says and presses one button in it.
 ///
 /// A box that does not come within ten seconds ends the script; `finish` then tells how far it got.
-class box_presser {
+class box_presser : private noncopyable {
   public:
     struct box {
         std::wstring text;
@@ -25,8 +26,6 @@ class box_presser {
 
     /// `buttons` are dialog results (IDOK, IDCANCEL …), one a box.
     explicit box_presser(std::initializer_list<int> buttons);
-    box_presser(const box_presser&) = delete;
-    box_presser& operator=(const box_presser&) = delete;
     ~box_presser();
 
     /// Waits for the script's end and tells which boxes were pressed.

@@ -1,3 +1,4 @@
+#include "ovufc/noncopyable.h"
 #include "tests/ui/picture.h"
 
 #include <windows.h>
@@ -17,11 +18,9 @@ using Microsoft::WRL::ComPtr;
 constexpr std::uint32_t colour_bits = 0x00FFFFFF;
 constexpr unsigned bytes_per_pixel = 4;
 
-class com_scope {
+class com_scope : private noncopyable {
   public:
     com_scope() noexcept : entered_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
-    com_scope(const com_scope&) = delete;
-    com_scope& operator=(const com_scope&) = delete;
     ~com_scope() {
         if (entered_) {
             CoUninitialize();

@@ -4,18 +4,17 @@
 
 #include <string>
 
+#include "ovufc/noncopyable.h"
 #include "ovufc/win/handle.h"
 
 namespace ov::test {
 
 /// shellhost.exe beside the running program, with its standard streams in the test's hands; standard error
 /// goes where standard output does. Killed by destruction if it still runs then.
-class piped_process {
+class piped_process : private noncopyable {
   public:
     /// Throws std::runtime_error when it cannot be started.
     explicit piped_process(const std::wstring& arguments);
-    piped_process(const piped_process&) = delete;
-    piped_process& operator=(const piped_process&) = delete;
     ~piped_process();
 
     /// Sends one line.

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "ovufc/noncopyable.h"
 #include "tests/ui/piped_process.h"
 
 namespace ov::test {
@@ -12,12 +13,10 @@ namespace ov::test {
 ///
 /// Every command is a line for shellhost --script ("help" there lists them). Closed by destruction; a process
 /// that does not end by itself is killed.
-class shell_window {
+class shell_window : private noncopyable {
   public:
     /// Starts it and waits until it has settled; throws std::runtime_error when it cannot be started.
     explicit shell_window(const std::wstring& more_arguments = {});
-    shell_window(const shell_window&) = delete;
-    shell_window& operator=(const shell_window&) = delete;
     ~shell_window();
 
     /// Sends a command and gives its answer's lines. A command that does not work fails the running test.

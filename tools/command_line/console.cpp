@@ -4,39 +4,40 @@
 
 #include <string>
 
+#include "ovufc/win/utf8.h"
+
 namespace ov::command_line {
 namespace {
 
-std::string to_utf8(std::wstring_view text) {
-    const auto length_chars = static_cast<int>(text.size());
-    const int size_bytes =
-        WideCharToMultiByte(CP_UTF8, 0, text.data(), length_chars, nullptr, 0, nullptr, nullptr);
-    std::string result(static_cast<std::size_t>(size_bytes), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), length_chars, result.data(), size_bytes, nullptr, nullptr);
-    return result;
-}
-
-void write_line(DWORD stream, std::wstring_view text) {
-    const std::wstring line = std::wstring(text) + L"\n";
+void write_line(DWORD stream, const std::string& text) {
+    const std::string line = text + "\n";
     const HANDLE output = GetStdHandle(stream);
     DWORD written = 0;
     DWORD console_mode = 0;
     if (GetConsoleMode(output, &console_mode)) {
-        WriteConsoleW(output, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
+        const std::wstring wide = win::from_utf8(line).value_or(std::wstring());
+        WriteConsoleW(output, wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr);
         return;
     }
-    const std::string bytes = to_utf8(line);
-    WriteFile(output, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    WriteFile(output, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
 }
 
 }  // namespace
 
 void print_line(std::wstring_view text) {
-    write_line(STD_OUTPUT_HANDLE, text);
+    print_line(win::to_utf8(text).value_or(std::string()));
 }
 
 void print_note(std::wstring_view text) {
-    write_line(STD_ERROR_HANDLE, text);
+    print_note(win::to_utf8(text).value_or(std::string()));
+}
+
+void print_line(std::string_view utf8) {
+    write_line(STD_OUTPUT_HANDLE, std::string(utf8));
+}
+
+void print_note(std::string_view utf8) {
+    write_line(STD_ERROR_HANDLE, std::string(utf8));
 }
 
 }  // namespace ov::command_line

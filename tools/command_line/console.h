@@ -9,5 +9,8 @@ namespace ov::command_line {
 /// error.
 void print_line(std::wstring_view text);
 void print_note(std::wstring_view text);
+/// The same for text that is UTF-8 already.
+void print_line(std::string_view utf8);
+void print_note(std::string_view utf8);
 
 }  // namespace ov::command_line

@@ -8,6 +8,8 @@
 namespace ov::devservice {
 namespace {
 
+namespace fields = protocol::fields;
+
 std::wstring temporary_folder() {
     wchar_t path[MAX_PATH + 1] = {};
     const DWORD length_chars = GetTempPathW(MAX_PATH + 1, path);
@@ -17,7 +19,7 @@ std::wstring temporary_folder() {
 }  // namespace
 
 reply get_file_chronels(answering& context, const json& parameters) {
-    const std::optional<std::wstring> file = path_parameter(parameters, "fileName");
+    const std::optional<std::wstring> file = path_parameter(parameters, fields::file_name);
     if (!file) {
         return {.code = status::bad_request};
     }
@@ -28,8 +30,8 @@ reply get_file_chronels(answering& context, const json& parameters) {
 }
 
 reply restore_file_chronel(answering& context, const json& parameters) {
-    const std::optional<std::wstring> file = path_parameter(parameters, "fileName");
-    const std::optional<std::wstring> clone = text_parameter(parameters, "cloneFileName");
+    const std::optional<std::wstring> file = path_parameter(parameters, fields::file_name);
+    const std::optional<std::wstring> clone = text_parameter(parameters, fields::clone_file_name);
     if (!file || !clone) {
         return {.code = status::bad_request};
     }
@@ -37,9 +39,9 @@ reply restore_file_chronel(answering& context, const json& parameters) {
 }
 
 reply open_file_chronel(answering& context, const json& parameters) {
-    const std::optional<std::wstring> file = path_parameter(parameters, "fileName");
-    const std::optional<std::wstring> clone = text_parameter(parameters, "cloneFileName");
-    const std::optional<std::wstring> wanted = text_parameter(parameters, "usedFileName");
+    const std::optional<std::wstring> file = path_parameter(parameters, fields::file_name);
+    const std::optional<std::wstring> clone = text_parameter(parameters, fields::clone_file_name);
+    const std::optional<std::wstring> wanted = text_parameter(parameters, fields::used_file_name);
     if (!file || !clone || !wanted) {
         return {.code = status::bad_request};
     }

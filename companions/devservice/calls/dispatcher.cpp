@@ -5,33 +5,36 @@
 #include <iterator>
 
 #include "companions/devservice/calls/request.h"
+#include "ovufc/protocol/service_calls.h"
 
 namespace ov::devservice {
 namespace {
 
-struct service_call {
-    std::int64_t number;
+using protocol::service_call;
+
+struct call_row {
+    service_call number;
     const char* name;
     reply (*answer)(answering&, const json&);
 };
 
-constexpr service_call service_calls[] = {
-    {3, "protect_folder", protect_folder},
-    {13, "get_folder_status", get_folder_status},
-    {14, "unprotect_folder", unprotect_folder},
-    {28, "protect_folder_as", protect_folder_as},
-    {35, "get_protected_folders", get_protected_folders},
-    {36, "get_restore_points", get_restore_points},
-    {37, "get_restore_folders", get_restore_folders},
-    {39, "restore_from_point", restore_from_point},
-    {42, "restore_file_chronel", restore_file_chronel},
-    {44, "export_folder", export_folder},
-    {45, "get_last_timestamp", get_last_timestamp},
-    {46, "get_file_chronels", get_file_chronels},
-    {47, "open_file_chronel", open_file_chronel},
+constexpr call_row service_calls[] = {
+    {service_call::protect_folder, "protect_folder", protect_folder},
+    {service_call::get_folder_status, "get_folder_status", get_folder_status},
+    {service_call::unprotect_folder, "unprotect_folder", unprotect_folder},
+    {service_call::protect_folder_as, "protect_folder_as", protect_folder_as},
+    {service_call::get_protected_folders, "get_protected_folders", get_protected_folders},
+    {service_call::get_restore_points, "get_restore_points", get_restore_points},
+    {service_call::get_restore_folders, "get_restore_folders", get_restore_folders},
+    {service_call::restore_from_point, "restore_from_point", restore_from_point},
+    {service_call::restore_file_chronel, "restore_file_chronel", restore_file_chronel},
+    {service_call::export_folder, "export_folder", export_folder},
+    {service_call::get_last_timestamp, "get_last_timestamp", get_last_timestamp},
+    {service_call::get_file_chronels, "get_file_chronels", get_file_chronels},
+    {service_call::open_file_chronel, "open_file_chronel", open_file_chronel},
 };
 
-reply answer_guarded(answering& context, const service_call& call, const json& parameters) {
+reply answer_guarded(answering& context, const call_row& call, const json& parameters) {
     try {
         return call.answer(context, parameters);
     } catch (const std::exception& error) {  // memory, in practice: the service goes on with the next request
@@ -49,8 +52,9 @@ std::string answer_request(answering& context, std::string_view text) {
         return reply_text({.code = status::bad_request});
     }
     const auto known =
-        std::find_if(std::begin(service_calls), std::end(service_calls),
-                     [&](const service_call& candidate) { return candidate.number == call->service_call; });
+        std::find_if(std::begin(service_calls), std::end(service_calls), [&](const call_row& candidate) {
+            return static_cast<std::int64_t>(candidate.number) == call->service_call;
+        });
     if (known == std::end(service_calls)) {
         context.note("unknown call " + std::to_string(call->service_call) + " -> 2");
         return reply_text({.code = status::unknown_call});

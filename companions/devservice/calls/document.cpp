@@ -7,6 +7,8 @@
 namespace ov::devservice {
 namespace {
 
+namespace locations = protocol::locations;
+
 json list_of(const std::vector<std::wstring>& paths) {
     json list = json::array();
     for (const std::wstring& path : paths) {
@@ -23,7 +25,8 @@ std::string document_from(const service_state& state) {
     for (const protected_folder& folder : state.folders) {
         local.push_back(to_utf8_lossy(folder.path));
     }
-    json document = {{"hardDrive", {{"folders", std::move(local)}}}, {"mgmtCustom", list_of(state.managed)}};
+    json document = {{locations::hard_drive, {{locations::folders, std::move(local)}}},
+                     {locations::mgmt_custom, list_of(state.managed)}};
     for (std::size_t provider = 0; provider < cloud_providers.size(); ++provider) {
         document[cloud_providers[provider]] = list_of(state.cloud[provider]);
     }
@@ -33,7 +36,7 @@ std::string document_from(const service_state& state) {
 }  // namespace
 
 std::string rule_text(const std::wstring& rule) {
-    return R"(C:\Users\[^\\]*\)" + to_utf8_lossy(rule) + R"(\)";
+    return std::string(locations::profile_rule) + to_utf8_lossy(rule) + R"(\)";
 }
 
 std::optional<std::string> protected_locations(const vault& vault) {

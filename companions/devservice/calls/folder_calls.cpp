@@ -1,5 +1,3 @@
-#include <shlobj.h>
-
 #include "companions/devservice/calls/answering.h"
 #include "companions/devservice/calls/document.h"
 #include "companions/devservice/calls/handover.h"
@@ -8,10 +6,14 @@
 #include "companions/devservice/files/path.h"
 #include "companions/devservice/files/text.h"
 #include "companions/devservice/roll_back/exports.h"
+#include "ovufc/com/known_folder.h"
 #include "ovufc/ipc/drvport/wire.h"
+#include "ovufc/json_members.h"
 
 namespace ov::devservice {
 namespace {
+
+namespace fields = protocol::fields;
 
 bool flag_is_set(const answering& context, std::uint32_t flag) {
     return (context.store.state().flags & flag) != 0;
@@ -34,37 +36,34 @@ reply protect_and_answer(answering& context, const std::optional<std::wstring>& 
 }
 
 std::wstring own_desktop() {
-    PWSTR path = nullptr;
-    const HRESULT result = SHGetKnownFolderPath(FOLDERID_Desktop, 0, nullptr, &path);
-    std::wstring desktop = SUCCEEDED(result) ? path : L"";
-    CoTaskMemFree(path);
-    return clean_path(desktop).value_or(std::wstring());
+    return clean_path(com::known_folder_path(FOLDERID_Desktop)).value_or(std::wstring());
 }
 
 }  // namespace
 
 reply get_folder_status(answering& context, const json& parameters) {
-    const std::optional<std::wstring> folder = path_parameter(parameters, "folderName");
+    const std::optional<std::wstring> folder = path_parameter(parameters, fields::folder_name);
     if (!folder) {
         return {.code = status::bad_request};
     }
     reply answer;
-    answer.data["protectedFolder"] = counts_as_protected(context.store.state(), *folder);
-    answer.data["uiLevel"] = flag_is_set(context, ORV_FLAG_UI_RESTRICTED) ? "restricted" : "full";
+    answer.data[fields::protected_folder] = counts_as_protected(context.store.state(), *folder);
+    answer.data[fields::ui_level] =
+        flag_is_set(context, ORV_FLAG_UI_RESTRICTED) ? protocol::ui_level_restricted : "full";
     return answer;
 }
 
 reply protect_folder(answering& context, const json& parameters) {
-    return protect_and_answer(context, path_parameter(parameters, "folderName"), std::wstring());
+    return protect_and_answer(context, path_parameter(parameters, fields::folder_name), std::wstring());
 }
 
 reply protect_folder_as(answering& context, const json& parameters) {
-    return protect_and_answer(context, path_parameter(parameters, "folderName"),
-                              text_parameter(parameters, "objPath"));
+    return protect_and_answer(context, path_parameter(parameters, fields::folder_name),
+                              text_parameter(parameters, fields::object_path));
 }
 
 reply unprotect_folder(answering& context, const json& parameters) {
-    const std::optional<std::wstring> folder = path_parameter(parameters, "folderName");
+    const std::optional<std::wstring> folder = path_parameter(parameters, fields::folder_name);
     if (!folder) {
         return {.code = status::bad_request};
     }
@@ -75,9 +74,11 @@ reply unprotect_folder(answering& context, const json& parameters) {
 }
 
 reply export_folder(answering& context, const json& parameters) {
-    const std::optional<std::wstring> folder = path_parameter(parameters, "folderName");
-    const std::optional<std::wstring> type = text_parameter(parameters, "exportType");
-    if (!folder || !type || (*type != L"recycleBin" && *type != L"chronels")) {
+    const std::optional<std::wstring> folder = path_parameter(parameters, fields::folder_name);
+    const json* const type_member = find_member(parameters, fields::export_type);
+    const std::string* const type = type_member == nullptr ? nullptr : as_text(*type_member);
+    if (!folder || type == nullptr ||
+        (*type != protocol::export_deleted_files && *type != protocol::export_chronels)) {
         return {.code = status::bad_request};
     }
     if (!flag_is_set(context, ORV_FLAG_EXPORTS_AVAILABLE)) {
@@ -90,8 +91,9 @@ reply export_folder(answering& context, const json& parameters) {
     if (desktop.empty()) {
         return {.code = status::failed};
     }
-    const export_result result = *type == L"chronels" ? export_chronels(context.store, *folder, desktop)
-                                                      : export_deleted_files(context.store, *folder, desktop);
+    const export_result result = *type == protocol::export_chronels
+                                     ? export_chronels(context.store, *folder, desktop)
+                                     : export_deleted_files(context.store, *folder, desktop);
     context.note("  " + std::to_string(result.files) + " files into " + to_utf8_lossy(result.folder));
     context.note(result.failed);
     reply answer{.code = result.failed.empty() ? status::done : status::incomplete};

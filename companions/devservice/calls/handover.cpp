@@ -19,7 +19,7 @@ std::wstring new_name() {
 }  // namespace
 
 reply hand_over(const json& parameters, const std::string& text) {
-    const std::optional<std::wstring> folder = path_parameter(parameters, "tempFolder");
+    const std::optional<std::wstring> folder = path_parameter(parameters, protocol::fields::temp_folder);
     if (!folder) {
         return {.code = status::bad_request};
     }
@@ -31,7 +31,7 @@ reply hand_over(const json& parameters, const std::string& text) {
         return reply_for(error);
     }
     reply answer;
-    answer.data["objPath"] = to_utf8_lossy(file);
+    answer.data[protocol::fields::object_path] = to_utf8_lossy(file);
     return answer;
 }
 

@@ -29,7 +29,8 @@ reply reply_for(DWORD error) {
 }
 
 std::string reply_text(const reply& answer) {
-    const json whole = {{"data", answer.data}, {"statusCode", static_cast<std::int64_t>(answer.code)}};
+    const json whole = {{protocol::fields::data, answer.data},
+                        {protocol::fields::status_code, static_cast<std::int64_t>(answer.code)}};
     std::string text = to_text(whole);
     if (text.size() > ORV_REPLY_LIMIT_BYTES) {
         return reply_text({.code = status::failed});

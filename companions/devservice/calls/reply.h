@@ -6,13 +6,14 @@
 #include <string>
 
 #include "ovufc/json.h"
+#include "ovufc/protocol/service_calls.h"
 
 namespace ov::devservice {
 
-/// Values of "statusCode". Clients tell only success from failure; the rest is for people who read the log.
+/// Values of "statusCode". Clients tell only the first two; the rest is for people who read the log.
 enum class status : std::int64_t {
-    timestamp_present = -2,  // what the last-timestamp call counts as success
-    done = 0,
+    timestamp_present = protocol::status_timestamp_present,
+    done = protocol::status_success,
     bad_request = 1,    // not JSON, or a parameter is missing or of the wrong shape
     unknown_call = 2,   // no such number
     not_protected = 3,  // the path is in no protected folder

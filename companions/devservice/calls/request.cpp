@@ -4,13 +4,14 @@
 #include "companions/devservice/files/text.h"
 #include "ovufc/json_bounded.h"
 #include "ovufc/json_members.h"
+#include "ovufc/protocol/service_calls.h"
 
 namespace ov::devservice {
 
 std::optional<request> read_request(std::string_view text) {
     const json root = parse_bounded(text.substr(0, text.find('\0')));
-    const json* call = find_member(root, "serviceCall");
-    const json* parameters = find_member(root, "parameters");
+    const json* call = find_member(root, protocol::fields::service_call);
+    const json* parameters = find_member(root, protocol::fields::parameters);
     if (call == nullptr || !call->is_number_integer() || parameters == nullptr || !parameters->is_object()) {
         return std::nullopt;
     }

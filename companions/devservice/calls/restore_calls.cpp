@@ -10,14 +10,17 @@
 namespace ov::devservice {
 namespace {
 
+namespace fields = protocol::fields;
+
 struct point_identity {
     std::int64_t created_on = 0;
     std::int64_t sequence_number = 0;
 };
 
 std::optional<point_identity> identity_from(const json& parameters) {
-    const std::optional<std::int64_t> created_on = integer_parameter(parameters, "createdOn");
-    const std::optional<std::int64_t> sequence_number = integer_parameter(parameters, "sequenceNumber");
+    const std::optional<std::int64_t> created_on = integer_parameter(parameters, fields::created_on);
+    const std::optional<std::int64_t> sequence_number =
+        integer_parameter(parameters, fields::sequence_number);
     if (!created_on || !sequence_number) {
         return std::nullopt;
     }
@@ -31,11 +34,11 @@ reply get_restore_points(answering& context, const json&) {
     const std::vector<stored_copy>& copies = context.store.state().copies;
     for (auto copy = copies.rbegin(); copy != copies.rend(); ++copy) {
         if (copy->kind == copy_kind::restore_point) {
-            points.push_back({{"createdOn", copy->taken_on}, {"sequenceNumber", copy->number}});
+            points.push_back({{fields::created_on, copy->taken_on}, {fields::sequence_number, copy->number}});
         }
     }
     reply answer;
-    answer.data["restorePoints"] = std::move(points);
+    answer.data[fields::restore_points] = std::move(points);
     return answer;
 }
 
@@ -53,7 +56,7 @@ reply get_restore_folders(answering& context, const json& parameters) {
     for (const std::wstring& folder : restorable_folders(state, *point)) {
         folders.push_back(to_utf8_lossy(folder));
     }
-    return hand_over(parameters, to_text({{"restoreFolders", std::move(folders)}}));
+    return hand_over(parameters, to_text({{fields::restore_folders, std::move(folders)}}));
 }
 
 reply restore_from_point(answering& context, const json& parameters) {
@@ -90,7 +93,7 @@ reply get_last_timestamp(answering& context, const json&) {
         return {};
     }
     reply answer{.code = status::timestamp_present};
-    answer.data["lastTimestamp"] = copies.back().taken_on;
+    answer.data[fields::last_timestamp] = copies.back().taken_on;
     return answer;
 }
 

@@ -1,8 +1,5 @@
 #include "companions/devservice/command_line/command_line.h"
 
-#include <windows.h>
-#include <shlobj.h>
-
 #include <algorithm>
 #include <iterator>
 
@@ -10,6 +7,7 @@
 #include "companions/devservice/command_line/console.h"
 #include "companions/devservice/files/path.h"
 #include "companions/devservice/files/text.h"
+#include "ovufc/com/known_folder.h"
 
 namespace ov::devservice {
 namespace {
@@ -61,13 +59,8 @@ constexpr command commands[] = {
 };
 
 std::wstring default_state_folder() {
-    PWSTR path = nullptr;
-    const HRESULT result = SHGetKnownFolderPath(FOLDERID_ProgramData, 0, nullptr, &path);
-    std::optional<std::wstring> folder;
-    if (SUCCEEDED(result)) {
-        folder = clean_path(joined(path, L"Orvane\\devservice"));
-    }
-    CoTaskMemFree(path);
+    const std::wstring data = com::known_folder_path(FOLDERID_ProgramData);
+    const auto folder = data.empty() ? std::nullopt : clean_path(joined(data, L"Orvane\\devservice"));
     if (!folder) {
         throw usage_error(L"the system names no folder for programs' data; give --state");
     }

@@ -1,31 +1,16 @@
 #include "companions/devservice/command_line/console.h"
 
 #include "companions/devservice/files/text.h"
+#include "tools/command_line/console.h"
 
 namespace ov::devservice {
-namespace {
-
-void write_line(DWORD which, std::string_view line) {
-    const std::string whole = std::string(line) + "\r\n";
-    HANDLE output = GetStdHandle(which);
-    DWORD mode = 0;
-    DWORD written = 0;
-    const std::optional<std::wstring> wide = from_utf8(whole);
-    if (wide && GetConsoleMode(output, &mode)) {
-        WriteConsoleW(output, wide->data(), static_cast<DWORD>(wide->size()), &written, nullptr);
-    } else {
-        WriteFile(output, whole.data(), static_cast<DWORD>(whole.size()), &written, nullptr);
-    }
-}
-
-}  // namespace
 
 void print(std::string_view line) {
-    write_line(STD_OUTPUT_HANDLE, line);
+    command_line::print_line(line);
 }
 
 void print_error(std::string_view line) {
-    write_line(STD_ERROR_HANDLE, "orvsvc: " + std::string(line));
+    command_line::print_note("orvsvc: " + std::string(line));
 }
 
 std::string describe(DWORD error) {

@@ -7,8 +7,7 @@
 
 namespace ov::devservice {
 
-/// Writes a line for people: to a console as Unicode, into a pipe or file as UTF-8. At once, unbuffered, so
-/// that the log of a service that is killed is complete.
+/// Writes a line for people (UTF-8), as tools/command_line/console.h does; an error with the program's name.
 void print(std::string_view line);
 void print_error(std::string_view line);
 

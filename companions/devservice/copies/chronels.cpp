@@ -78,10 +78,10 @@ std::vector<chronel> chronels_of(const service_state& state, const std::wstring&
 std::string chronel_list_text(const std::vector<chronel>& chronels) {
     json list = json::array();
     for (const chronel& version : chronels) {
-        list.push_back({{"fileName", to_utf8_lossy(base_name(version.record->relative))},
-                        {"cloneFileName", std::to_string(version.copy->number)},
-                        {"type", words_for(version.copy->kind)},
-                        {"createdOn", version.copy->taken_on},
+        list.push_back({{protocol::fields::file_name, to_utf8_lossy(base_name(version.record->relative))},
+                        {protocol::fields::clone_file_name, std::to_string(version.copy->number)},
+                        {protocol::fields::type, words_for(version.copy->kind)},
+                        {protocol::fields::created_on, version.copy->taken_on},
                         {"writtenOn", version.record->written},
                         {"size", version.record->size_bytes}});
     }

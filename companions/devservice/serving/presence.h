@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "ovufc/noncopyable.h"
 #include "ovufc/win/handle.h"
 
 namespace ov::devservice {
@@ -17,11 +18,9 @@ struct presence_block {
 
 /// The running service's side: the section, and the two events by which commands reach it. They vanish with
 /// the process, however it ends, so a service that crashed does not look alive.
-class presence {
+class presence : private noncopyable {
   public:
     explicit presence(const std::wstring& state_folder);
-    presence(const presence&) = delete;
-    presence& operator=(const presence&) = delete;
     ~presence();
 
     /// ERROR_SUCCESS, or ERROR_SERVICE_ALREADY_RUNNING when another process serves this folder, or what

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "companions/devservice/files/path.h"
+#include "ovufc/protocol/protected_locations.h"
 
 namespace ov::devservice {
 
@@ -69,10 +70,8 @@ struct stored_copy {
     std::vector<folder_copy> folders;
 };
 
-/// The lists of synchronised folders in the protected-locations document, in
-/// the document's order.
-inline constexpr std::array<const char*, 5> cloud_providers = {"oneDrive", "google", "boxSyn", "dropBox",
-                                                               "oneDriveBusiness"};
+/// The document's lists of synchronised folders.
+inline constexpr const auto& cloud_providers = protocol::locations::cloud;
 
 struct service_state {
     std::uint64_t revision = 0;    // raised by every save

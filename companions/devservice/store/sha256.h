@@ -6,14 +6,14 @@
 #include <cstddef>
 #include <string>
 
+#include "ovufc/noncopyable.h"
+
 namespace ov::devservice {
 
 /// A running SHA-256 (BCrypt). One thread at a time.
-class sha256 {
+class sha256 : private noncopyable {
   public:
     sha256() noexcept;
-    sha256(const sha256&) = delete;
-    sha256& operator=(const sha256&) = delete;
     ~sha256();
 
     void add(const void* bytes, std::size_t size_bytes) noexcept;

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "ovufc/noncopyable.h"
 #include "ovufc/win/handle.h"
 
 namespace ov::devservice {
@@ -12,11 +13,9 @@ namespace ov::devservice {
 ///
 /// A named mutex: a process that ends while it holds the lock gives it up, and the state file is whole all
 /// the same. The thread that took it releases it.
-class [[nodiscard]] state_lock {
+class [[nodiscard]] state_lock : private noncopyable {
   public:
     explicit state_lock(const std::wstring& state_folder);
-    state_lock(const state_lock&) = delete;
-    state_lock& operator=(const state_lock&) = delete;
     ~state_lock();
 
     /// False when another process has held the lock for a minute: nothing may be changed then.

@@ -6,17 +6,16 @@
 #include <functional>
 #include <string>
 
+#include "ovufc/noncopyable.h"
 #include "testkit/imports/import_patch.h"
 
 namespace ov::test {
 
 /// The administrator prompt, answered in place of the user: Wine has no elevation moniker, so the module's
 /// CoGetObject is replaced through its import table. One instance at a time.
-class consent {
+class consent : private noncopyable {
   public:
     explicit consent(HMODULE module);
-    consent(const consent&) = delete;
-    consent& operator=(const consent&) = delete;
     ~consent();
 
     /// What the prompt returns; with S_OK also the object that proves the consent.

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "ovufc/noncopyable.h"
 #include "testkit/checks/shipped_module.h"
 #include "testkit/files/temp_folder.h"
 #include "testkit/imports/message_texts.h"
@@ -63,10 +64,8 @@ HRESULT initialize(IUnknown* object, IDataObject* selection);
 HRESULT invoke(IContextMenu* menu, UINT_PTR verb);
 
 /// What `QueryContextMenu` makes of a host's menu of two items, at position 1 with ids from 100.
-struct queried_menu {
+struct queried_menu : private noncopyable {
     queried_menu(IContextMenu* menu, UINT flags);
-    queried_menu(const queried_menu&) = delete;
-    queried_menu& operator=(const queried_menu&) = delete;
     ~queried_menu();
 
     static constexpr UINT first_id = 100;

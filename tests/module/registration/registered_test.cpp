@@ -12,6 +12,7 @@
 #include <optional>
 
 #include "module/state/class_ids.h"
+#include "ovufc/noncopyable.h"
 #include "testkit/checks/shipped_module.h"
 #include "testkit/process/child_process.h"
 #include "testkit/registry/registry_snapshot.h"
@@ -178,15 +179,13 @@ TEST_F(Registered, access_denied_once_is_overcome_by_the_backup_option) {
 
 // In the 32-bit view stands the path to which the installer copies the 32-bit module; this does it for a
 // 32-bit test.
-class installed_module_32 {
+class installed_module_32 : private noncopyable {
   public:
     installed_module_32() {
         if (sizeof(void*) == 4) {
             EXPECT_TRUE(CopyFileW(module_path().c_str(), path_, FALSE));
         }
     }
-    installed_module_32(const installed_module_32&) = delete;
-    installed_module_32& operator=(const installed_module_32&) = delete;
     ~installed_module_32() {
         if (sizeof(void*) == 4) {
             EXPECT_TRUE(DeleteFileW(path_));

@@ -3,6 +3,7 @@
 #include <windows.h>
 #include <shlobj.h>
 
+#include "ovufc/noncopyable.h"
 #include "testkit/imports/import_patch.h"
 #include "testkit/registry/registry_watch.h"
 
@@ -10,12 +11,10 @@ namespace ov::test {
 
 /// Stands in for what a registration asks of the shell and of the loader, and notes the calls of the former
 /// in a registry watch, between the registry calls that come before and after.
-class shell_double {
+class shell_double : private noncopyable {
   public:
     explicit shell_double(HMODULE module, registry_watch& watch);
     ~shell_double();
-    shell_double(const shell_double&) = delete;
-    shell_double& operator=(const shell_double&) = delete;
 
     /// What SHGetSpecialFolderLocation returns.
     HRESULT desktop_result = S_OK;

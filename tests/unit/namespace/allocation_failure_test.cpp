@@ -115,8 +115,8 @@ TEST_F(ShortOfMemory, folder_is_made_whole_or_not_at_all) {
 }
 
 TEST_F(ShortOfMemory, location_that_cannot_be_kept_is_refused_and_the_earlier_one_stays) {
-    const unique_absolute_id_list first(ILCreateFromPathW(L"C:\\windows"));
-    const unique_absolute_id_list second(ILCreateFromPathW(L"C:\\windows\\system32"));
+    const ov::com::unique_absolute_id_list first(ILCreateFromPathW(L"C:\\windows"));
+    const ov::com::unique_absolute_id_list second(ILCreateFromPathW(L"C:\\windows\\system32"));
     ASSERT_EQ(S_OK, folder->Initialize(first.get()));
     const int failures = run_short_of_memory([&] {
         const HRESULT result = folder->Initialize(second.get());
@@ -124,7 +124,7 @@ TEST_F(ShortOfMemory, location_that_cannot_be_kept_is_refused_and_the_earlier_on
         EXPECT_EQ(one_failed ? E_FAIL : S_OK, result);
         PIDLIST_ABSOLUTE location = nullptr;
         ASSERT_EQ(S_OK, folder->GetCurFolder(&location));
-        const unique_absolute_id_list owned(location);
+        const ov::com::unique_absolute_id_list owned(location);
         EXPECT_TRUE(ILIsEqual((one_failed ? first : second).get(), location));
     });
     EXPECT_EQ(1, failures);

@@ -57,12 +57,12 @@ class folder_test : public testing::Test {
     }
 
     /// An entry as the folder would issue it.
-    [[nodiscard]] static name_space::unique_child_id entry(std::uint16_t type,
-                                                           const std::wstring& name = L"C:\\windows") {
+    [[nodiscard]] static com::unique_child_id entry(std::uint16_t type,
+                                                    const std::wstring& name = L"C:\\windows") {
         return name_space::make_item_id(name_space::ItemData(name, type, 0));
     }
     /// An entry of some other folder.
-    [[nodiscard]] static name_space::unique_child_id foreign_entry() {
+    [[nodiscard]] static com::unique_child_id foreign_entry() {
         auto made = entry(name_space::item_types::folder);
         made->mkid.abID[0] ^= 1;
         return made;
@@ -101,7 +101,7 @@ inline void PrintTo(const listed_item& item, std::ostream* out) {
     PITEMID_CHILD entry = nullptr;
     ULONG fetched = 0;
     while (enumerator != nullptr && enumerator->Next(1, &entry, &fetched) == S_OK) {
-        const name_space::unique_child_id owned(entry);
+        const com::unique_child_id owned(entry);
         name_space::item_id_layout::header head;
         std::memcpy(&head, entry, sizeof(head));
         items.push_back({name_space::item_name_of(entry), name_space::item_type_of(entry), head.index});
@@ -114,7 +114,7 @@ inline void PrintTo(const listed_item& item, std::ostream* out) {
         ADD_FAILURE() << "not a STRRET_WSTR";
         return {};
     }
-    const name_space::unique_task_text owned(value.pOleStr);
+    const com::unique_task_text owned(value.pOleStr);
     return owned.get();
 }
 

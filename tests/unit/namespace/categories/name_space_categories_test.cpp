@@ -30,7 +30,7 @@ TEST_F(NameSpaceCategories, category_guid_is_the_products_own) {
     wchar_t text[64];
     StringFromGUID2(guid, text, 64);
     EXPECT_STREQ(L"{2E8B5D17-94AC-4F30-8D61-C7A2B9E04F85}", text);
-    EXPECT_TRUE(same_key(other_key, key)) << "the key is left unwritten";
+    EXPECT_TRUE(other_key == key) << "the key is left unwritten";
     EXPECT_EQ(S_OK, provider->GetDefaultCategory(&guid, nullptr));
     EXPECT_EQ(E_POINTER, provider->GetDefaultCategory(nullptr, &key));
 }
@@ -201,7 +201,7 @@ TEST_F(NameSpaceCategorizer, each_type_falls_into_its_category) {
     const auto cloud = entry(item_types::cloud_folder);
     const auto restore = entry(item_types::one_click_restore);
     const auto addons = entry(item_types::addons);
-    const auto managed = entry(item_types::managed);
+    const auto managed = entry(item_types::reserved_with_icon);
     const auto reserved = entry(item_types::reserved);
     const auto unknown = entry(0x4321);
     const auto foreign = foreign_entry();

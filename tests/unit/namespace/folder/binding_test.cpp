@@ -23,7 +23,7 @@ class recording_desktop final : public recording_desktop_base {
   public:
     virtual ~recording_desktop() = default;
 
-    unique_absolute_id_list location;
+    ov::com::unique_absolute_id_list location;
     IBindCtx* bind_context = nullptr;
     IID interface_id{};
     void** out = nullptr;
@@ -88,7 +88,7 @@ class Binding : public folder_test {
 
     ComPtr<recording_desktop> desktop = ov::com::adopt(ov::com::make_object<recording_desktop>());
     ComPtr<IBindCtx> bind_context;
-    unique_absolute_id_list windows{ILCreateFromPathW(L"C:\\windows")};
+    ov::com::unique_absolute_id_list windows{ILCreateFromPathW(L"C:\\windows")};
 
   private:
     import_patch<decltype(SHGetDesktopFolder)> patch_{GetModuleHandleW(nullptr), "shell32.dll",
@@ -112,9 +112,9 @@ TEST_F(Binding, storage_is_asked_for_in_the_same_way) {
 TEST_F(Binding, entries_after_the_first_are_put_behind_the_location) {
     const auto first = entry(item_types::folder);
     const auto second = entry(item_types::addons, L"some other folder's");
-    const unique_absolute_id_list both(
+    const ov::com::unique_absolute_id_list both(
         ILCombine(reinterpret_cast<PCIDLIST_ABSOLUTE>(first.get()), second.get()));
-    const unique_absolute_id_list expected(ILCombine(windows.get(), second.get()));
+    const ov::com::unique_absolute_id_list expected(ILCombine(windows.get(), second.get()));
     void* result = this;
     EXPECT_EQ(desktops_answer,
               folder->BindToObject(both.get(), bind_context.Get(), IID_IShellFolder, &result));

@@ -18,7 +18,7 @@ class NameSpaceEnumerator : public folder_test {
         ULONG fetched = 9;
         const HRESULT result = enumerator->Next(1, &id, &fetched);
         EXPECT_EQ(result == S_OK ? 1u : 0u, fetched);
-        const unique_child_id owned(id);
+        const ov::com::unique_child_id owned(id);
         return item_name_of(id);
     }
 

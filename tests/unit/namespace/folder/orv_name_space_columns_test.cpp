@@ -91,9 +91,12 @@ TEST_F(OrvNameSpaceColumns, name_column_shows_the_display_name) {
 
 TEST_F(OrvNameSpaceColumns, type_column_shows_the_category) {
     const std::pair<std::uint16_t, std::uint32_t> expected[] = {
-        {item_types::folder, 0x40004},    {item_types::cloud_folder, 0x40005},
-        {item_types::managed, 0x40006},   {item_types::one_click_restore, 0x40006},
-        {item_types::addons, 0x40007},    {item_types::reserved, 0x40004},
+        {item_types::folder, 0x40004},
+        {item_types::cloud_folder, 0x40005},
+        {item_types::reserved_with_icon, 0x40006},
+        {item_types::one_click_restore, 0x40006},
+        {item_types::addons, 0x40007},
+        {item_types::reserved, 0x40004},
         {std::uint16_t{0x1234}, 0x40004},
     };
     for (const auto& [type, number] : expected) {

@@ -86,23 +86,23 @@ TEST_F(OrvNameSpace, folder_that_was_not_initialised_has_no_location) {
 }
 
 TEST_F(OrvNameSpace, location_given_to_it_is_handed_out_as_a_copy) {
-    const unique_absolute_id_list desktop(ILCreateFromPathW(L"C:\\windows"));
+    const ov::com::unique_absolute_id_list desktop(ILCreateFromPathW(L"C:\\windows"));
     ASSERT_EQ(S_OK, folder->Initialize(desktop.get()));
     PIDLIST_ABSOLUTE location = nullptr;
     ASSERT_EQ(S_OK, folder->GetCurFolder(&location));
-    const unique_absolute_id_list owned(location);
+    const ov::com::unique_absolute_id_list owned(location);
     EXPECT_NE(desktop.get(), location);
     EXPECT_TRUE(ILIsEqual(desktop.get(), location));
 }
 
 TEST_F(OrvNameSpace, second_location_replaces_the_first) {
-    const unique_absolute_id_list first(ILCreateFromPathW(L"C:\\windows"));
-    const unique_absolute_id_list second(ILCreateFromPathW(L"C:\\windows\\system32"));
+    const ov::com::unique_absolute_id_list first(ILCreateFromPathW(L"C:\\windows"));
+    const ov::com::unique_absolute_id_list second(ILCreateFromPathW(L"C:\\windows\\system32"));
     ASSERT_EQ(S_OK, folder->Initialize(first.get()));
     ASSERT_EQ(S_OK, folder->Initialize(second.get()));
     PIDLIST_ABSOLUTE location = nullptr;
     ASSERT_EQ(S_OK, folder->GetCurFolder(&location));
-    EXPECT_TRUE(ILIsEqual(second.get(), unique_absolute_id_list(location).get()));
+    EXPECT_TRUE(ILIsEqual(second.get(), ov::com::unique_absolute_id_list(location).get()));
 }
 
 // What a folder does with its locations, and a second `Initialize` in the middle of it.
@@ -161,8 +161,8 @@ class Relocated : public folder_test {
     }
 
     location_watch seen;
-    const unique_absolute_id_list first{ILCreateFromPathW(L"C:\\windows")};
-    const unique_absolute_id_list second{ILCreateFromPathW(L"C:\\windows\\system32")};
+    const ov::com::unique_absolute_id_list first{ILCreateFromPathW(L"C:\\windows")};
+    const ov::com::unique_absolute_id_list second{ILCreateFromPathW(L"C:\\windows\\system32")};
 
   private:
     const import_patch<decltype(watched_clone)> clones_{GetModuleHandleW(nullptr), "shell32.dll", "ILClone",
@@ -175,9 +175,9 @@ TEST_F(Relocated, while_its_location_is_copied_the_copy_is_of_the_earlier_one) {
     seen.next_place = second.get();
     PIDLIST_ABSOLUTE location = nullptr;
     ASSERT_EQ(S_OK, folder->GetCurFolder(&location));
-    EXPECT_TRUE(ILIsEqual(first.get(), unique_absolute_id_list(location).get()));
+    EXPECT_TRUE(ILIsEqual(first.get(), ov::com::unique_absolute_id_list(location).get()));
     ASSERT_EQ(S_OK, folder->GetCurFolder(&location));
-    EXPECT_TRUE(ILIsEqual(second.get(), unique_absolute_id_list(location).get()));
+    EXPECT_TRUE(ILIsEqual(second.get(), ov::com::unique_absolute_id_list(location).get()));
 }
 
 TEST_F(Relocated, while_the_shell_makes_a_menu_the_earlier_location_lives_on) {
@@ -208,7 +208,7 @@ PIDLIST_ABSOLUTE WINAPI no_clone(LPCITEMIDLIST) {
 }
 
 TEST_F(OrvNameSpace, location_that_cannot_be_copied_is_a_failure) {
-    const unique_absolute_id_list place(ILCreateFromPathW(L"C:\\windows"));
+    const ov::com::unique_absolute_id_list place(ILCreateFromPathW(L"C:\\windows"));
     EXPECT_EQ(E_FAIL, folder->Initialize(nullptr));
     {
         const import_patch<decltype(no_clone)> patch(GetModuleHandleW(nullptr), "shell32.dll", "ILClone",

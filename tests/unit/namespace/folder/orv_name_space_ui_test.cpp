@@ -35,7 +35,7 @@ HRESULT WINAPI see_menu(const DEFCONTEXTMENU* menu, REFIID riid, void** result) 
 }
 
 TEST_F(OrvNameSpaceUi, context_menu_is_the_systems_own_for_these_entries) {
-    const unique_absolute_id_list place(ILCreateFromPathW(L"C:\\windows"));
+    const ov::com::unique_absolute_id_list place(ILCreateFromPathW(L"C:\\windows"));
     ASSERT_EQ(S_OK, folder->Initialize(place.get()));
     const auto a = entry(item_types::folder);
     const auto b = entry(item_types::addons);
@@ -61,7 +61,7 @@ TEST_F(OrvNameSpaceUi, context_menu_is_the_systems_own_for_these_entries) {
 }
 
 TEST_F(OrvNameSpaceUi, systems_menu_is_a_context_menu) {
-    const unique_absolute_id_list place(ILCreateFromPathW(L"C:\\windows"));
+    const ov::com::unique_absolute_id_list place(ILCreateFromPathW(L"C:\\windows"));
     ASSERT_EQ(S_OK, folder->Initialize(place.get()));
     ComPtr<IContextMenu> menu;
     EXPECT_EQ(S_OK, ui_object(entry(item_types::folder).get(), IID_IContextMenu, &menu));
@@ -110,7 +110,7 @@ TEST_F(OrvNameSpaceIcon, addons_entry_has_its_icon) {
 }
 
 TEST_F(OrvNameSpaceIcon, reserved_managed_type_has_its_icon) {
-    EXPECT_EQ(calls{own_icon(-107)}, calls_for(entry(item_types::managed).get()));
+    EXPECT_EQ(calls{own_icon(-107)}, calls_for(entry(item_types::reserved_with_icon).get()));
 }
 
 TEST_F(OrvNameSpaceIcon, every_other_type_has_the_unknown_icon) {
@@ -214,7 +214,7 @@ TEST_F(OrvNameSpaceUi, associations_are_made_from_the_types_classes) {
 }
 
 TEST_F(OrvNameSpaceUi, entry_without_classes_has_no_associations) {
-    const auto managed = entry(item_types::managed);
+    const auto managed = entry(item_types::reserved_with_icon);
     const auto unknown = entry(0x1234);
     const auto foreign = foreign_entry();
     for (PCUITEMID_CHILD id :
@@ -280,7 +280,7 @@ class OrvNameSpaceDataObject : public OrvNameSpaceUi {
 };
 
 TEST_F(OrvNameSpaceDataObject, systems_object_is_made_for_the_folder_and_the_entries) {
-    const unique_absolute_id_list place(ILCreateFromPathW(L"C:\\windows"));
+    const ov::com::unique_absolute_id_list place(ILCreateFromPathW(L"C:\\windows"));
     ASSERT_EQ(S_OK, folder->Initialize(place.get()));
     is_new_system = true;
     const auto a = entry(item_types::folder);

@@ -32,13 +32,13 @@ TEST(LocationDocument, all_seven_arrays_are_read_in_order) {
         R"({"boxSyn":["b1","b2"],"dropBox":["d"],"google":["g"],"hardDrive":{"folders":["C:\\a","C:\\b"]},)"
         R"("mgmtCustom":["m"],"oneDrive":["o"],"oneDriveBusiness":["ob"],"other":["x"]})");
     EXPECT_TRUE(document.is_complete());
-    EXPECT_EQ((names{L"C:\\a", L"C:\\b"}), document.hard_drive.names);
-    EXPECT_EQ(names{L"m"}, document.mgmt_custom.names);
-    EXPECT_EQ(names{L"o"}, document.one_drive.names);
-    EXPECT_EQ(names{L"g"}, document.google.names);
-    EXPECT_EQ((names{L"b1", L"b2"}), document.box_syn.names);
-    EXPECT_EQ(names{L"d"}, document.drop_box.names);
-    EXPECT_EQ(names{L"ob"}, document.one_drive_business.names);
+    EXPECT_EQ((names{L"C:\\a", L"C:\\b"}), document.local().names);
+    EXPECT_EQ(names{L"m"}, document.lists[1].names);
+    EXPECT_EQ(names{L"o"}, document.lists[2].names);
+    EXPECT_EQ(names{L"g"}, document.lists[3].names);
+    EXPECT_EQ((names{L"b1", L"b2"}), document.lists[4].names);
+    EXPECT_EQ(names{L"d"}, document.lists[5].names);
+    EXPECT_EQ(names{L"ob"}, document.lists[6].names);
     EXPECT_EQ(9u, document.entry_count());
     EXPECT_EQ(0u, document.user_folder_mask);
 }
@@ -47,7 +47,7 @@ TEST(LocationDocument, rules_become_bits_and_not_items) {
     const auto document = read_location_document(document_with_folders(
         R"(["C:\\Users\\[^\\\\]*\\Desktop\\","D:\\x","c:\\users\\[^\\\\]*\\VIDEOS\\"])"));
     EXPECT_EQ(2u | 128u, document.user_folder_mask);
-    EXPECT_EQ(names{L"D:\\x"}, document.hard_drive.names);
+    EXPECT_EQ(names{L"D:\\x"}, document.local().names);
 }
 
 TEST(LocationDocument, desktop_rule_in_lower_case_is_the_desktop) {
@@ -58,7 +58,7 @@ TEST(LocationDocument, rule_for_an_unknown_folder_is_neither_bit_nor_item) {
     const auto document =
         read_location_document(document_with_folders(R"(["C:\\Users\\[^\\\\]*\\Downloads\\"])"));
     EXPECT_EQ(0u, document.user_folder_mask);
-    EXPECT_TRUE(document.hard_drive.names.empty());
+    EXPECT_TRUE(document.local().names.empty());
     EXPECT_TRUE(document.is_complete());
 }
 
@@ -125,8 +125,8 @@ TEST(LocationDocument, entry_that_is_no_string_breaks_its_array_there) {
         const auto document = read_location_document(
             document_with_folders(R"(["D:\\x",)" + value + R"(,"D:\\y","C:\\Users\\[^\\\\]*\\Music\\"])"));
         EXPECT_TRUE(document.is_complete()) << value;
-        EXPECT_TRUE(document.hard_drive.is_broken) << value;
-        EXPECT_EQ(names{L"D:\\x"}, document.hard_drive.names) << value;
+        EXPECT_TRUE(document.local().is_broken) << value;
+        EXPECT_EQ(names{L"D:\\x"}, document.local().names) << value;
         EXPECT_EQ(all_folders, document.user_folder_mask) << value;
     }
 }
@@ -137,8 +137,8 @@ TEST(LocationDocument, broken_cloud_array_leaves_the_mask_alone) {
     text.replace(text.find(old), old.size(), R"("google":["g",5,"h"])");
     const auto document = read_location_document(text);
     EXPECT_EQ(32u, document.user_folder_mask);
-    EXPECT_TRUE(document.google.is_broken);
-    EXPECT_EQ(names{L"g"}, document.google.names);
+    EXPECT_TRUE(document.lists[3].is_broken);
+    EXPECT_EQ(names{L"g"}, document.lists[3].names);
 }
 
 TEST(LocationDocument, last_of_two_equal_keys_counts) {
@@ -146,10 +146,10 @@ TEST(LocationDocument, last_of_two_equal_keys_counts) {
         R"({"hardDrive":{"folders":["C:\\Users\\[^\\\\]*\\Music\\","D:\\old",1]},"google":["old"],)"
         R"("google":["new"],"mgmtCustom":["kept"],"mgmtCustom":3,)"
         R"("hardDrive":{"folders":["D:\\older"],"folders":["D:\\new"]}})");
-    EXPECT_EQ(names{L"new"}, document.google.names);
-    EXPECT_FALSE(document.mgmt_custom.is_array);
-    EXPECT_EQ(names{L"D:\\new"}, document.hard_drive.names);
-    EXPECT_FALSE(document.hard_drive.is_broken);
+    EXPECT_EQ(names{L"new"}, document.lists[3].names);
+    EXPECT_FALSE(document.lists[1].is_array);
+    EXPECT_EQ(names{L"D:\\new"}, document.local().names);
+    EXPECT_FALSE(document.local().is_broken);
     EXPECT_EQ(0u, document.user_folder_mask);
 }
 
@@ -184,7 +184,7 @@ TEST(LocationDocument, number_beyond_a_double_makes_it_malformed) {
 TEST(LocationDocument, names_are_converted_to_utf_16) {
     const auto document = read_location_document(document_with_folders(
         "[\"D:\\\\H\xC3\xA4user\",\"D:\\\\\\u65e5\\ud83d\\ude00\",\"\",\"cut\\u0000off\"]"));
-    EXPECT_EQ((names{L"D:\\H\x00E4user", L"D:\\\x65E5\xD83D\xDE00", L"", L"cut"}), document.hard_drive.names);
+    EXPECT_EQ((names{L"D:\\H\x00E4user", L"D:\\\x65E5\xD83D\xDE00", L"", L"cut"}), document.local().names);
 }
 
 TEST(LocationDocument, byte_order_mark_is_taken) {

@@ -1,13 +1,12 @@
 #include "ovufc/i18n/language_choice.h"
 
 #include <windows.h>
+#include <versionhelpers.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <ostream>
-
-#include "ovufc/win/windows_version.h"
 
 namespace ov::i18n {
 namespace {
@@ -73,7 +72,7 @@ TEST(LanguageChoiceTables, everyId_givesAnEnabledLanguageOrNone) {
 }
 
 TEST(CandidateLanguage, systemOfThePrefix_isTheUsersLocale) {
-    ASSERT_TRUE(win::is_windows_8_or_later()) << "the prefix is set up as Windows 10";
+    ASSERT_TRUE(IsWindows8OrGreater()) << "the prefix is set up as Windows 10";
     EXPECT_EQ(candidate_language(), GetUserDefaultLangID());
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "ovufc/noncopyable.h"
 #include "testkit/imports/import_patch.h"
 
 namespace ov::devservice {
@@ -14,11 +15,9 @@ namespace ov::devservice {
 /// File systems below Wine keep no reparse points of other makers. While it lives, this stands in for one
 /// that does, with or without a filter that lets marked files be opened: through this program's import table,
 /// for marks alone; names and contents are those of real files. One at a time.
-class marking_file_system {
+class marking_file_system : private noncopyable {
   public:
     marking_file_system();
-    marking_file_system(const marking_file_system&) = delete;
-    marking_file_system& operator=(const marking_file_system&) = delete;
     ~marking_file_system();
 
     bool has_filter = true;  // false: a marked file opens for nobody

@@ -2,6 +2,8 @@
 
 #include <memory>
 
+#include "ovufc/noncopyable.h"
+
 namespace ov::devservice {
 
 /// Lets this process meet its end, or a full disk, at a chosen moment of its work: the calls by which the
@@ -10,7 +12,7 @@ namespace ov::devservice {
 ///     const fault_injection faults({.end_at_call = 17});
 ///
 /// ends the process, as a kill would, in place of the seventeenth.
-class fault_injection {
+class fault_injection : private noncopyable {
   public:
     struct plan {
         int end_at_call = 0;      // 0: never
@@ -20,8 +22,6 @@ class fault_injection {
     static constexpr unsigned ended_exit_code = 0xDEAD;
 
     explicit fault_injection(const plan& wanted);
-    fault_injection(const fault_injection&) = delete;
-    fault_injection& operator=(const fault_injection&) = delete;
     ~fault_injection();
 
   private:

@@ -116,14 +116,15 @@ TEST_F(OrvNameSpaceFolder, binding_follows_the_entries_after_the_first) {
     wchar_t name[] = L"system32";
     PIDLIST_RELATIVE rest = nullptr;
     ASSERT_EQ(S_OK, windows->ParseDisplayName(nullptr, nullptr, name, nullptr, &rest, nullptr));
-    const unique_absolute_id_list both(ILCombine(reinterpret_cast<PCIDLIST_ABSOLUTE>(first.get()), rest));
+    const ov::com::unique_absolute_id_list both(
+        ILCombine(reinterpret_cast<PCIDLIST_ABSOLUTE>(first.get()), rest));
     CoTaskMemFree(rest);
 
     ComPtr<IPersistFolder2> inner;
     ASSERT_EQ(S_OK, folder->BindToObject(both.get(), nullptr, IID_IPersistFolder2, &inner));
     PIDLIST_ABSOLUTE where = nullptr;
     ASSERT_EQ(S_OK, inner->GetCurFolder(&where));
-    const unique_absolute_id_list owned(where);
+    const ov::com::unique_absolute_id_list owned(where);
     wchar_t path[MAX_PATH] = L"";
     EXPECT_TRUE(SHGetPathFromIDListW(where, path));
     EXPECT_STREQ(L"C:\\windows\\system32", path);
@@ -139,8 +140,9 @@ TEST_F(OrvNameSpaceFolder, storage_is_bound_like_an_object) {
 }
 
 TEST_F(OrvNameSpaceFolder, what_is_no_folder_cannot_be_bound) {
-    for (const std::uint16_t type : {item_types::one_click_restore, item_types::addons, item_types::managed,
-                                     item_types::reserved, std::uint16_t{0x1234}}) {
+    for (const std::uint16_t type :
+         {item_types::one_click_restore, item_types::addons, item_types::reserved_with_icon,
+          item_types::reserved, std::uint16_t{0x1234}}) {
         void* result = this;
         EXPECT_EQ(E_NOTIMPL, folder->BindToObject(entry(type).get(), nullptr, IID_IShellFolder, &result));
         EXPECT_EQ(nullptr, result);
@@ -178,7 +180,7 @@ PIDLIST_ABSOLUTE WINAPI no_combined(LPCITEMIDLIST, LPCITEMIDLIST) {
 
 TEST_F(OrvNameSpaceFolder, failures_of_the_shell_while_binding_are_passed_on) {
     const auto first = entry(item_types::folder);
-    const unique_absolute_id_list two(
+    const ov::com::unique_absolute_id_list two(
         ILCombine(reinterpret_cast<PCIDLIST_ABSOLUTE>(first.get()), first.get()));
     void* result = this;
     {

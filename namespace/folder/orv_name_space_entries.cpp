@@ -1,4 +1,4 @@
-// The folder's list as the shell sees it: parsing, enumerating, binding, attributes and names.
+// What the shell asks about the entries: finding one by its name, listing, opening, attributes and names.
 
 #include <windows.h>
 #include <shlobj.h>
@@ -66,6 +66,19 @@ orvNameSpace::ParseDisplayName(HWND, IBindCtx*, LPWSTR name, ULONG* eaten, PIDLI
 }
 
 STDMETHODIMP
+orvNameSpace::GetDefaultSearchGUID(GUID*) noexcept {
+    return E_NOTIMPL;
+}
+
+STDMETHODIMP
+orvNameSpace::EnumSearches(IEnumExtraSearch** result) noexcept {
+    if (result != nullptr) {
+        *result = nullptr;
+    }
+    return E_NOINTERFACE;
+}
+
+STDMETHODIMP
 orvNameSpace::EnumObjects(HWND, SHCONTF wanted, IEnumIDList** enumerator) noexcept {
     if (enumerator == nullptr) {
         return E_POINTER;
@@ -97,7 +110,7 @@ orvNameSpace::BindToObject(PCUIDLIST_RELATIVE id_list, IBindCtx* bind_context, R
         if (path.empty()) {
             return E_NOTIMPL;
         }
-        unique_absolute_id_list location(ILCreateFromPathW(path.c_str()));
+        com::unique_absolute_id_list location(ILCreateFromPathW(path.c_str()));
         if (location == nullptr) {
             return E_OUTOFMEMORY;
         }

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace ov::name_space {
+namespace ov::com {
 
 struct task_memory_deleter {
     void operator()(void* memory) const noexcept { CoTaskMemFree(memory); }
@@ -20,4 +20,4 @@ using unique_task_text = unique_task_memory<wchar_t>;
 using unique_absolute_id_list = unique_task_memory<ITEMIDLIST_ABSOLUTE>;
 using unique_child_id = unique_task_memory<ITEMID_CHILD>;
 
-}  // namespace ov::name_space
+}  // namespace ov::com
