@@ -49,15 +49,23 @@ class location_reader {
     void forget_hard_drive() noexcept;
     void add(const std::string& value);
 
+    // Where the walk stands. A key says nothing by itself: the same one deeper down, in an array or in
+    // another object is not meant
+    // (LocationDocument.hard_drive_of_a_wrong_type_or_missing_gives_all_user_folders).
     location_document& document_;
+    // How many arrays and objects are open; without a bound a text of brackets alone would go on for ever
+    // (nesting_without_end_is_refused), and with an array for a root the keys below it would count.
     std::size_t depth_ = 0;
     bool root_is_object_ = false;
-    // The key just read is "hardDrive" of the root.
+    // The key just read is "hardDrive" of the root: whether its value is an object is not known yet.
     bool hard_drive_is_next_ = false;
+    // Inside that object, as opposed to any other member of the root with "folders" in it.
     bool in_hard_drive_ = false;
-    // The list that the key just read names; null for every other key.
+    // The list that the key just read names; null for every other key, and once a value has come that is no
+    // array (value_that_is_no_array_makes_it_incomplete).
     location_list* next_list_ = nullptr;
-    // The list whose entries are being read, and their depth.
+    // The list whose entries are being read, and their depth: what is inside an entry belongs to no list, and
+    // the end of an inner array is not the list's (entry_that_is_no_string_breaks_its_array_there).
     location_list* list_ = nullptr;
     std::size_t list_depth_ = 0;
 };

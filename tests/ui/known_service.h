@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "ovufc/protocol/service_calls.h"
 #include "testkit/files/temp_folder.h"
 #include "testkit/service/scripted_service.h"
 
@@ -32,9 +33,9 @@ class known_service {
 };
 
 /// Service calls as the wire numbers them.
-inline constexpr int call_folder_status = 13;
-inline constexpr int call_protected_folders = 35;
-inline constexpr int call_restore_points = 36;
-inline constexpr int call_restore = 39;
+inline constexpr int call_folder_status = static_cast<int>(protocol::service_call::get_folder_status);
+inline constexpr int call_protected_folders = static_cast<int>(protocol::service_call::get_protected_folders);
+inline constexpr int call_restore_points = static_cast<int>(protocol::service_call::get_restore_points);
+inline constexpr int call_restore = static_cast<int>(protocol::service_call::restore_from_point);
 
 }  // namespace ov::test

@@ -1,4 +1,4 @@
-#include "companions/devservice/calls/answering.h"
+#include "companions/devservice/calls/call_context.h"
 #include "companions/devservice/calls/handover.h"
 #include "companions/devservice/calls/request.h"
 #include "companions/devservice/copies/chronels.h"
@@ -18,7 +18,7 @@ std::wstring temporary_folder() {
 
 }  // namespace
 
-reply get_file_chronels(answering& context, const json& parameters) {
+reply get_file_chronels(call_context& context, const json& parameters) {
     const std::optional<std::wstring> file = path_parameter(parameters, fields::file_name);
     if (!file) {
         return {.code = status::bad_request};
@@ -29,7 +29,7 @@ reply get_file_chronels(answering& context, const json& parameters) {
     return hand_over(parameters, chronel_list_text(chronels_of(context.store.state(), *file)));
 }
 
-reply restore_file_chronel(answering& context, const json& parameters) {
+reply restore_file_chronel(call_context& context, const json& parameters) {
     const std::optional<std::wstring> file = path_parameter(parameters, fields::file_name);
     const std::optional<std::wstring> clone = text_parameter(parameters, fields::clone_file_name);
     if (!file || !clone) {
@@ -38,7 +38,7 @@ reply restore_file_chronel(answering& context, const json& parameters) {
     return reply_for(restore_chronel(context.store, *file, to_utf8_lossy(*clone)));
 }
 
-reply open_file_chronel(answering& context, const json& parameters) {
+reply open_file_chronel(call_context& context, const json& parameters) {
     const std::optional<std::wstring> file = path_parameter(parameters, fields::file_name);
     const std::optional<std::wstring> clone = text_parameter(parameters, fields::clone_file_name);
     const std::optional<std::wstring> wanted = text_parameter(parameters, fields::used_file_name);

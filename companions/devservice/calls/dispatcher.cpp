@@ -15,7 +15,7 @@ using protocol::service_call;
 struct call_row {
     service_call number;
     const char* name;
-    reply (*answer)(answering&, const json&);
+    reply (*answer)(call_context&, const json&);
 };
 
 constexpr call_row service_calls[] = {
@@ -34,7 +34,7 @@ constexpr call_row service_calls[] = {
     {service_call::open_file_chronel, "open_file_chronel", open_file_chronel},
 };
 
-reply answer_guarded(answering& context, const call_row& call, const json& parameters) {
+reply answer_guarded(call_context& context, const call_row& call, const json& parameters) {
     try {
         return call.answer(context, parameters);
     } catch (const std::exception& error) {  // memory, in practice: the service goes on with the next request
@@ -45,7 +45,7 @@ reply answer_guarded(answering& context, const call_row& call, const json& param
 
 }  // namespace
 
-std::string answer_request(answering& context, std::string_view text) {
+std::string answer_request(call_context& context, std::string_view text) {
     const std::optional<request> call = read_request(text);
     if (!call) {
         context.note("no request -> 1");

@@ -1,4 +1,4 @@
-#include "companions/devservice/calls/answering.h"
+#include "companions/devservice/calls/call_context.h"
 #include "companions/devservice/calls/document.h"
 #include "companions/devservice/calls/handover.h"
 #include "companions/devservice/calls/request.h"
@@ -15,11 +15,11 @@ namespace {
 
 namespace fields = protocol::fields;
 
-bool flag_is_set(const answering& context, std::uint32_t flag) {
+bool flag_is_set(const call_context& context, std::uint32_t flag) {
     return (context.store.state().flags & flag) != 0;
 }
 
-reply protect_and_answer(answering& context, const std::optional<std::wstring>& folder,
+reply protect_and_answer(call_context& context, const std::optional<std::wstring>& folder,
                          const std::optional<std::wstring>& object_path) {
     if (!folder || !object_path) {
         return {.code = status::bad_request};
@@ -41,7 +41,7 @@ std::wstring own_desktop() {
 
 }  // namespace
 
-reply get_folder_status(answering& context, const json& parameters) {
+reply get_folder_status(call_context& context, const json& parameters) {
     const std::optional<std::wstring> folder = path_parameter(parameters, fields::folder_name);
     if (!folder) {
         return {.code = status::bad_request};
@@ -53,16 +53,16 @@ reply get_folder_status(answering& context, const json& parameters) {
     return answer;
 }
 
-reply protect_folder(answering& context, const json& parameters) {
+reply protect_folder(call_context& context, const json& parameters) {
     return protect_and_answer(context, path_parameter(parameters, fields::folder_name), std::wstring());
 }
 
-reply protect_folder_as(answering& context, const json& parameters) {
+reply protect_folder_as(call_context& context, const json& parameters) {
     return protect_and_answer(context, path_parameter(parameters, fields::folder_name),
                               text_parameter(parameters, fields::object_path));
 }
 
-reply unprotect_folder(answering& context, const json& parameters) {
+reply unprotect_folder(call_context& context, const json& parameters) {
     const std::optional<std::wstring> folder = path_parameter(parameters, fields::folder_name);
     if (!folder) {
         return {.code = status::bad_request};
@@ -73,7 +73,7 @@ reply unprotect_folder(answering& context, const json& parameters) {
     return reply_for(unprotect(context.store, *folder));
 }
 
-reply export_folder(answering& context, const json& parameters) {
+reply export_folder(call_context& context, const json& parameters) {
     const std::optional<std::wstring> folder = path_parameter(parameters, fields::folder_name);
     const json* const type_member = find_member(parameters, fields::export_type);
     const std::string* const type = type_member == nullptr ? nullptr : as_text(*type_member);
@@ -101,7 +101,7 @@ reply export_folder(answering& context, const json& parameters) {
     return answer;
 }
 
-reply get_protected_folders(answering& context, const json& parameters) {
+reply get_protected_folders(call_context& context, const json& parameters) {
     const std::optional<std::string> text = protected_locations(context.store);
     return text ? hand_over(parameters, *text) : reply{.code = status::failed};
 }

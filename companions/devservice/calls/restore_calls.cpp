@@ -1,6 +1,6 @@
 #include <optional>
 
-#include "companions/devservice/calls/answering.h"
+#include "companions/devservice/calls/call_context.h"
 #include "companions/devservice/calls/handover.h"
 #include "companions/devservice/calls/request.h"
 #include "companions/devservice/files/json_text.h"
@@ -29,7 +29,7 @@ std::optional<point_identity> identity_from(const json& parameters) {
 
 }  // namespace
 
-reply get_restore_points(answering& context, const json&) {
+reply get_restore_points(call_context& context, const json&) {
     json points = json::array();
     const std::vector<stored_copy>& copies = context.store.state().copies;
     for (auto copy = copies.rbegin(); copy != copies.rend(); ++copy) {
@@ -42,7 +42,7 @@ reply get_restore_points(answering& context, const json&) {
     return answer;
 }
 
-reply get_restore_folders(answering& context, const json& parameters) {
+reply get_restore_folders(call_context& context, const json& parameters) {
     const std::optional<point_identity> wanted = identity_from(parameters);
     if (!wanted) {
         return {.code = status::bad_request};
@@ -59,7 +59,7 @@ reply get_restore_folders(answering& context, const json& parameters) {
     return hand_over(parameters, to_text({{fields::restore_folders, std::move(folders)}}));
 }
 
-reply restore_from_point(answering& context, const json& parameters) {
+reply restore_from_point(call_context& context, const json& parameters) {
     const std::optional<point_identity> wanted = identity_from(parameters);
     if (!wanted) {
         return {.code = status::bad_request};
@@ -87,7 +87,7 @@ reply restore_from_point(answering& context, const json& parameters) {
     return answer;
 }
 
-reply get_last_timestamp(answering& context, const json&) {
+reply get_last_timestamp(call_context& context, const json&) {
     const std::vector<stored_copy>& copies = context.store.state().copies;
     if (copies.empty()) {
         return {};

@@ -39,7 +39,7 @@ int report_serving(DWORD error) {
 }  // namespace
 
 int command_run(command_call& call) {
-    answering context{.store = call.store, .desktop = {}, .open_file = open_for_user, .log = print};
+    call_context context{.store = call.store, .desktop = {}, .open_file = open_for_user, .log = print};
     if (call.words.take_switch(L"--no-open")) {
         context.open_file = nullptr;
     }

@@ -9,6 +9,7 @@
 #include "companions/devservice/files/links.h"
 #include "companions/devservice/files/text.h"
 #include "companions/devservice/roll_back/restored_file.h"
+#include "ovufc/protocol/service_calls.h"
 
 namespace ov::devservice {
 namespace {

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "companions/devdriver/service_side.h"
-#include "companions/devservice/calls/answering.h"
+#include "companions/devservice/calls/call_context.h"
 #include "companions/devservice/copies/marks.h"
 #include "companions/devservice/serving/presence.h"
 
@@ -17,7 +17,7 @@ namespace ov::devservice {
 class server {
   public:
     /// `when_serving` is called once, when clients can be answered.
-    server(answering& context, presence& shown, std::function<void()> when_serving)
+    server(call_context& context, presence& shown, std::function<void()> when_serving)
         : context_(context),
           shown_(shown),
           when_serving_(std::move(when_serving)),
@@ -36,7 +36,7 @@ class server {
     void keep_marks();
     void answer(const devdriver::request& request);
 
-    answering& context_;
+    call_context& context_;
     presence& shown_;
     std::function<void()> when_serving_;
     marks marks_;

@@ -59,7 +59,8 @@ DWORD serve(presence& shown) {
         DWORD written = 0;
         WriteFile(log.get(), whole.data(), static_cast<DWORD>(whole.size()), &written, nullptr);
     };
-    answering context{.store = *running.store, .desktop = {}, .open_file = open_for_user, .log = write_log};
+    call_context context{
+        .store = *running.store, .desktop = {}, .open_file = open_for_user, .log = write_log};
     return server(context, shown, [] { tell_manager(SERVICE_RUNNING); }).run();
 }
 

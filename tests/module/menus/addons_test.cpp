@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int get_last_timestamp = 45;
+constexpr auto get_last_timestamp = service_call::get_last_timestamp;
 constexpr std::uint64_t some_time = 133'500'000'000'000'000;  // in January 2024
 
 class Addons : public entry_fixture {

@@ -109,7 +109,7 @@ TEST_F(FolderCommands, protectionConfirmed_isSent) {
     dialogs.protect = [](dialog::ProtectDialogRequest&) { return 1U; };
     const auto menu = folder_menu();
     EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
-    EXPECT_THAT(sent(), ElementsAre(request_text(3, folder_name() + "}")));
+    EXPECT_THAT(sent(), ElementsAre(request_text(service_call::protect_folder, folder_name() + "}")));
 }
 
 TEST_F(FolderCommands, protectionUnderAnObjectPath_isSentWithIt) {
@@ -121,13 +121,14 @@ TEST_F(FolderCommands, protectionUnderAnObjectPath_isSentWithIt) {
     const auto menu = folder_menu();
     EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
     EXPECT_THAT(sent(), ElementsAre(request_text(
-                            28, folder_name() + R"(,"objPath":)" + json_text(L"D:\\\u00fcber\\x") + "}")));
+                            service_call::protect_folder_as,
+                            folder_name() + R"(,"objPath":)" + json_text(L"D:\\\u00fcber\\x") + "}")));
 }
 
 TEST_F(FolderCommands, protectionThatFails_isUnexpected) {
     fake_dialog_library dialogs(module_.handle());
-    reply(3, refused);
-    reply(28, refused);
+    reply(service_call::protect_folder, refused);
+    reply(service_call::protect_folder_as, refused);
     bool with_path = false;
     dialogs.protect = [&](dialog::ProtectDialogRequest& request) {
         std::wcscpy(request.object_path, with_path ? L"D:\\x" : L"");
@@ -160,7 +161,7 @@ TEST_F(FolderCommands, unprotect_asksThenSends) {
     EXPECT_EQ(boxes.shown()[0].text, message_texts::of(0x40003, folder_.path()));
     EXPECT_EQ(boxes.shown()[0].caption, message_texts::of(0));
     EXPECT_EQ(boxes.shown()[0].style, 0x50121U);
-    EXPECT_THAT(sent(), ElementsAre(request_text(14, folder_name() + "}")));
+    EXPECT_THAT(sent(), ElementsAre(request_text(service_call::unprotect_folder, folder_name() + "}")));
 }
 
 TEST_F(FolderCommands, realQuestion_isAnsweredByItsButtons) {
@@ -188,7 +189,7 @@ TEST_F(FolderCommands, unprotectNotConfirmed_sendsNothing) {
 
 TEST_F(FolderCommands, unprotectThatFails_isUnexpectedAndSaysNothing) {
     message_box_script boxes(module_.handle(), {IDOK});
-    reply(14, refused);
+    reply(service_call::unprotect_folder, refused);
     const auto menu = folder_menu();
     EXPECT_EQ(invoke(menu.Get(), 1), E_UNEXPECTED);
     EXPECT_EQ(boxes.shown().size(), 1U);
@@ -220,16 +221,18 @@ TEST_F(FolderCommands, exports_areSentByKind) {
     const auto menu = folder_menu();
     const std::string folder_name = json_text(folder_.path());
     EXPECT_EQ(invoke(menu.Get(), 2), S_OK);
-    EXPECT_THAT(sent(), ElementsAre(request_text(
-                            44, R"({"exportType":"recycleBin","folderName":)" + folder_name + "}")));
+    EXPECT_THAT(sent(),
+                ElementsAre(request_text(service_call::export_folder,
+                                         R"({"exportType":"recycleBin","folderName":)" + folder_name + "}")));
     EXPECT_EQ(invoke(menu.Get(), 3), S_OK);
-    EXPECT_THAT(sent(), ElementsAre(request_text(
-                            44, R"({"exportType":"chronels","folderName":)" + folder_name + "}")));
+    EXPECT_THAT(sent(),
+                ElementsAre(request_text(service_call::export_folder,
+                                         R"({"exportType":"chronels","folderName":)" + folder_name + "}")));
 }
 
 TEST_F(FolderCommands, exportThatFails_isStillOk) {
     service_.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
-    reply(44, refused);
+    reply(service_call::export_folder, refused);
     const auto menu = folder_menu();
     EXPECT_EQ(invoke(menu.Get(), 2), S_OK);
     EXPECT_EQ(invoke(menu.Get(), 3), S_OK);

@@ -17,7 +17,8 @@ class FolderMenu : public menus_fixture {};
 
 TEST_F(FolderMenu, folder_isAskedAboutOnce) {
     const auto menu = menu_on(folder_.path());
-    EXPECT_THAT(sent(), ElementsAre(request_text(13, R"({"folderName":)" + json_text(folder_.path()) + "}")));
+    EXPECT_THAT(sent(), ElementsAre(request_text(service_call::get_folder_status,
+                                                 R"({"folderName":)" + json_text(folder_.path()) + "}")));
 }
 
 TEST_F(FolderMenu, unprotectedFolder_hasOneGreyItem) {

@@ -47,7 +47,8 @@ class LocalTime : public entry_fixture {
 };
 
 TEST_F(LocalTime, addons_tellsTheTimestampInTheUsersZone) {
-    reply(45, std::string(R"({"data":{"lastTimestamp":)") + some_time + R"(},"statusCode":-2})");
+    reply(service_call::get_last_timestamp,
+          std::string(R"({"data":{"lastTimestamp":)") + some_time + R"(},"statusCode":-2})");
     const auto menu = entry_menu(class_ids::addons);
     message_box_script boxes(module_.handle(), {IDOK, IDOK});
     EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
@@ -56,8 +57,8 @@ TEST_F(LocalTime, addons_tellsTheTimestampInTheUsersZone) {
 }
 
 TEST_F(LocalTime, restore_asksWithTheTimeInTheUsersZone) {
-    reply(36, std::string(R"({"data":{"restorePoints":[{"createdOn":)") + some_time +
-                  R"(,"sequenceNumber":7}]},"statusCode":0})");
+    reply(service_call::get_restore_points, std::string(R"({"data":{"restorePoints":[{"createdOn":)") +
+                                                some_time + R"(,"sequenceNumber":7}]},"statusCode":0})");
     const consent granted(module_.handle());
     const auto menu = entry_menu(class_ids::one_click_restore);
     message_box_script boxes(module_.handle(), {IDOK, IDCANCEL});

@@ -5,6 +5,7 @@
 #include "module/state/class_ids.h"
 #include "ovufc/json.h"
 #include "ovufc/win/handle.h"
+#include "ovufc/win/utf8.h"
 
 namespace ov::test {
 
@@ -14,17 +15,9 @@ using Microsoft::WRL::ComPtr;
 
 constexpr const char* empty_success = R"({"data":{},"statusCode":0})";
 
-std::string to_narrow(const std::wstring& text) {
-    std::string narrow(text.size() * 3, '\0');
-    const int length = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
-                                           narrow.data(), static_cast<int>(narrow.size()), nullptr, nullptr);
-    narrow.resize(static_cast<std::size_t>(length));
-    return narrow;
-}
-
-int service_call_of(const std::string& request) {
+service_call service_call_of(const std::string& request) {
     const auto parsed = ov::json::parse(request, nullptr, /*allow_exceptions=*/false);
-    return parsed.is_object() ? parsed.value("serviceCall", -1) : -1;
+    return service_call{parsed.is_object() ? parsed.value("serviceCall", -1) : -1};
 }
 
 }  // namespace
@@ -49,8 +42,8 @@ void menus_fixture::publish_replies() {
     });
 }
 
-void menus_fixture::reply(int service_call, const std::string& text) {
-    replies_[service_call] = text;
+void menus_fixture::reply(service_call number, const std::string& text) {
+    replies_[number] = text;
     publish_replies();
 }
 
@@ -59,13 +52,14 @@ void menus_fixture::reply_folder_status(bool is_protected, const std::string& ui
     if (!ui_level.empty()) {
         data += R"(,"uiLevel":")" + ui_level + "\"";
     }
-    reply(13, R"({"data":{)" + data + R"(},"statusCode":0})");
+    reply(service_call::get_folder_status, R"({"data":{)" + data + R"(},"statusCode":0})");
 }
 
-void menus_fixture::reply_with_file(int service_call, const std::string& content) {
-    DeleteFileW((folder_.path() + L"\\reply" + std::to_wstring(service_call) + L".json").c_str());
-    const std::wstring path = folder_.make_file(L"reply" + std::to_wstring(service_call) + L".json", content);
-    reply(service_call, R"({"data":{"objPath":)" + json_text(path) + R"(},"statusCode":0})");
+void menus_fixture::reply_with_file(service_call number, const std::string& content) {
+    const std::wstring name = L"reply" + std::to_wstring(static_cast<int>(number)) + L".json";
+    DeleteFileW((folder_.path() + L"\\" + name).c_str());
+    const std::wstring path = folder_.make_file(name, content);
+    reply(number, R"({"data":{"objPath":)" + json_text(path) + R"(},"statusCode":0})");
 }
 
 std::vector<std::string> menus_fixture::sent() {
@@ -127,12 +121,13 @@ queried_menu::~queried_menu() {
     DestroyMenu(host);
 }
 
-std::string request_text(int service_call, const std::string& parameters) {
-    return R"({"parameters":)" + parameters + R"(,"serviceCall":)" + std::to_string(service_call) + "}";
+std::string request_text(service_call number, const std::string& parameters) {
+    return R"({"parameters":)" + parameters + R"(,"serviceCall":)" +
+           std::to_string(static_cast<int>(number)) + "}";
 }
 
 std::string json_text(const std::wstring& text) {
-    return ov::json(to_narrow(text)).dump();
+    return ov::json(win::to_utf8(text).value()).dump();
 }
 
 }  // namespace ov::test

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "ovufc/noncopyable.h"
+#include "ovufc/protocol/service_calls.h"
 #include "testkit/checks/shipped_module.h"
 #include "testkit/files/temp_folder.h"
 #include "testkit/imports/message_texts.h"
@@ -22,6 +23,8 @@
 
 namespace ov::test {
 
+using protocol::service_call;
+
 /// The shipped module in a host of its own, with the real driver and a service that answers by a table.
 ///
 /// A fresh module for each test: its port to the driver is closed at first. Message numbers stand for texts.
@@ -31,11 +34,11 @@ class menus_fixture : public testing::Test {
     ~menus_fixture() override;
 
     /// Sets the reply to one service call; {"statusCode":0,"data":{}} otherwise.
-    void reply(int service_call, const std::string& text);
+    void reply(service_call number, const std::string& text);
     /// The folder-status reply.
     void reply_folder_status(bool is_protected, const std::string& ui_level = {});
     /// The reply of a service call whose answer is a file that the driver writes.
-    void reply_with_file(int service_call, const std::string& content);
+    void reply_with_file(service_call number, const std::string& content);
 
     /// The texts of the requests sent since the last call of this.
     std::vector<std::string> sent();
@@ -51,7 +54,7 @@ class menus_fixture : public testing::Test {
     temp_folder folder_;
 
   private:
-    std::map<int, std::string> replies_;
+    std::map<service_call, std::string> replies_;
     void publish_replies();
     // The resource library is loaded by the first class object that the module hands out.
     bool has_texts_;
@@ -79,7 +82,7 @@ struct queried_menu : private noncopyable {
 };
 
 /// A request as it stands on the wire.
-std::string request_text(int service_call, const std::string& parameters);
+std::string request_text(service_call number, const std::string& parameters);
 /// A UTF-16 text as a JSON string, with its quotation marks.
 std::string json_text(const std::wstring& text);
 

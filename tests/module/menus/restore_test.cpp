@@ -13,7 +13,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int get_restore_points = 36;
+constexpr auto get_restore_points = service_call::get_restore_points;
 constexpr std::uint64_t created_on = 133'500'000'000'000'000;  // in January 2024
 
 class Restore : public entry_fixture {
@@ -26,13 +26,15 @@ class Restore : public entry_fixture {
 
     static std::string points_request() { return request_text(get_restore_points, "{}"); }
     static std::string restore_request() {
-        return request_text(39, R"({"createdOn":133500000000000000,"sequenceNumber":7})");
+        return request_text(service_call::restore_from_point,
+                            R"({"createdOn":133500000000000000,"sequenceNumber":7})");
     }
     static std::string folders_request() {
         std::array<wchar_t, MAX_PATH + 1> temp{};
         GetTempPathW(MAX_PATH + 1, temp.data());
-        return request_text(37, R"({"createdOn":133500000000000000,"sequenceNumber":7,"tempFolder":)" +
-                                    json_text(temp.data()) + "}");
+        return request_text(service_call::get_restore_folders,
+                            R"({"createdOn":133500000000000000,"sequenceNumber":7,"tempFolder":)" +
+                                json_text(temp.data()) + "}");
     }
 
     /// Whether a restore is under way, as the file and folder menu sees it.
@@ -126,7 +128,7 @@ TEST_F(Restore, driverThatServesNothing_isTheStopMessage) {
 }
 
 TEST_F(Restore, refusalOfTheRestoreItself_isNotShown) {
-    reply(39, R"({"data":{},"statusCode":5})");
+    reply(service_call::restore_from_point, R"({"data":{},"statusCode":5})");
     message_box_script boxes(module_.handle(), {IDOK, IDOK});
     EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
     EXPECT_EQ(boxes.shown().size(), 2U);

@@ -7,6 +7,7 @@
 #include "testkit/checks/fake_dialog_library.h"
 #include "testkit/checks/handle_ledger.h"
 #include "testkit/checks/message_box_script.h"
+#include "testkit/memory/failing_allocations.h"
 #include "tests/module/menus/consent.h"
 #include "tests/module/menus/entry_fixture.h"
 #include "tests/module/menus/tracked_file_fixture.h"
@@ -47,7 +48,7 @@ TEST_F(Leaks, folderMenu_givesEveryHandleBack) {
 }
 
 TEST_F(Leaks, fileMenu_givesEveryHandleBack) {
-    reply_with_file(46, "[]");
+    reply_with_file(service_call::get_file_chronels, "[]");
     fake_dialog_library dialogs(module_.handle());
     const handle_ledger ledger(module_.handle());
     {
@@ -60,39 +61,12 @@ TEST_F(Leaks, fileMenu_givesEveryHandleBack) {
     EXPECT_EQ(ledger.made_by("LoadLibraryExW"), 1);
 }
 
-// Memory runs out at the n-th allocation of the module while this is armed: once, or for good. The module's
-// runtime is linked in, so all of its allocations come through this import.
-bool is_armed = false;
-bool fails_for_good = false;
-int allocations_until_failure = 0;
-void* (*real_malloc)(std::size_t);
-void* failing_malloc(std::size_t size) {
-    if (!is_armed) {
-        return real_malloc(size);
-    }
-    --allocations_until_failure;
-    const bool fails = fails_for_good ? allocations_until_failure <= 0 : allocations_until_failure == 0;
-    return fails ? nullptr : real_malloc(size);
-}
-
-// Runs `scene` again and again, with its first, second … allocation failing, until one run meets no failure.
+// Runs `scene` with each of its allocations failing, of which there are `at_least` so many.
 template <class Scene>
-void with_each_allocation_failing(HMODULE module, int at_least, Scene scene) {
-    int failures = 0;
-    for (int nth = 1;; ++nth) {
-        const import_patch<void*(std::size_t)> patch(module, "msvcrt.dll;ucrtbase.dll", "malloc",
-                                                     &failing_malloc);
-        real_malloc = patch.original();
-        allocations_until_failure = nth;
-        is_armed = true;
-        scene();
-        is_armed = false;
-        if (allocations_until_failure > 0) {
-            break;
-        }
-        ++failures;
-    }
-    EXPECT_GE(failures, at_least) << "the scene does not allocate what it should";
+void with_each_allocation_failing(HMODULE module, int at_least, Scene scene,
+                                  failing_allocations::mode how = failing_allocations::mode::once) {
+    EXPECT_GE(fail_each_allocation(module, how, scene), at_least)
+        << "the scene does not allocate what it should";
 }
 
 class NoMemory : public tracked_file_fixture {
@@ -110,7 +84,7 @@ TEST_F(NoMemory, newMenus_areMadeWholeOrNotAtAll) {
                             made_class{class_ids::shell_extension, IID_IShellPropSheetExt, 2},
                             made_class{class_ids::one_click_restore, IID_IContextMenu, 2},
                             made_class{class_ids::addons, IID_IContextMenu, 2}}) {
-        with_each_allocation_failing(module_.handle(), row.allocations, [&] {
+        with_each_allocation_failing(module_.handle(), row.allocations, [&](auto&) {
             void* made = nullptr;
             const HRESULT result = module_.create(row.rclsid, row.riid, &made);
             EXPECT_EQ(result, made != nullptr ? S_OK : E_OUTOFMEMORY);
@@ -124,55 +98,61 @@ TEST_F(NoMemory, newMenus_areMadeWholeOrNotAtAll) {
 
 TEST_F(NoMemory, fileMenu_isWholeOrEmpty) {
     const auto selection = select_paths({file_});
-    with_each_allocation_failing(module_.handle(), 2, [&] {
-        is_armed = false;
+    with_each_allocation_failing(module_.handle(), 2, [&](auto& memory) {
+        memory.pause();
         const auto menu = make_menu(class_ids::shell_extension);
-        is_armed = true;
+        memory.resume();
         EXPECT_EQ(initialize(menu.Get(), selection.Get()), S_OK);
         const HRESULT count = queried_menu(menu.Get(), CMF_NORMAL).result;
-        EXPECT_EQ(count, allocations_until_failure > 0 ? 1 : 0);
+        EXPECT_EQ(count, memory.met() ? 0 : 1);
         EXPECT_EQ(selection->references(), 1U);
         EXPECT_EQ(selection->lock_count(), 0U);
     });
 }
 
 // The service call builds and reads JSON, whose library allocates even while it destroys a value.
-class NoMemoryForJson : public NoMemory, public testing::WithParamInterface<bool> {
-  protected:
-    NoMemoryForJson() { fails_for_good = GetParam(); }
-    ~NoMemoryForJson() override { fails_for_good = false; }
-};
+class NoMemoryForJson : public NoMemory, public testing::WithParamInterface<failing_allocations::mode> {};
 
 TEST_P(NoMemoryForJson, folderMenu_learnsWhatItCan_andTheHostLives) {
     const auto selection = select_paths({folder_.path()});
-    with_each_allocation_failing(module_.handle(), 10, [&] {
-        is_armed = false;
-        const auto menu = make_menu(class_ids::shell_extension);
-        is_armed = true;
-        EXPECT_EQ(initialize(menu.Get(), selection.Get()), S_OK);
-        is_armed = false;
-        // No selection, a folder that is taken for unprotected, or all that there is to know.
-        EXPECT_THAT(queried_menu(menu.Get(), CMF_NORMAL).result, testing::AnyOf(0, 2, 3));
-        EXPECT_EQ(selection->references(), 1U);
-        EXPECT_EQ(selection->lock_count(), 0U);
-    });
+    with_each_allocation_failing(
+        module_.handle(), 10,
+        [&](auto& memory) {
+            memory.pause();
+            const auto menu = make_menu(class_ids::shell_extension);
+            memory.resume();
+            EXPECT_EQ(initialize(menu.Get(), selection.Get()), S_OK);
+            memory.pause();
+            // No selection, a folder that is taken for unprotected, or all that there is to know.
+            EXPECT_THAT(queried_menu(menu.Get(), CMF_NORMAL).result, testing::AnyOf(0, 2, 3));
+            EXPECT_EQ(selection->references(), 1U);
+            EXPECT_EQ(selection->lock_count(), 0U);
+        },
+        GetParam());
 }
 
 TEST_P(NoMemoryForJson, unprotect_failsOrSucceeds_andTheHostLives) {
-    reply(14, R"({"data":{},"statusCode":0})");
+    reply(service_call::unprotect_folder, R"({"data":{},"statusCode":0})");
     const auto menu = menu_on(folder_.path());
-    with_each_allocation_failing(module_.handle(), 10, [&] {
-        message_box_script boxes(module_.handle(), {IDOK});
-        EXPECT_THAT(invoke(menu.Get(), 1), testing::AnyOf(S_OK, E_UNEXPECTED, E_OUTOFMEMORY));
-    });
+    with_each_allocation_failing(
+        module_.handle(), 10,
+        [&](auto&) {
+            message_box_script boxes(module_.handle(), {IDOK});
+            EXPECT_THAT(invoke(menu.Get(), 1), testing::AnyOf(S_OK, E_UNEXPECTED, E_OUTOFMEMORY));
+        },
+        GetParam());
 }
 
-INSTANTIATE_TEST_SUITE_P(OnceAndForGood, NoMemoryForJson, testing::Bool(),
-                         [](const auto& test) { return test.param ? "forGood" : "once"; });
+INSTANTIATE_TEST_SUITE_P(OnceAndForGood, NoMemoryForJson,
+                         testing::Values(failing_allocations::mode::once,
+                                         failing_allocations::mode::from_then_on),
+                         [](const auto& test) {
+                             return test.param == failing_allocations::mode::once ? "once" : "forGood";
+                         });
 
 TEST_F(NoMemory, unprotect_isAskedOrNot) {
     const auto menu = menu_on(folder_.path());
-    with_each_allocation_failing(module_.handle(), 2, [&] {
+    with_each_allocation_failing(module_.handle(), 2, [&](auto&) {
         message_box_script boxes(module_.handle(), {IDCANCEL});
         const HRESULT result = invoke(menu.Get(), 1);
         EXPECT_EQ(result, boxes.shown().empty() ? E_OUTOFMEMORY : S_OK);
@@ -181,18 +161,18 @@ TEST_F(NoMemory, unprotect_isAskedOrNot) {
 
 TEST_F(NoMemory, restore_endsItsTurnWhereverMemoryRunsOut) {
     reply(
-        36,
+        service_call::get_restore_points,
         R"({"data":{"restorePoints":[{"createdOn":133500000000000000,"sequenceNumber":7}]},"statusCode":0})");
     consent prompt(module_.handle());
-    prompt.while_asked = [] { is_armed = false; };
     const auto selection = select_items({folder_.path()});
     const auto menu = make_menu(class_ids::one_click_restore);
     ASSERT_EQ(initialize(menu.Get(), selection.Get()), S_OK);
-    with_each_allocation_failing(module_.handle(), 4, [&] {
+    with_each_allocation_failing(module_.handle(), 4, [&](auto& memory) {
+        prompt.while_asked = [&] { memory.pause(); };
         message_box_script boxes(module_.handle(), {IDOK, IDCANCEL});
-        boxes.while_shown = [](const auto&) { is_armed = true; };
+        boxes.while_shown = [&](const auto&) { memory.resume(); };
         EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
-        is_armed = false;
+        memory.pause();
         EXPECT_EQ(prompt.references(), 0U);
         const auto other = menu_on(folder_.path());
         EXPECT_EQ(queried_menu(other.Get(), CMF_NORMAL).result, 3) << "the turn is not over";

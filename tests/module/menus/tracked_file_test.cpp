@@ -16,7 +16,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int get_file_chronels = 46;
+constexpr auto get_file_chronels = service_call::get_file_chronels;
 constexpr const char* chronel_list = R"({"chronels":[{"fileName":"a"}]})";
 constexpr const char* chronel = R"({"cloneFileName":"clone","fileName":"used","type":3})";
 
@@ -155,7 +155,7 @@ class ChronelFlow : public tracked_file_fixture {
         return request_text(get_file_chronels, R"({"fileName":)" + json_text(file_) + R"(,"tempFolder":)" +
                                                    json_text(temp.data()) + "}");
     }
-    std::string chronel_request(int call, const std::string& used) const {
+    std::string chronel_request(service_call call, const std::string& used) const {
         return request_text(call, R"({"chronelType":3,"cloneFileName":"clone","fileName":)" +
                                       json_text(file_) + R"(,"usedFileName":)" + used + "}");
     }
@@ -200,7 +200,8 @@ TEST_F(ChronelFlow, restore_isSentForActionsTwoAndThree) {
         answer(action, chronel, L"not used");
         const auto menu = file_menu();
         EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
-        EXPECT_THAT(sent(), ElementsAre(list_request(), chronel_request(42, R"("used")")));
+        EXPECT_THAT(sent(), ElementsAre(list_request(),
+                                        chronel_request(service_call::restore_file_chronel, R"("used")")));
         reply_with_file(get_file_chronels, chronel_list);
     }
 }
@@ -209,7 +210,8 @@ TEST_F(ChronelFlow, open_isSentUnderTheDialogsFileName) {
     answer(1, chronel, L"opened \u00e4.docx");
     const auto menu = file_menu();
     EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
-    EXPECT_THAT(sent(), ElementsAre(list_request(), chronel_request(47, json_text(L"opened \u00e4.docx"))));
+    EXPECT_THAT(sent(), ElementsAre(list_request(), chronel_request(service_call::open_file_chronel,
+                                                                    json_text(L"opened \u00e4.docx"))));
 }
 
 TEST_F(ChronelFlow, otherActions_sendNothing) {
@@ -224,7 +226,7 @@ TEST_F(ChronelFlow, otherActions_sendNothing) {
 
 TEST_F(ChronelFlow, failureOfTheChosenAction_isNotPassedOn) {
     answer(2, chronel);
-    reply(42, R"({"data":{},"statusCode":5})");
+    reply(service_call::restore_file_chronel, R"({"data":{},"statusCode":5})");
     EXPECT_EQ(invoke(file_menu().Get(), 0), S_OK);
 }
 
@@ -282,10 +284,10 @@ TEST_F(ChronelFlow, identifierThatIsNotJson_isUnexpectedWithNothingSentAndTheLib
 TEST_F(ChronelFlow, identifierWithoutItsMembers_sendsNullForThem) {
     answer(2, "{}");
     EXPECT_EQ(invoke(file_menu().Get(), 0), S_OK);
-    EXPECT_THAT(sent(),
-                ElementsAre(list_request(),
-                            request_text(42, R"({"chronelType":null,"cloneFileName":null,"fileName":)" +
-                                                 json_text(file_) + R"(,"usedFileName":null})")));
+    EXPECT_THAT(sent(), ElementsAre(list_request(),
+                                    request_text(service_call::restore_file_chronel,
+                                                 R"({"chronelType":null,"cloneFileName":null,"fileName":)" +
+                                                     json_text(file_) + R"(,"usedFileName":null})")));
 }
 
 TEST_F(ChronelFlow, identifierWithoutATerminator_doesNotCrash) {

@@ -1,13 +1,12 @@
 #include "tests/module/namespace/document_service.h"
 
 #include "ovufc/json_bounded.h"
+#include "ovufc/protocol/service_calls.h"
 #include "service/text.h"
 
 namespace ov::test {
 
 namespace {
-
-constexpr int get_protected_folders_call = 35;
 
 void write_file(const std::wstring& path, const std::string& content) {
     const win::unique_file file(
@@ -40,7 +39,8 @@ bool document_service::last_file_exists() const {
 
 std::optional<scripted_reply> document_service::answer(const scripted_request& request) {
     const json call = parse_bounded(request.text);
-    if (call.is_discarded() || call.value("serviceCall", 0) != get_protected_folders_call) {
+    if (call.is_discarded() ||
+        call.value("serviceCall", 0) != static_cast<int>(protocol::service_call::get_protected_folders)) {
         return R"({"statusCode":1,"data":{}})";
     }
     const int number = ++fetches_;

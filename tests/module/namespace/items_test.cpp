@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "ovufc/com/adopt.h"
-#include "testkit/imports/import_patch.h"
+#include "testkit/memory/failing_allocations.h"
 #include "tests/module/namespace/document_service.h"
 #include "tests/module/namespace/module_folder.h"
 
@@ -213,48 +213,30 @@ TEST_F(NamespaceItems, item_of_the_document_opens_the_real_folder) {
     CoTaskMemFree(inner_id);
 }
 
-// Memory runs out once, at the n-th allocation of the module while this is armed. The module's runtime is
-// linked in, so all of its allocations come through this import.
-bool is_armed = false;
-int allocations_until_failure = 0;
-void* (*real_malloc)(std::size_t);
-void* failing_malloc(std::size_t size) {
-    return is_armed && --allocations_until_failure == 0 ? nullptr : real_malloc(size);
-}
-
 TEST_F(NamespaceItems, want_of_memory_costs_the_items_of_the_document_or_the_whole_folder) {
     service.publish(arrays(R"(["D:\\a local folder with a name that is allocated"])",
                            R"("mgmtCustom":["D:\\a managed folder of the same kind"])"));
     const std::vector<seen_item> whole = items_of(*make_folder().Get());
-    // The compiler's runtime sets itself up at the first error that is thrown, and ends the process when it
-    // finds no memory then; the failures below are single ones, so that it does find some.
-    int failures = 0;
     bool document_was_missing = false;
-    for (int nth = 1;; ++nth) {
-        const import_patch<void*(std::size_t)> patch(module.handle(), "msvcrt.dll;ucrtbase.dll", "malloc",
-                                                     &failing_malloc);
-        real_malloc = patch.original();
-        allocations_until_failure = nth;
-        void* made = nullptr;
-        is_armed = true;
-        const HRESULT result = module.create(ov::class_ids::namespace_folder, IID_IShellFolder2, &made);
-        is_armed = false;
-        ASSERT_EQ(made != nullptr ? S_OK : E_OUTOFMEMORY, result) << nth;
-        if (made != nullptr) {
+    const int failures =
+        fail_each_allocation(module.handle(), failing_allocations::mode::once, [&](auto& memory) {
+            void* made = nullptr;
+            const HRESULT result = module.create(ov::class_ids::namespace_folder, IID_IShellFolder2, &made);
+            memory.pause();
+            ASSERT_EQ(made != nullptr ? S_OK : E_OUTOFMEMORY, result);
+            if (made == nullptr) {
+                return;
+            }
             const auto folder = ov::com::adopt(static_cast<IShellFolder2*>(made));
             const std::vector<seen_item> items = items_of(*folder.Get());
             // What does not come from the document is there in any case.
             ASSERT_EQ(1, std::count_if(items.begin(), items.end(),
-                                       [](const seen_item& item) { return item.type == restore_type; }))
-                << nth;
+                                       [](const seen_item& item) { return item.type == restore_type; }));
             document_was_missing = document_was_missing || items.size() != whole.size();
-            if (allocations_until_failure > 0) {
+            if (!memory.met()) {
                 EXPECT_EQ(whole, items);
-                break;
             }
-        }
-        ++failures;
-    }
+        });
     EXPECT_GE(failures, 5);
     EXPECT_TRUE(document_was_missing);
 }

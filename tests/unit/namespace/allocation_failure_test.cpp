@@ -1,54 +1,12 @@
 // What becomes of a folder when memory runs out at any of its allocations.
 
-#include <cstdlib>
 #include <cstring>
 #include <new>
 
 #include "namespace/folder/columns.h"
 #include "namespace/locations/location_document.h"
+#include "testkit/memory/failing_allocations.h"
 #include "tests/unit/namespace/folder_fixture.h"
-
-namespace {
-
-// How many more allocations succeed; negative: all.
-int allocations_left = -1;
-bool one_failed = false;
-
-void* limited_new(std::size_t size) noexcept {
-    if (allocations_left == 0) {
-        one_failed = true;
-        return nullptr;
-    }
-    if (allocations_left > 0) {
-        --allocations_left;
-    }
-    return std::malloc(size);
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    if (void* memory = limited_new(size)) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return limited_new(size);
-}
-
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, const std::nothrow_t&) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace {
 
@@ -58,19 +16,7 @@ using namespace ov::test;
 // Runs `body` with memory for 0, 1, 2... allocations until it gets through; answers how often it did not.
 template <class Body>
 int run_short_of_memory(Body body) {
-    int failures = 0;
-    for (int limit = 0; limit < 10'000; ++limit) {
-        one_failed = false;
-        allocations_left = limit;
-        body();
-        allocations_left = -1;
-        if (!one_failed) {
-            return failures;
-        }
-        ++failures;
-    }
-    ADD_FAILURE() << "it never got through";
-    return failures;
+    return fail_each_allocation(GetModuleHandleW(nullptr), failing_allocations::mode::from_then_on, body);
 }
 
 class ShortOfMemory : public folder_test {};
@@ -81,13 +27,13 @@ TEST_F(ShortOfMemory, document_is_then_unreadable_and_nothing_worse) {
         R"("mgmtCustom":["D:\\another name of the longer kind"],"oneDrive":[],"google":[],"boxSyn":[],)"
         R"("dropBox":[],"oneDriveBusiness":[]})";
     bool sound = true;
-    const int failures = run_short_of_memory([&] {
+    const int failures = run_short_of_memory([&](auto& memory) {
         const location_document document = read_location_document(text);
         const bool whole =
             document.is_complete() && document.user_folder_mask == 32 && document.entry_count() == 2;
         const bool unreadable =
             !document.is_complete() && document.user_folder_mask == 255 && document.entry_count() == 0;
-        sound = sound && (one_failed ? unreadable : whole);
+        sound = sound && (memory.met() ? unreadable : whole);
     });
     EXPECT_TRUE(sound);
     EXPECT_GE(failures, 3);
@@ -96,19 +42,19 @@ TEST_F(ShortOfMemory, document_is_then_unreadable_and_nothing_worse) {
 TEST_F(ShortOfMemory, folder_is_made_whole_or_not_at_all) {
     const auto whole = list_of(*folder.Get());
     const auto live = ov::module_state::namespace_object_count.value();
-    const int failures = run_short_of_memory([&] {
+    const int failures = run_short_of_memory([&](auto& memory) {
         orvNameSpace* made = nullptr;
         try {
             made = ov::com::make_object<orvNameSpace>();
         } catch (const std::bad_alloc&) {
-            EXPECT_TRUE(one_failed);
+            EXPECT_TRUE(memory.met());
         }
-        allocations_left = -1;
+        memory.pause();
         if (made != nullptr) {
             EXPECT_EQ(whole, list_of(*made));
             made->Release();
         }
-        EXPECT_EQ(one_failed, made == nullptr);
+        EXPECT_EQ(memory.met(), made == nullptr);
     });
     EXPECT_GE(failures, 3);
     EXPECT_EQ(live, ov::module_state::namespace_object_count.value());
@@ -118,27 +64,27 @@ TEST_F(ShortOfMemory, location_that_cannot_be_kept_is_refused_and_the_earlier_on
     const ov::com::unique_absolute_id_list first(ILCreateFromPathW(L"C:\\windows"));
     const ov::com::unique_absolute_id_list second(ILCreateFromPathW(L"C:\\windows\\system32"));
     ASSERT_EQ(S_OK, folder->Initialize(first.get()));
-    const int failures = run_short_of_memory([&] {
+    const int failures = run_short_of_memory([&](auto& memory) {
         const HRESULT result = folder->Initialize(second.get());
-        allocations_left = -1;
-        EXPECT_EQ(one_failed ? E_FAIL : S_OK, result);
+        memory.pause();
+        EXPECT_EQ(memory.met() ? E_FAIL : S_OK, result);
         PIDLIST_ABSOLUTE location = nullptr;
         ASSERT_EQ(S_OK, folder->GetCurFolder(&location));
         const ov::com::unique_absolute_id_list owned(location);
-        EXPECT_TRUE(ILIsEqual((one_failed ? first : second).get(), location));
+        EXPECT_TRUE(ILIsEqual((memory.met() ? first : second).get(), location));
     });
     EXPECT_EQ(1, failures);
 }
 
 TEST_F(ShortOfMemory, property_is_then_empty_and_no_failure) {
     const auto id = entry(item_types::folder, L"C:\\no such folder\\a name too long for the string itself");
-    const int failures = run_short_of_memory([&] {
+    const int failures = run_short_of_memory([&](auto& memory) {
         VARIANT value;
         std::memset(&value, 0x5A, sizeof(value));
         const HRESULT result = folder->GetDetailsEx(id.get(), &item_name_key, &value);
-        allocations_left = -1;
+        memory.pause();
         ASSERT_EQ(S_OK, result);
-        ASSERT_EQ(one_failed ? VT_EMPTY : VT_BSTR, value.vt);
+        ASSERT_EQ(memory.met() ? VT_EMPTY : VT_BSTR, value.vt);
         VariantClear(&value);
     });
     EXPECT_GE(failures, 1);
@@ -149,9 +95,9 @@ TEST_F(ShortOfMemory, operations_say_so) {
     HRESULT result = S_OK;
     const auto expect_out_of_memory = [&](auto body) {
         bool sound = true;
-        const int failures = run_short_of_memory([&] {
+        const int failures = run_short_of_memory([&](auto& memory) {
             result = body();
-            sound = sound && (one_failed ? result == E_OUTOFMEMORY : result == S_OK);
+            sound = sound && (memory.met() ? result == E_OUTOFMEMORY : result == S_OK);
         });
         EXPECT_TRUE(sound);
         EXPECT_GE(failures, 1);

@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cstdint>
-#include <cstdlib>
 #include <functional>
 #include <new>
 #include <optional>
@@ -14,58 +12,8 @@
 #include "ovufc/json.h"
 #include "service/calls.h"
 #include "testkit/files/temp_file.h"
+#include "testkit/memory/failing_allocations.h"
 #include "tests/unit/service/calls_fixture.h"
-
-namespace {
-
-/// Allocations of one thread that still succeed; what comes after fails until `disarm`. The service's thread
-/// shares the program and is left alone.
-std::atomic<DWORD> armed_thread{0};
-std::int64_t allocations_left = 0;
-bool has_failed = false;
-
-void arm(std::int64_t successes) {
-    allocations_left = successes;
-    has_failed = false;
-    armed_thread = GetCurrentThreadId();
-}
-
-void disarm() {
-    armed_thread = 0;
-}
-
-void* allocate(std::size_t bytes) {
-    if (armed_thread == GetCurrentThreadId() && allocations_left-- <= 0) {
-        has_failed = true;
-        return nullptr;
-    }
-    return std::malloc(bytes == 0 ? 1 : bytes);
-}
-
-}  // namespace
-
-// Not inlined: the compiler would see free meet new.
-[[gnu::noinline]] void* operator new(std::size_t bytes) {
-    if (void* const memory = allocate(bytes)) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-[[gnu::noinline]] void* operator new[](std::size_t bytes) {
-    return operator new(bytes);
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-[[gnu::noinline]] void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-[[gnu::noinline]] void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace {
 
@@ -76,15 +24,15 @@ class NoMemory : public ov::test::service_calls_test {
     /// Fails each allocation of `call` in turn, with all that follow it, and looks at each outcome; ends with
     /// the run that needs none of the failures. Says how many runs failed.
     static int fail_each(const std::function<void()>& call, const std::function<void()>& check_failure) {
-        for (int successes = 0;; ++successes) {
-            arm(successes);
-            call();
-            disarm();
-            if (!has_failed) {
-                return successes;
-            }
-            check_failure();
-        }
+        using ov::test::failing_allocations;
+        return ov::test::fail_each_allocation(GetModuleHandleW(nullptr),
+                                              failing_allocations::mode::from_then_on, [&](auto& memory) {
+                                                  call();
+                                                  memory.pause();
+                                                  if (memory.met()) {
+                                                      check_failure();
+                                                  }
+                                              });
     }
 };
 

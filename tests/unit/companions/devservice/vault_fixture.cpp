@@ -94,8 +94,8 @@ std::size_t vault_fixture::count_files(const std::wstring& folder) {
     return count;
 }
 
-json vault_fixture::call(int number, const json& parameters) {
-    const json request = {{"parameters", parameters}, {"serviceCall", number}};
+json vault_fixture::call(service_call number, const json& parameters) {
+    const json request = {{"parameters", parameters}, {"serviceCall", static_cast<std::int64_t>(number)}};
     return json::parse(answer_request(context, request.dump()));
 }
 
@@ -112,7 +112,7 @@ void vault_fixture::link(const std::wstring& path, const std::wstring& target) {
 }
 
 void vault_fixture::protect_user_folder() {
-    ASSERT_EQ(status_of_reply(call(3, {{"folderName", user_utf8}})), 0);
+    ASSERT_EQ(status_of_reply(call(service_call::protect_folder, {{"folderName", user_utf8}})), 0);
 }
 
 json vault_fixture::take_point(std::size_t left_out_expected) {
@@ -120,7 +120,7 @@ json vault_fixture::take_point(std::size_t left_out_expected) {
     problems left_out;
     EXPECT_EQ(take_restore_point(store, number, left_out), 0u);
     EXPECT_EQ(left_out.size(), left_out_expected);
-    return call(36, json::object()).at("data").at("restorePoints").at(0);
+    return call(service_call::get_restore_points, json::object()).at("data").at("restorePoints").at(0);
 }
 
 }  // namespace ov::devservice

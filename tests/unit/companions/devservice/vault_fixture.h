@@ -6,11 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "companions/devservice/calls/answering.h"
+#include "companions/devservice/calls/call_context.h"
 #include "companions/devservice/store/vault.h"
 #include "ovufc/json.h"
+#include "ovufc/protocol/service_calls.h"
 
 namespace ov::devservice {
+
+using protocol::service_call;
 
 /// A folder of its own for each test, removed at its end: "user" is what a person's files are in, "state" is
 /// the service's, "desktop" takes the exports.
@@ -30,7 +33,7 @@ class vault_fixture : public ::testing::Test {
     [[nodiscard]] static std::size_t count_files(const std::wstring& folder);
 
     /// Sends a call through the dispatcher; the parsed reply.
-    [[nodiscard]] json call(int number, const json& parameters);
+    [[nodiscard]] json call(service_call number, const json& parameters);
     [[nodiscard]] static int status_of_reply(const json& reply) { return reply.at("statusCode").get<int>(); }
     /// The text of the file that a reply names, which is then deleted.
     [[nodiscard]] static std::string handed_over(const json& reply);
@@ -51,7 +54,7 @@ class vault_fixture : public ::testing::Test {
     std::string user_utf8;
     std::string temp_utf8;
     vault store;
-    answering context;
+    call_context context;
     std::vector<std::wstring> links;
 };
 

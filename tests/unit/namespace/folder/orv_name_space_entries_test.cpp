@@ -27,7 +27,7 @@ TEST_F(OrvNameSpaceFolder, name_in_other_letter_case_finds_the_item) {
     PIDLIST_RELATIVE id = nullptr;
     ULONG eaten = 0;
     ASSERT_EQ(S_OK, folder->ParseDisplayName(nullptr, nullptr, name.data(), &eaten, &id, nullptr));
-    const unique_task_memory<ITEMIDLIST_RELATIVE> owned(id);
+    const ov::com::unique_task_memory<ITEMIDLIST_RELATIVE> owned(id);
     EXPECT_EQ(name.size(), eaten);
     EXPECT_EQ(list_of(*folder.Get()).front().name, item_name_of(id));
     EXPECT_TRUE(ILIsEmpty(ILNext(id))) << "one entry and the end of the list";

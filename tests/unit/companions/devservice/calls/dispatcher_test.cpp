@@ -43,14 +43,14 @@ TEST_F(Dispatcher, text_ends_at_its_first_nul) {
 
 TEST_F(Dispatcher, unknown_number_gets_status_2) {
     for (const int number : {0, -1, 1, 12, 48, 1'000'000}) {
-        EXPECT_EQ(status_of_reply(call(number, json::object())), 2) << number;
+        EXPECT_EQ(status_of_reply(call(service_call{number}, json::object())), 2) << number;
     }
     EXPECT_EQ(status_for(R"({"parameters":{},"serviceCall":18446744073709551615})"), 2);
 }
 
 TEST_F(Dispatcher, every_call_with_parameters_refuses_to_do_without) {
     for (const int number : {3, 13, 14, 28, 35, 37, 39, 42, 44, 46, 47}) {
-        EXPECT_EQ(status_of_reply(call(number, json::object())), 1) << number;
+        EXPECT_EQ(status_of_reply(call(service_call{number}, json::object())), 1) << number;
     }
 }
 
@@ -61,7 +61,7 @@ TEST_F(Dispatcher, every_call_refuses_parameters_of_the_wrong_type) {
                                  {"fileName", value},      {"tempFolder", value},   {"usedFileName", value},
                                  {"cloneFileName", value}, {"sequenceNumber", "x"}, {"createdOn", value}};
         for (const int number : {3, 13, 14, 28, 35, 37, 39, 42, 44, 46, 47}) {
-            EXPECT_EQ(status_of_reply(call(number, parameters)), 1) << number << ' ' << value;
+            EXPECT_EQ(status_of_reply(call(service_call{number}, parameters)), 1) << number << ' ' << value;
         }
     }
 }
@@ -84,7 +84,7 @@ TEST_F(Dispatcher, reply_that_clients_would_cut_becomes_a_failure) {
 TEST_F(Dispatcher, each_call_is_logged_with_its_status) {
     std::vector<std::string> lines;
     context.log = [&](const std::string& line) { lines.push_back(line); };
-    static_cast<void>(call(36, json::object()));
+    static_cast<void>(call(service_call::get_restore_points, json::object()));
     EXPECT_EQ(lines, std::vector<std::string>{"get_restore_points -> 0"});
 }
 

@@ -8,7 +8,9 @@ namespace {
 
 class Document : public vault_fixture {
   protected:
-    std::string fetched() { return handed_over(call(35, {{"tempFolder", temp_utf8}})); }
+    std::string fetched() {
+        return handed_over(call(service_call::get_protected_folders, {{"tempFolder", temp_utf8}}));
+    }
 };
 
 TEST_F(Document, has_all_seven_arrays_from_the_start) {

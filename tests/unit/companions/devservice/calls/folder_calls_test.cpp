@@ -10,7 +10,10 @@ namespace {
 class FolderCalls : public vault_fixture {
   protected:
     bool protected_by_status(const std::string& folder) {
-        return call(13, {{"folderName", folder}}).at("data").at("protectedFolder").get<bool>();
+        return call(service_call::get_folder_status, {{"folderName", folder}})
+            .at("data")
+            .at("protectedFolder")
+            .get<bool>();
     }
     void set_flags(std::uint32_t flags) {
         ASSERT_EQ(store.change([&](service_state& state) -> DWORD {
@@ -25,7 +28,7 @@ TEST_F(FolderCalls, folder_is_protected_until_it_is_unprotected) {
     EXPECT_FALSE(protected_by_status(user_utf8));
     protect_user_folder();
     EXPECT_TRUE(protected_by_status(user_utf8));
-    const json reply = call(14, {{"folderName", user_utf8}});
+    const json reply = call(service_call::unprotect_folder, {{"folderName", user_utf8}});
     EXPECT_EQ(status_of_reply(reply), 0);
     EXPECT_TRUE(reply.contains("data"));
     EXPECT_FALSE(protected_by_status(user_utf8));
@@ -42,22 +45,28 @@ TEST_F(FolderCalls, folder_inside_is_protected_and_a_neighbour_is_not) {
     protect_user_folder();
     EXPECT_TRUE(protected_by_status(user_utf8 + "\\inside\\deep"));
     EXPECT_FALSE(protected_by_status(user_utf8 + "name"));
-    EXPECT_EQ(status_of_reply(call(14, {{"folderName", user_utf8 + "\\inside"}})), 4);
+    EXPECT_EQ(status_of_reply(call(service_call::unprotect_folder, {{"folderName", user_utf8 + "\\inside"}})),
+              4);
     EXPECT_TRUE(protected_by_status(user_utf8));
 }
 
 TEST_F(FolderCalls, protecting_the_folder_around_takes_in_the_inner_one) {
     ASSERT_EQ(make_folders(user_path(L"inner")), 0u);
-    ASSERT_EQ(status_of_reply(call(3, {{"folderName", user_utf8 + "\\inner"}})), 0);
+    ASSERT_EQ(status_of_reply(call(service_call::protect_folder, {{"folderName", user_utf8 + "\\inner"}})),
+              0);
     protect_user_folder();
     ASSERT_EQ(store.state().folders.size(), 1u);
     EXPECT_EQ(store.state().folders[0].path, user);
 }
 
 TEST_F(FolderCalls, object_path_is_remembered) {
-    ASSERT_EQ(status_of_reply(call(28, {{"folderName", user_utf8}, {"objPath", "D:\\Other place"}})), 0);
+    ASSERT_EQ(status_of_reply(call(service_call::protect_folder_as,
+                                   {{"folderName", user_utf8}, {"objPath", "D:\\Other place"}})),
+              0);
     EXPECT_EQ(store.state().folders.at(0).object_path, L"D:\\Other place");
-    ASSERT_EQ(status_of_reply(call(28, {{"folderName", user_utf8}, {"objPath", "E:\\third"}})), 0);
+    ASSERT_EQ(status_of_reply(call(service_call::protect_folder_as,
+                                   {{"folderName", user_utf8}, {"objPath", "E:\\third"}})),
+              0);
     EXPECT_EQ(store.state().folders.at(0).object_path, L"E:\\third");
     EXPECT_EQ(store.state().folders.size(), 1u);
 }
@@ -85,29 +94,35 @@ TEST_F(FolderCalls, generation_changes_with_the_list_only) {
     EXPECT_NE(after, before);
     static_cast<void>(take_point());
     EXPECT_EQ(store.state().generation, after);
-    static_cast<void>(call(14, {{"folderName", user_utf8}}));
+    static_cast<void>(call(service_call::unprotect_folder, {{"folderName", user_utf8}}));
     EXPECT_NE(store.state().generation, after);
 }
 
 TEST_F(FolderCalls, places_that_cannot_be_protected_are_refused) {
-    EXPECT_EQ(status_of_reply(call(3, {{"folderName", "C:\\"}})), 6);
-    EXPECT_EQ(status_of_reply(call(3, {{"folderName", user_utf8 + "\\absent"}})), 4);
-    EXPECT_EQ(status_of_reply(call(3, {{"folderName", to_utf8_lossy(root)}})), 6) << "holds the state folder";
+    EXPECT_EQ(status_of_reply(call(service_call::protect_folder, {{"folderName", "C:\\"}})), 6);
+    EXPECT_EQ(status_of_reply(call(service_call::protect_folder, {{"folderName", user_utf8 + "\\absent"}})),
+              4);
+    EXPECT_EQ(status_of_reply(call(service_call::protect_folder, {{"folderName", to_utf8_lossy(root)}})), 6)
+        << "holds the state folder";
     ASSERT_EQ(make_folders(joined(store.folder(), L"x")), 0u);
-    EXPECT_EQ(status_of_reply(call(3, {{"folderName", to_utf8_lossy(joined(store.folder(), L"x"))}})), 6);
+    EXPECT_EQ(status_of_reply(call(service_call::protect_folder,
+                                   {{"folderName", to_utf8_lossy(joined(store.folder(), L"x"))}})),
+              6);
     EXPECT_TRUE(store.state().folders.empty());
 }
 
 TEST_F(FolderCalls, ui_level_follows_the_flag) {
-    EXPECT_EQ(call(13, {{"folderName", user_utf8}}).at("data").at("uiLevel"), "full");
+    EXPECT_EQ(call(service_call::get_folder_status, {{"folderName", user_utf8}}).at("data").at("uiLevel"),
+              "full");
     set_flags(ORV_FLAG_UI_RESTRICTED);
-    EXPECT_EQ(call(13, {{"folderName", user_utf8}}).at("data").at("uiLevel"), "restricted");
+    EXPECT_EQ(call(service_call::get_folder_status, {{"folderName", user_utf8}}).at("data").at("uiLevel"),
+              "restricted");
 }
 
 TEST_F(FolderCalls, unprotect_is_refused_while_it_is_blocked) {
     protect_user_folder();
     set_flags(ORV_FLAG_UNPROTECT_BLOCKED);
-    EXPECT_EQ(status_of_reply(call(14, {{"folderName", user_utf8}})), 6);
+    EXPECT_EQ(status_of_reply(call(service_call::unprotect_folder, {{"folderName", user_utf8}})), 6);
     EXPECT_TRUE(protected_by_status(user_utf8));
 }
 
@@ -134,7 +149,8 @@ TEST_F(FolderCalls, deleted_files_are_exported_to_the_desktop) {
     static_cast<void>(take_point());
     ASSERT_EQ(remove_file(user_path(L"sub\\gone.txt")), 0u);
     set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
-    const json reply = call(44, {{"exportType", "recycleBin"}, {"folderName", user_utf8}});
+    const json reply =
+        call(service_call::export_folder, {{"exportType", "recycleBin"}, {"folderName", user_utf8}});
     EXPECT_EQ(status_of_reply(reply), 0);
     EXPECT_EQ(reply.at("data").at("files"), 1);
     EXPECT_EQ(count_files(desktop), 1u);
@@ -149,17 +165,25 @@ TEST_F(FolderCalls, older_versions_are_exported_to_the_desktop) {
     static_cast<void>(take_point());
     write(user_path(L"plan.txt"), "three");
     set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
-    ASSERT_EQ(status_of_reply(call(44, {{"exportType", "chronels"}, {"folderName", user_utf8}})), 0);
+    ASSERT_EQ(status_of_reply(
+                  call(service_call::export_folder, {{"exportType", "chronels"}, {"folderName", user_utf8}})),
+              0);
     EXPECT_EQ(count_files(desktop), 2u);
     EXPECT_EQ(count_with_content(desktop, "one"), 1u);
     EXPECT_EQ(count_with_content(desktop, "two"), 1u);
 }
 
 TEST_F(FolderCalls, export_needs_its_flag_a_known_type_and_a_protected_folder) {
-    EXPECT_EQ(status_of_reply(call(44, {{"exportType", "chronels"}, {"folderName", user_utf8}})), 6);
+    EXPECT_EQ(status_of_reply(
+                  call(service_call::export_folder, {{"exportType", "chronels"}, {"folderName", user_utf8}})),
+              6);
     set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
-    EXPECT_EQ(status_of_reply(call(44, {{"exportType", "chronels"}, {"folderName", user_utf8}})), 3);
-    EXPECT_EQ(status_of_reply(call(44, {{"exportType", "RecycleBin"}, {"folderName", user_utf8}})), 1);
+    EXPECT_EQ(status_of_reply(
+                  call(service_call::export_folder, {{"exportType", "chronels"}, {"folderName", user_utf8}})),
+              3);
+    EXPECT_EQ(status_of_reply(call(service_call::export_folder,
+                                   {{"exportType", "RecycleBin"}, {"folderName", user_utf8}})),
+              1);
     EXPECT_EQ(count_files(desktop), 0u);
 }
 
@@ -167,7 +191,10 @@ TEST_F(FolderCalls, export_of_nothing_makes_no_folder) {
     write(user_path(L"a.txt"), "same");
     protect_user_folder();
     set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
-    EXPECT_EQ(call(44, {{"exportType", "chronels"}, {"folderName", user_utf8}}).at("data").at("files"), 0);
+    EXPECT_EQ(call(service_call::export_folder, {{"exportType", "chronels"}, {"folderName", user_utf8}})
+                  .at("data")
+                  .at("files"),
+              0);
     EXPECT_TRUE(RemoveDirectoryW(desktop.c_str())) << "the desktop is empty";
 }
 

@@ -150,7 +150,7 @@ TEST_F(Marks, marked_files_are_copied_and_rolled_back_like_any_other) {
     const json point = take_point();
     write(letter, "locked");
     ASSERT_EQ(remove_file(picture), 0u);
-    EXPECT_EQ(status_of_reply(call(39, point)), 0);
+    EXPECT_EQ(status_of_reply(call(service_call::restore_from_point, point)), 0);
     expect_all_readable();
 }
 
@@ -158,13 +158,15 @@ TEST_F(Marks, version_of_a_marked_file_is_restored) {
     marking_file_system system;
     ASSERT_EQ(update().set, 3u);
     write(letter, "new letter");
-    const json versions = json::parse(
-        handed_over(call(46, {{"fileName", user_utf8 + "\\letter.txt"}, {"tempFolder", temp_utf8}})));
+    const json versions =
+        json::parse(handed_over(call(service_call::get_file_chronels,
+                                     {{"fileName", user_utf8 + "\\letter.txt"}, {"tempFolder", temp_utf8}})));
     ASSERT_EQ(versions.size(), 1u);
-    EXPECT_EQ(status_of_reply(call(42, {{"fileName", user_utf8 + "\\letter.txt"},
-                                        {"usedFileName", versions[0].at("fileName")},
-                                        {"cloneFileName", versions[0].at("cloneFileName")},
-                                        {"chronelType", versions[0].at("type")}})),
+    EXPECT_EQ(status_of_reply(call(service_call::restore_file_chronel,
+                                   {{"fileName", user_utf8 + "\\letter.txt"},
+                                    {"usedFileName", versions[0].at("fileName")},
+                                    {"cloneFileName", versions[0].at("cloneFileName")},
+                                    {"chronelType", versions[0].at("type")}})),
               0);
     EXPECT_EQ(read(letter), "letter");
 }

@@ -31,7 +31,8 @@ TEST_F(Retention, newest_sixteen_points_are_kept_and_each_can_be_restored) {
     }
     EXPECT_EQ(points(), 16u);
     for (int count = 0; count < 20; ++count) {
-        EXPECT_EQ(status_of_reply(call(39, taken[count])), count < 4 ? 4 : 0) << count;
+        EXPECT_EQ(status_of_reply(call(service_call::restore_from_point, taken[count])), count < 4 ? 4 : 0)
+            << count;
         if (count >= 4) {
             EXPECT_EQ(read(user_path(L"plan.txt")), "plan " + std::to_string(count));
         }
@@ -61,7 +62,8 @@ TEST_F(Retention, version_that_no_point_holds_any_more_is_still_a_chronel) {
     const std::vector<chronel> found = chronels_of(store.state(), user_path(L"plan.txt"));
     ASSERT_EQ(found.size(), 2u);
     const std::string clone = std::to_string(found[1].copy->number);
-    EXPECT_EQ(status_of_reply(call(42, {{"fileName", user_utf8 + "\\plan.txt"}, {"cloneFileName", clone}})),
+    EXPECT_EQ(status_of_reply(call(service_call::restore_file_chronel,
+                                   {{"fileName", user_utf8 + "\\plan.txt"}, {"cloneFileName", clone}})),
               0);
     EXPECT_EQ(read(user_path(L"plan.txt")), "first draft");
 }
@@ -96,9 +98,10 @@ TEST_F(Retention, versions_in_a_folder_that_the_points_do_not_hold_stay) {
     protect_user_folder();
     write(user_path(L"plan.txt"), "draft");
     static_cast<void>(take_point());
-    ASSERT_EQ(status_of_reply(call(14, {{"folderName", user_utf8}})), 0);
-    ASSERT_EQ(
-        status_of_reply(call(3, {{"folderName", user_utf8.substr(0, user_utf8.size() - 4) + "desktop"}})), 0);
+    ASSERT_EQ(status_of_reply(call(service_call::unprotect_folder, {{"folderName", user_utf8}})), 0);
+    ASSERT_EQ(status_of_reply(call(service_call::protect_folder,
+                                   {{"folderName", user_utf8.substr(0, user_utf8.size() - 4) + "desktop"}})),
+              0);
     for (int count = 0; count < 20; ++count) {
         static_cast<void>(take_point());
     }

@@ -15,6 +15,10 @@
 namespace ov::devservice {
 namespace {
 
+std::string request(service_call number, const json& parameters) {
+    return json{{"serviceCall", static_cast<std::int64_t>(number)}, {"parameters", parameters}}.dump();
+}
+
 constexpr DWORD patience_ms = 60'000;
 constexpr const wchar_t* state_variable = L"ORV_TEST_VICTIM_STATE";
 constexpr const wchar_t* request_variable = L"ORV_TEST_VICTIM_REQUEST";
@@ -50,7 +54,7 @@ int model_world::kills = 0;
 void play_the_victim() {
     vault store(variable(state_variable));
     const std::string request = to_utf8(variable(request_variable)).value();
-    answering context{store, {}, {}, {}};
+    call_context context{store, {}, {}, {}};
     if (store.reload() != ERROR_SUCCESS) {
         ExitProcess(100);
     }
@@ -86,7 +90,7 @@ void model_world::run_in_a_process(const std::string& request) {
 }
 
 void model_world::forget_points_that_are_past() {
-    const json listed = call(36, json::object()).at("data").at("restorePoints");
+    const json listed = call(service_call::get_restore_points, json::object()).at("data").at("restorePoints");
     if (listed.size() == copies_kept) {
         const auto oldest = listed.back().at("sequenceNumber").get<std::int64_t>();
         std::erase_if(points_, [&](const model_point& point) {
@@ -196,7 +200,7 @@ void model_world::check_nothing_else_changed() {
 /// Takes up the restore points that the state has and the model does not: each holds the files as they are
 /// now.
 void model_world::add_point_from_state(const std::set<std::wstring>& held) {
-    const json listed = call(36, json::object()).at("data").at("restorePoints");
+    const json listed = call(service_call::get_restore_points, json::object()).at("data").at("restorePoints");
     for (auto identity = listed.rbegin(); identity != listed.rend(); ++identity) {
         const auto number = identity->at("sequenceNumber").get<std::int64_t>();
         if (!points_.empty() && number <= points_.back().identity.at("sequenceNumber").get<std::int64_t>()) {
@@ -244,9 +248,9 @@ void model_world::take_restore_point_twice() {
 void model_world::protect_some_folder_twice() {
     const std::wstring folder = folders[draw(2)];
     ASSERT_EQ(make_folders(user_path(folder)), 0u);
-    run_in_a_process(json{{"serviceCall", 3}, {"parameters", folder_parameter(folder)}}.dump());
+    run_in_a_process(request(service_call::protect_folder, folder_parameter(folder)));
     check_nothing_else_changed();
-    ASSERT_EQ(status_of_reply(call(3, folder_parameter(folder))), 0);
+    ASSERT_EQ(status_of_reply(call(service_call::protect_folder, folder_parameter(folder))), 0);
     protected_.insert(folder);
     check_state();
     check_nothing_else_changed();
@@ -254,8 +258,8 @@ void model_world::protect_some_folder_twice() {
 
 void model_world::unprotect_some_folder_twice() {
     const std::wstring folder = folders[draw(2)];
-    run_in_a_process(json{{"serviceCall", 14}, {"parameters", folder_parameter(folder)}}.dump());
-    const int status = status_of_reply(call(14, folder_parameter(folder)));
+    run_in_a_process(request(service_call::unprotect_folder, folder_parameter(folder)));
+    const int status = status_of_reply(call(service_call::unprotect_folder, folder_parameter(folder)));
     ASSERT_TRUE(status == 0 || status == 4) << status;
     protected_.erase(folder);
     check_state();
@@ -334,9 +338,9 @@ void model_world::roll_back_twice() {
     const model_point& point = points_[draw(static_cast<int>(points_.size()))];
     bool complete = true;
     const tree wanted = rolled_back(point, complete);
-    run_in_a_process(json{{"serviceCall", 39}, {"parameters", point.identity}}.dump());
+    run_in_a_process(request(service_call::restore_from_point, point.identity));
     check_after(files_, wanted);
-    const int status = status_of_reply(call(39, point.identity));
+    const int status = status_of_reply(call(service_call::restore_from_point, point.identity));
     const bool all_kept = std::all_of(point.files.begin(), point.files.end(),
                                       [](const auto& file) { return file.second.has_value(); });
     if (complete && all_kept) {
@@ -368,9 +372,9 @@ void model_world::restore_some_chronel_twice() {
     if (possible) {
         wanted[path] = *content;
     }
-    run_in_a_process(json{{"serviceCall", 42}, {"parameters", parameters}}.dump());
+    run_in_a_process(request(service_call::restore_file_chronel, parameters));
     check_after(files_, wanted);
-    ASSERT_EQ(status_of_reply(call(42, parameters)) == 0, possible);
+    ASSERT_EQ(status_of_reply(call(service_call::restore_file_chronel, parameters)) == 0, possible);
     check_after(files_, wanted);
     files_ = look();
     for (auto& [name, ignored] : wanted) {

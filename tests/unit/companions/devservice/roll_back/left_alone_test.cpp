@@ -24,7 +24,9 @@ class LeftAlone : public vault_fixture {
             CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     }
 
-    int roll_back_to(const json& point) { return status_of_reply(call(39, point)); }
+    int roll_back_to(const json& point) {
+        return status_of_reply(call(service_call::restore_from_point, point));
+    }
 };
 
 TEST_F(LeftAlone, file_that_was_held_when_the_point_was_taken) {
@@ -56,7 +58,7 @@ TEST_F(LeftAlone, file_that_was_held_at_the_point_and_is_gone_or_changed_since_i
 TEST_F(LeftAlone, file_whose_name_cannot_be_recorded) {
     const std::wstring odd = user_path(L"12:30 notes.txt");
     write(odd, "healthy");
-    EXPECT_EQ(call(3, {{"folderName", user_utf8}}).at("data").at("leftOut"), 1);
+    EXPECT_EQ(call(service_call::protect_folder, {{"folderName", user_utf8}}).at("data").at("leftOut"), 1);
     ASSERT_EQ(store.reload(), 0u) << "the state can be read back";
     const json point = take_point(1);
     write(user_path(L"report.txt"), "scrambled!");
@@ -68,7 +70,7 @@ TEST_F(LeftAlone, file_whose_name_cannot_be_recorded) {
 TEST_F(LeftAlone, file_below_a_folder_whose_name_cannot_be_recorded) {
     const std::wstring odd = user_path(L"12:30\\notes.txt");
     write(odd, "healthy");
-    EXPECT_EQ(status_of_reply(call(3, {{"folderName", user_utf8}})), 0);
+    EXPECT_EQ(status_of_reply(call(service_call::protect_folder, {{"folderName", user_utf8}})), 0);
     EXPECT_EQ(roll_back_to(take_point(2)), 0);
     EXPECT_EQ(read(odd), "healthy");
 }
@@ -88,7 +90,7 @@ TEST_F(LeftAlone, file_whose_name_is_not_well_formed) {
     test::import_patch<decltype(FindNextFileW)> patch(GetModuleHandleW(nullptr), "kernel32.dll",
                                                       "FindNextFileW", find_next_with_half_a_pair);
     find_next = patch.original();
-    EXPECT_EQ(status_of_reply(call(3, {{"folderName", user_utf8}})), 0);
+    EXPECT_EQ(status_of_reply(call(service_call::protect_folder, {{"folderName", user_utf8}})), 0);
     EXPECT_EQ(roll_back_to(take_point(1)), 0);
     EXPECT_EQ(read(user_path(L"half.txt")), "healthy");
 }
@@ -169,7 +171,7 @@ TEST_F(LeftAlone, folder_that_a_link_in_place_of_a_parent_leads_to) {
     write(joined(parent, L"docs\\mine.txt"), "mine");
     write(elsewhere(L"docs\\healthy.txt"), "healthy");
     const std::string docs = user_utf8.substr(0, user_utf8.size() - 4) + "parent\\docs";
-    ASSERT_EQ(status_of_reply(call(3, {{"folderName", docs}})), 0);
+    ASSERT_EQ(status_of_reply(call(service_call::protect_folder, {{"folderName", docs}})), 0);
     const json point = take_point();
     ASSERT_TRUE(MoveFileW(parent.c_str(), joined(root, L"parent moved").c_str()));
     link(parent, joined(root, L"elsewhere"));
@@ -179,7 +181,8 @@ TEST_F(LeftAlone, folder_that_a_link_in_place_of_a_parent_leads_to) {
     static_cast<void>(take_point(1));
     write(elsewhere(L"more\\healthy.txt"), "healthy");
     const std::string more = docs.substr(0, docs.size() - 4) + "more";
-    EXPECT_EQ(status_of_reply(call(3, {{"folderName", more}})), 4) << "nor can it be protected";
+    EXPECT_EQ(status_of_reply(call(service_call::protect_folder, {{"folderName", more}})), 4)
+        << "nor can it be protected";
 }
 
 TEST_F(LeftAlone, folder_in_a_files_place_that_does_not_become_empty) {

@@ -18,7 +18,7 @@ class RollBack : public vault_fixture {
         point = take_point();
     }
 
-    json roll_back_to_point() { return call(39, point); }
+    json roll_back_to_point() { return call(service_call::restore_from_point, point); }
     [[nodiscard]] std::wstring aside() const { return joined(store.folder(), L"aside"); }
 
     json point;
@@ -143,7 +143,7 @@ TEST_F(RollBack, damaged_store_leaves_the_present_file_in_place) {
 }
 
 TEST_F(RollBack, folder_that_is_no_longer_protected_is_not_touched) {
-    ASSERT_EQ(status_of_reply(call(14, {{"folderName", user_utf8}})), 0);
+    ASSERT_EQ(status_of_reply(call(service_call::unprotect_folder, {{"folderName", user_utf8}})), 0);
     write(user_path(L"report.txt"), "mine alone");
     EXPECT_EQ(status_of_reply(roll_back_to_point()), 0);
     EXPECT_EQ(read(user_path(L"report.txt")), "mine alone");

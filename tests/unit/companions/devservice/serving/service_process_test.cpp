@@ -50,8 +50,9 @@ class ServiceProcess : public vault_fixture {
     }
 
     /// One exchange through the driver.
-    [[nodiscard]] static json ask(int number, const json& parameters) {
-        const std::string text = json{{"parameters", parameters}, {"serviceCall", number}}.dump();
+    [[nodiscard]] static json ask(service_call number, const json& parameters) {
+        const std::string text =
+            json{{"parameters", parameters}, {"serviceCall", static_cast<std::int64_t>(number)}}.dump();
         orv_request request{};
         request.process_id = GetCurrentProcessId();
         request.thread_id = GetCurrentThreadId();
@@ -65,7 +66,10 @@ class ServiceProcess : public vault_fixture {
     }
 
     [[nodiscard]] bool told_protected() const {
-        return ask(13, {{"folderName", user_utf8}}).at("data").at("protectedFolder").get<bool>();
+        return ask(service_call::get_folder_status, {{"folderName", user_utf8}})
+            .at("data")
+            .at("protectedFolder")
+            .get<bool>();
     }
 
     std::unique_ptr<test::child_process> service;
@@ -77,7 +81,7 @@ TEST_F(ServiceProcess, folder_protected_through_the_driver_comes_back_byte_ident
     write(user_path(L"notes.txt"), "notes");
     EXPECT_FALSE(told_protected());
     const std::uint32_t generation = ipc::drvport::generation();
-    ASSERT_EQ(status_of_reply(ask(3, {{"folderName", user_utf8}})), 0);
+    ASSERT_EQ(status_of_reply(ask(service_call::protect_folder, {{"folderName", user_utf8}})), 0);
     EXPECT_TRUE(told_protected());
     EXPECT_NE(ipc::drvport::generation(), generation);
     ASSERT_EQ(command({L"restore-point"}), DWORD{exit_done});
@@ -86,16 +90,16 @@ TEST_F(ServiceProcess, folder_protected_through_the_driver_comes_back_byte_ident
     ASSERT_EQ(remove_file(user_path(L"notes.txt")), 0u);
     write(user_path(L"READ ME.txt"), "pay");
 
-    json point = ask(36, json::object()).at("data").at("restorePoints").at(0);
+    json point = ask(service_call::get_restore_points, json::object()).at("data").at("restorePoints").at(0);
     point["tempFolder"] = temp_utf8;
-    const json folders = json::parse(handed_over(ask(37, point)));
+    const json folders = json::parse(handed_over(ask(service_call::get_restore_folders, point)));
     EXPECT_EQ(folders.at("restoreFolders"), json({user_utf8}));
-    EXPECT_EQ(status_of_reply(ask(39, point)), 0);
+    EXPECT_EQ(status_of_reply(ask(service_call::restore_from_point, point)), 0);
 
     EXPECT_EQ(read(user_path(L"photos\\Zürich.jpg")), content);
     EXPECT_EQ(read(user_path(L"notes.txt")), "notes");
     EXPECT_EQ(count_files(user), 2u);
-    const json last = ask(45, json::object());
+    const json last = ask(service_call::get_last_timestamp, json::object());
     EXPECT_EQ(status_of_reply(last), -2);
     EXPECT_EQ(last.at("data").at("lastTimestamp"), point.at("createdOn"));
 }
@@ -107,31 +111,39 @@ TEST_F(ServiceProcess, commands_change_what_clients_see_before_they_end) {
     const std::uint32_t generation = ipc::drvport::generation();
     ASSERT_EQ(command({L"protect", L"--rule", L"Music"}), DWORD{exit_done});
     EXPECT_NE(ipc::drvport::generation(), generation);
-    const json document = json::parse(handed_over(ask(35, {{"tempFolder", temp_utf8}})));
+    const json document =
+        json::parse(handed_over(ask(service_call::get_protected_folders, {{"tempFolder", temp_utf8}})));
     EXPECT_EQ(document.at("hardDrive").at("folders"), json({"C:\\Users\\[^\\\\]*\\Music\\"}));
 }
 
 TEST_F(ServiceProcess, exports_and_chronels_go_through_the_driver) {
     write(user_path(L"plan.txt"), "one");
-    ASSERT_EQ(status_of_reply(ask(28, {{"folderName", user_utf8}, {"objPath", "D:\\x"}})), 0);
+    ASSERT_EQ(status_of_reply(
+                  ask(service_call::protect_folder_as, {{"folderName", user_utf8}, {"objPath", "D:\\x"}})),
+              0);
     write(user_path(L"plan.txt"), "two");
     ASSERT_EQ(command({L"flags", L"--exports", L"on"}), DWORD{exit_done});
-    EXPECT_EQ(ask(44, {{"exportType", "chronels"}, {"folderName", user_utf8}}).at("data").at("files"), 1);
+    EXPECT_EQ(ask(service_call::export_folder, {{"exportType", "chronels"}, {"folderName", user_utf8}})
+                  .at("data")
+                  .at("files"),
+              1);
     EXPECT_EQ(count_with_content(desktop, "one"), 1u);
     const std::string file = user_utf8 + "\\plan.txt";
-    const json versions = json::parse(handed_over(ask(46, {{"fileName", file}, {"tempFolder", temp_utf8}})));
+    const json versions = json::parse(
+        handed_over(ask(service_call::get_file_chronels, {{"fileName", file}, {"tempFolder", temp_utf8}})));
     ASSERT_EQ(versions.size(), 1u);
-    EXPECT_EQ(status_of_reply(ask(42, {{"fileName", file},
-                                       {"usedFileName", versions[0].at("fileName")},
-                                       {"cloneFileName", versions[0].at("cloneFileName")},
-                                       {"chronelType", versions[0].at("type")}})),
+    EXPECT_EQ(status_of_reply(
+                  ask(service_call::restore_file_chronel, {{"fileName", file},
+                                                           {"usedFileName", versions[0].at("fileName")},
+                                                           {"cloneFileName", versions[0].at("cloneFileName")},
+                                                           {"chronelType", versions[0].at("type")}})),
               0);
     EXPECT_EQ(read(user_path(L"plan.txt")), "one");
 }
 
 TEST_F(ServiceProcess, killed_service_is_seen_gone_and_its_successor_remembers) {
     write(user_path(L"a.txt"), "content");
-    ASSERT_EQ(status_of_reply(ask(3, {{"folderName", user_utf8}})), 0);
+    ASSERT_EQ(status_of_reply(ask(service_call::protect_folder, {{"folderName", user_utf8}})), 0);
     service->kill();
     const ULONGLONG start_ms = GetTickCount64();
     while (ipc::drvport::state() != 0 && GetTickCount64() - start_ms < patience_ms) {
@@ -146,7 +158,7 @@ TEST_F(ServiceProcess, killed_service_is_seen_gone_and_its_successor_remembers) 
 TEST_F(ServiceProcess, second_service_on_another_state_does_not_take_the_driver) {
     test::child_process second(program(), {L"--state", joined(root, L"other"), L"run"});
     EXPECT_EQ(second.wait(patience_ms), DWORD{exit_failed});
-    EXPECT_EQ(status_of_reply(ask(36, json::object())), 0);
+    EXPECT_EQ(status_of_reply(ask(service_call::get_restore_points, json::object())), 0);
 }
 
 TEST_F(ServiceProcess, stop_ends_it_cleanly) {

@@ -1,10 +1,10 @@
-#include "companions/devservice/calls/answering.h"
+#include "companions/devservice/calls/call_context.h"
 
 #include "companions/devservice/files/text.h"
 
 namespace ov::devservice {
 
-void answering::note(const problems& left_out) const {
+void call_context::note(const problems& left_out) const {
     for (const problem& one : left_out) {
         note("  left out: " + to_utf8_lossy(one.path) + " (Windows error " + std::to_string(one.error) + ")");
     }

@@ -1,0 +1,48 @@
+#include "testkit/memory/failing_allocations.h"
+
+namespace ov::test {
+namespace {
+
+failing_allocations* current = nullptr;
+
+}  // namespace
+
+failing_allocations::failing_allocations(HMODULE module, mode how)
+    : mode_(how), patch_(module, "msvcrt.dll;ucrtbase.dll", "malloc", allocate) {
+    // A program's own runtime sets itself up at the first throw of each thread, and ends the process when it
+    // finds no memory then.
+    try {
+        throw how;
+    } catch (mode) {
+    }
+    current = this;
+}
+
+failing_allocations::~failing_allocations() {
+    current = nullptr;
+}
+
+void failing_allocations::start(int nth) noexcept {
+    until_failure_ = nth;
+    is_counting_ = true;
+}
+
+void* failing_allocations::allocate(std::size_t bytes) noexcept {
+    // By address: the import may be the one that is patched.
+    static auto* const real = reinterpret_cast<void* (*)(std::size_t)>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"msvcrt.dll"), "malloc")));
+    return current != nullptr && current->fails() ? nullptr : real(bytes);
+}
+
+bool failing_allocations::fails() noexcept {
+    if (!is_counting_ || GetCurrentThreadId() != thread_id_) {
+        return false;
+    }
+    if (until_failure_ > 0) {
+        --until_failure_;
+        return until_failure_ == 0;
+    }
+    return mode_ == mode::from_then_on;
+}
+
+}  // namespace ov::test
