@@ -19,7 +19,7 @@
 #include "ovufc/json.h"
 #include "service/text.h"
 #include "testkit/process/module_attach.h"
-#include "tests/module/namespace/document_service.h"
+#include "testkit/service/document_service.h"
 
 namespace {
 

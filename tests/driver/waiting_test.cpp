@@ -5,9 +5,9 @@
 #include <string>
 
 #include "ovufc/win/handle.h"
-#include "tests/driver/exchange.h"
 #include "testkit/imports/import_patch.h"
 #include "testkit/service/scripted_service.h"
+#include "tests/driver/exchange.h"
 
 namespace {
 

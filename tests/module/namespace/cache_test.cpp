@@ -3,7 +3,7 @@
 
 #include "ovufc/com/adopt.h"
 #include "testkit/process/watchdog.h"
-#include "tests/module/namespace/document_service.h"
+#include "testkit/service/document_service.h"
 #include "tests/module/namespace/module_folder.h"
 
 namespace {

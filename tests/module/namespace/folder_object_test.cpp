@@ -6,7 +6,7 @@
 
 #include "ovufc/com/adopt.h"
 #include "testkit/imports/import_patch.h"
-#include "tests/module/namespace/document_service.h"
+#include "testkit/service/document_service.h"
 #include "tests/module/namespace/module_folder.h"
 
 namespace {

@@ -4,7 +4,7 @@
 
 #include "ovufc/com/adopt.h"
 #include "testkit/memory/failing_allocations.h"
-#include "tests/module/namespace/document_service.h"
+#include "testkit/service/document_service.h"
 #include "tests/module/namespace/module_folder.h"
 
 namespace {

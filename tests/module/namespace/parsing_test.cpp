@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tests/module/namespace/document_service.h"
+#include "testkit/service/document_service.h"
 #include "tests/module/namespace/module_folder.h"
 
 namespace {

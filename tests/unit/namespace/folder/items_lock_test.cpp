@@ -17,7 +17,7 @@
 #include "testkit/checks/lock_trace.h"
 #include "testkit/imports/import_patch.h"
 #include "testkit/process/module_attach.h"
-#include "tests/module/namespace/document_service.h"
+#include "testkit/service/document_service.h"
 
 namespace {
 

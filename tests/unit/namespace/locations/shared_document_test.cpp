@@ -10,7 +10,7 @@
 #include "namespace/locations/protected_locations.h"
 #include "ovufc/win/handle.h"
 #include "testkit/process/module_attach.h"
-#include "tests/module/namespace/document_service.h"
+#include "testkit/service/document_service.h"
 
 namespace {
 
@@ -36,7 +36,7 @@ TEST(SharedDocument, same_text_is_read_once) {
     const auto first = protected_locations();
     refresh_protected_locations();
     const auto second = protected_locations();
-    EXPECT_EQ(names{L"D:\\once"}, first->hard_drive.names);
+    EXPECT_EQ(names{L"D:\\once"}, first->local().names);
     EXPECT_EQ(first.get(), second.get());
     EXPECT_EQ(1, service.fetches());
 }
@@ -46,8 +46,8 @@ TEST(SharedDocument, new_text_is_read_anew_and_the_old_one_stays_for_those_who_h
     serve(service, R"("D:\\old")");
     const auto old = protected_locations();
     serve(service, R"("D:\\new")");
-    EXPECT_EQ(names{L"D:\\new"}, protected_locations()->hard_drive.names);
-    EXPECT_EQ(names{L"D:\\old"}, old->hard_drive.names);
+    EXPECT_EQ(names{L"D:\\new"}, protected_locations()->local().names);
+    EXPECT_EQ(names{L"D:\\old"}, old->local().names);
 }
 
 TEST(SharedDocument, fetch_that_fails_leaves_all_user_folders_and_nothing_else) {
@@ -69,7 +69,7 @@ TEST(SharedDocument, threads_that_meet_at_a_new_text_all_see_it) {
         std::array<ov::win::unique_kernel_handle, 4> threads;
         for (auto& thread : threads) {
             const auto look = [](void* wanted) WINAPI -> DWORD {
-                return protected_locations()->hard_drive.names == *static_cast<const names*>(wanted) ? 0 : 1;
+                return protected_locations()->local().names == *static_cast<const names*>(wanted) ? 0 : 1;
             };
             thread.reset(CreateThread(nullptr, 0, look, const_cast<names*>(&expected), 0, nullptr));
             ASSERT_TRUE(thread);

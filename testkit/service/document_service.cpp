@@ -1,8 +1,8 @@
-#include "tests/module/namespace/document_service.h"
+#include "testkit/service/document_service.h"
 
 #include "ovufc/json_bounded.h"
 #include "ovufc/protocol/service_calls.h"
-#include "service/text.h"
+#include "ovufc/win/utf8.h"
 
 namespace ov::test {
 
@@ -48,11 +48,12 @@ std::optional<scripted_reply> document_service::answer(const scripted_request& r
     scripted_reply reply(R"({"statusCode":1,"data":{}})");
     if (!fails_) {
         const std::string folder = call["parameters"].value("tempFolder", "");
-        last_file_ = service::from_utf8(folder + "orv_locations_" + std::to_string(GetCurrentProcessId()) +
-                                        "_" + std::to_string(number) + ".json");
+        last_file_ = win::from_utf8(folder + "orv_locations_" + std::to_string(GetCurrentProcessId()) + "_" +
+                                    std::to_string(number) + ".json")
+                         .value();
         write_file(last_file_, document_);
         json data;
-        data["objPath"] = service::to_utf8(last_file_);
+        data["objPath"] = win::to_utf8(last_file_).value();
         reply.bytes = json{{"statusCode", 0}, {"data", data}}.dump();
     }
     reply.delay_ms = delay_ms_;
