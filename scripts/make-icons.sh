@@ -12,7 +12,7 @@ trap 'rm -rf "$work"' EXIT
 for drawing in "$ORV_ROOT"/res/svg/*.svg; do
     number=$(basename "$drawing" .svg)
     images=()
-    for size in 16 20 24 32 40 48 64 128 256; do
+    for size in 16 20 24 32 40 48 64 96 128 256; do
         rsvg-convert -w "$size" -h "$size" "$drawing" -o "$work/$number-$size.png"
         # The large ones stay PNGs inside the icon: as bitmaps they would be a fifth of the module. The small ones,
         # of which menus and lists are drawn, are bitmaps: nothing is to be decompressed for a right-click.

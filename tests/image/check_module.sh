@@ -101,7 +101,7 @@ resources() {
     for icon in 103 105 107 108; do
         wrestool -x -t 14 -n "$icon" "$dll" >"$work/$icon.ico"
         sizes=$(icotool -l "$work/$icon.ico" | sed -E 's/.*--width=([0-9]+).*bit-depth=([0-9]+).*/\1:\2/' | sort -n | tr '\n' ' ')
-        [ "$sizes" = "16:32 20:32 24:32 32:32 40:32 48:32 64:32 128:32 256:32 " ] || fail "icon $icon holds $sizes"
+        [ "$sizes" = "16:32 20:32 24:32 32:32 40:32 48:32 64:32 96:32 128:32 256:32 " ] || fail "icon $icon holds $sizes"
     done
 }
 
