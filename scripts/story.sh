@@ -37,7 +37,7 @@ host() {
         cat "$notes" >&2
     else
         # Nothing may be left to print, which grep would call a failure.
-        grep -v '^Wine lacks these; supplied' "$notes" >&2 || true
+        grep -v '^This system lacks these; supplied' "$notes" >&2 || true
     fi
     rm -f "$notes"
     return "$result"

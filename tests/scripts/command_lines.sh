@@ -92,8 +92,8 @@ programs() {
     # What it has to say besides the menu is kept out of the menu.
     run "$WINE" "$bin/shellhost.exe" menu 'C:\windows' --module "$bin/orvshellext.dll"
     grep -q '^Menu of' "$work/out" || fail "shellhost prints no menu"
-    grep -q '^Wine lacks these' "$work/err" || fail "shellhost's note is not on standard error"
-    ! grep -q '^Wine lacks these' "$work/out" || fail "shellhost's note is among its output"
+    grep -q '^This system lacks these' "$work/err" || fail "shellhost's note is not on standard error"
+    ! grep -q '^This system lacks these' "$work/out" || fail "shellhost's note is among its output"
 }
 
 "$1"

@@ -51,7 +51,7 @@ class CommandLine : public testing::Test {
 TEST_F(CommandLine, Menu_IsPrintedAsATree) {
     const outcome result = run(L"menu " + projects());
     EXPECT_EQ(result.exit_code, 0U);
-    EXPECT_THAT(result.lines, Contains(StartsWith("Wine lacks these; supplied through the import table")));
+    EXPECT_THAT(result.lines, Contains(StartsWith("This system lacks these; supplied through the import table")));
     EXPECT_THAT(result.lines, Contains("  handler Orvane Vaultkeep: returned 0x00000005"));
     EXPECT_THAT(result.lines, Contains(testing::MatchesRegex("  Orvane +submenu, bitmap")));
     EXPECT_THAT(result.lines, Contains(testing::MatchesRegex(

@@ -13,7 +13,6 @@
 #include "tools/shellhost/console.h"
 #include "tools/stand_ins/menus/registry_value.h"
 #include "tools/stand_ins/supply.h"
-#include "tools/stand_ins/system.h"
 #include "tools/stand_ins/tracked_files.h"
 
 namespace ov::shellhost {
@@ -38,10 +37,8 @@ std::wstring registered_module_of(const CLSID& clsid) {
 product_module::product_module(const std::wstring& path, bool as_tracked) : as_tracked_(as_tracked) {
     if (!path.empty()) {
         load(path);
-    } else if (stand_ins::system_is_wine()) {
-        load_registered();
     } else {
-        print_note(L"This system is Windows: nothing is supplied.");
+        load_registered();
     }
 }
 
@@ -57,9 +54,9 @@ void product_module::supply(HMODULE module, const std::wstring& path) const {
     for (const std::string& name : stand_ins::supply_missing(module)) {
         list += (list.empty() ? L"" : L", ") + std::wstring(name.begin(), name.end());
     }
-    if (!list.empty()) {
-        print_note(L"Wine lacks these; supplied through the import table of " + file + L": " + list);
-    }
+    print_note(list.empty()
+                   ? L"This system has every function that " + file + L" imports; none is supplied."
+                   : L"This system lacks these; supplied through the import table of " + file + L": " + list);
     if (as_tracked_ && stand_ins::answer_tracked_mark(module)) {
         print_note(L"No file system here keeps the mark of a tracked file; " + file +
                    L" is told that every file has it.");

@@ -11,11 +11,12 @@ namespace ov::shellhost {
 
 /// Makes the product's classes ready to be created, and says what it did on standard output.
 ///
-/// Without a path the classes come from the registry, as in Explorer; under Wine their modules are loaded
-/// beforehand, so that what Wine lacks can be supplied through their import tables. With a path that module's
-/// classes are registered for this process alone, in place of what the registry says, until destruction.
+/// Without a path the classes come from the registry, as in Explorer; their modules are loaded beforehand, so
+/// that functions which the system lacks can be supplied through their import tables. With a path that
+/// module's classes are registered for this process alone, in place of what the registry says, until
+/// destruction. The thread has an apartment.
 ///
-/// `as_tracked`: under Wine the module is told that every file is tracked, and this is said too.
+/// `as_tracked`: where no file can bear the mark (Wine) the module is told that every file is tracked.
 class product_module : noncopyable, nonmoveable {
   public:
     /// Throws command_failure when the module at `path` cannot be loaded or has none of the classes.

@@ -4,6 +4,8 @@
 
 #include <string_view>
 
+#include "tools/stand_ins/system_function.h"
+
 namespace ov::stand_ins {
 
 namespace {
@@ -15,8 +17,7 @@ void (*prompt_listener)(consent) = nullptr;
 
 /// The system's own function, also when this module's import of it has been pointed here.
 decltype(&CoGetObject) system_get_object() noexcept {
-    static const auto function = reinterpret_cast<decltype(&CoGetObject)>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ole32.dll"), "CoGetObject")));
+    static const auto function = system_function<decltype(CoGetObject)>(L"ole32.dll", "CoGetObject");
     return function;
 }
 

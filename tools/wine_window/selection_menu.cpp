@@ -3,8 +3,8 @@
 #include <wrl/client.h>
 
 #include "ovufc/com/guard.h"
-#include "tools/stand_ins/menus/handler_sources.h"
 #include "tools/stand_ins/items/item_paths.h"
+#include "tools/stand_ins/menus/handler_sources.h"
 #include "tools/stand_ins/menus/merged_menu.h"
 
 namespace ov::wine_window {

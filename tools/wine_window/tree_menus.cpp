@@ -11,9 +11,9 @@
 
 #include "ovufc/com/guard.h"
 #include "tools/stand_ins/items/item_paths.h"
+#include "tools/stand_ins/system.h"
 #include "tools/wine_window/menu_tracking.h"
 #include "tools/wine_window/selection_menu.h"
-#include "tools/stand_ins/system.h"
 
 namespace ov::wine_window {
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "ovufc/com/guard.h"
-#include "tools/stand_ins/system.h"
 #include "tools/stand_ins/items/task_memory.h"
+#include "tools/stand_ins/system.h"
 
 namespace ov::wine_window {
 

@@ -13,8 +13,8 @@
 #include "tools/shellhost/exit_codes.h"
 #include "tools/shellhost/menus/file_selection.h"
 #include "tools/shellhost/menus/menu_query.h"
-#include "tools/shellhost/product_module.h"
 #include "tools/shellhost/menus/stopwatch.h"
+#include "tools/shellhost/product_module.h"
 #include "tools/stand_ins/menus/handler_sources.h"
 
 namespace ov::shellhost {

@@ -7,9 +7,9 @@
 #include <array>
 
 #include "tools/shellhost/console.h"
+#include "tools/shellhost/menus/menu_tree.h"
 #include "tools/shellhost/script/control_reader.h"
 #include "tools/shellhost/script/input.h"
-#include "tools/shellhost/menus/menu_tree.h"
 #include "tools/stand_ins/items/task_memory.h"
 
 namespace ov::shellhost {

@@ -7,13 +7,13 @@
 #include <algorithm>
 
 #include "ovufc/com/adopt.h"
-#include "tools/shellhost/window/browser_events.h"
 #include "tools/shellhost/command_failure.h"
 #include "tools/shellhost/console.h"
-#include "tools/shellhost/script/control_reader.h"
 #include "tools/shellhost/folder/namespace_root.h"
-#include "tools/wine_window/navigation_pane.h"
+#include "tools/shellhost/script/control_reader.h"
+#include "tools/shellhost/window/browser_events.h"
 #include "tools/stand_ins/system.h"
+#include "tools/wine_window/navigation_pane.h"
 #include "tools/wine_window/tree_menus.h"
 #include "tools/wine_window/view_menus.h"
 #include "tools/wine_window/view_order.h"

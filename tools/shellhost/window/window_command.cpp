@@ -8,7 +8,6 @@
 
 #include "module/state/class_ids.h"
 #include "tools/shellhost/apartment.h"
-#include "tools/shellhost/window/browser_window.h"
 #include "tools/shellhost/command_failure.h"
 #include "tools/shellhost/commands.h"
 #include "tools/shellhost/console.h"
@@ -16,6 +15,7 @@
 #include "tools/shellhost/folder/namespace_root.h"
 #include "tools/shellhost/product_module.h"
 #include "tools/shellhost/script/script_session.h"
+#include "tools/shellhost/window/browser_window.h"
 #include "tools/stand_ins/elevation.h"
 
 namespace ov::shellhost {

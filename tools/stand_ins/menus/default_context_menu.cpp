@@ -7,9 +7,9 @@
 
 #include "ovufc/com/guard.h"
 #include "tools/stand_ins/associations/association_keys.h"
-#include "tools/stand_ins/menus/handler_sources.h"
 #include "tools/stand_ins/items/interface_ids.h"
 #include "tools/stand_ins/items/item_paths.h"
+#include "tools/stand_ins/menus/handler_sources.h"
 #include "tools/stand_ins/menus/open_folder_menu.h"
 
 namespace ov::stand_ins {

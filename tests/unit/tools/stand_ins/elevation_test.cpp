@@ -5,7 +5,6 @@
 #include <wrl/client.h>
 
 #include "tests/unit/tools/stand_ins/recording_handler.h"
-#include "tools/stand_ins/system.h"
 
 namespace ov::stand_ins {
 namespace {
@@ -34,17 +33,6 @@ class Elevation : public testing::Test {
     BIND_OPTS3 options{};
     ComPtr<IFileOperation> object;
 };
-
-TEST_F(Elevation, System_LacksIt) {
-    if (!system_is_wine()) {
-        GTEST_SKIP() << "Windows has the elevation moniker";
-    }
-    // Asked for by name: this program's own import may have been supplied by another test.
-    const auto system_get_object = reinterpret_cast<decltype(&CoGetObject)>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ole32.dll"), "CoGetObject")));
-    EXPECT_EQ(system_get_object(file_operation, &options, IID_PPV_ARGS(object.GetAddressOf())), 0x800401EA)
-        << "the system knows the moniker now: nothing need be supplied";
-}
 
 TEST_F(Elevation, ConsentGiven_GivesTheObjectAndSaysSo) {
     EXPECT_EQ(get_object(file_operation, &options, IID_PPV_ARGS(object.GetAddressOf())), S_OK);

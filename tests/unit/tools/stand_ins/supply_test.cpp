@@ -5,11 +5,11 @@
 #include <wrl/client.h>
 
 #include <algorithm>
+#include <array>
 
-#include "tests/unit/tools/stand_ins/recording_handler.h"
-#include "tests/unit/tools/stand_ins/test_selection.h"
+#include "recording_handler.h"
+#include "test_selection.h"
 #include "testkit/files/temp_folder.h"
-#include "tools/stand_ins/system.h"
 
 namespace ov::stand_ins {
 namespace {
@@ -23,16 +23,37 @@ HRESULT call_create_data_object(const test_selection& selection) {
     return SHCreateDataObject(selection.parent.get(), 1, &child, nullptr, IID_PPV_ARGS(made.GetAddressOf()));
 }
 
+UINT WINAPI other_click_time() {
+    return 42;
+}
+
+std::vector<std::string> supply_click_time(bool (*is_missing)() noexcept) {
+    const std::array stand_ins = {
+        stand_in{"GetDoubleClickTime", is_missing,
+                 reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&other_click_time))}};
+    return supply(GetModuleHandleW(nullptr), stand_ins);
+}
+
+[[gnu::noinline]] UINT click_time() {
+    return GetDoubleClickTime();
+}
+
+TEST(Supply, FunctionThatTheSystemHas_IsNotReplaced) {
+    EXPECT_TRUE(supply_click_time([]() noexcept { return false; }).empty());
+    EXPECT_NE(click_time(), 42U);
+}
+
+TEST(Supply, FunctionThatTheSystemLacks_IsReplacedAndNamed) {
+    EXPECT_EQ(supply_click_time([]() noexcept { return true; }),
+              std::vector<std::string>{"GetDoubleClickTime"});
+    EXPECT_EQ(click_time(), 42U);
+}
+
 TEST(Supply, WhatWineLacks_WorksThroughTheImportTableAfterwards) {
-    if (!system_is_wine()) {
-        EXPECT_TRUE(supply_missing(GetModuleHandleW(nullptr)).empty());
-        GTEST_SKIP() << "on Windows nothing is supplied";
-    }
     const test_apartment apartment;
     const test::temp_folder folder;
     const test_selection selection(folder.path());
-    ASSERT_EQ(call_create_data_object(selection), E_NOTIMPL)
-        << "the system has it now: nothing need be supplied";
+    ASSERT_EQ(call_create_data_object(selection), E_NOTIMPL);
 
     const auto names = supply_missing(GetModuleHandleW(nullptr));
     EXPECT_NE(std::find(names.begin(), names.end(), "SHCreateDataObject"), names.end());

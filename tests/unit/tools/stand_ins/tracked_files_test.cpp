@@ -4,7 +4,6 @@
 
 #include "ovufc/win/handle.h"
 #include "testkit/files/temp_folder.h"
-#include "tools/stand_ins/system.h"
 
 namespace ov::stand_ins {
 namespace {
@@ -20,10 +19,6 @@ FILE_ATTRIBUTE_TAG_INFO mark_of(const std::wstring& path) {
 }
 
 TEST(TrackedFiles, FilesBearTheMarkAndFoldersDoNot) {
-    if (!system_is_wine()) {
-        EXPECT_FALSE(answer_tracked_mark(GetModuleHandleW(nullptr)));
-        GTEST_SKIP() << "on Windows nothing is answered";
-    }
     const test::temp_folder folder;
     const std::wstring file = folder.make_file(L"letter.txt", "text");
     EXPECT_EQ(mark_of(file).FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT, 0U);

@@ -7,9 +7,9 @@
 #include <array>
 #include <cstring>
 
+#include "testkit/files/temp_folder.h"
 #include "tests/unit/tools/stand_ins/recording_handler.h"
 #include "tests/unit/tools/stand_ins/test_selection.h"
-#include "testkit/files/temp_folder.h"
 #include "tools/stand_ins/items/global_memory.h"
 
 namespace ov::stand_ins {

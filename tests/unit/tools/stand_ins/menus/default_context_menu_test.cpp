@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 #include <wrl/client.h>
 
+#include "testkit/files/temp_folder.h"
 #include "tests/unit/tools/stand_ins/recording_handler.h"
 #include "tests/unit/tools/stand_ins/test_class_key.h"
 #include "tests/unit/tools/stand_ins/test_selection.h"
-#include "testkit/files/temp_folder.h"
 #include "tools/shellhost/menus/menu_query.h"
 
 namespace ov::stand_ins {

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 #include <wrl/client.h>
 
+#include "testkit/files/temp_folder.h"
 #include "tests/unit/tools/stand_ins/recording_handler.h"
 #include "tests/unit/tools/stand_ins/test_class_key.h"
-#include "testkit/files/temp_folder.h"
 
 namespace ov::stand_ins {
 namespace {
