@@ -39,12 +39,6 @@ TEST_F(ExplorerMenus, RightClickOnAnUntrackedFile_ShowsTheSystemsCommandsOnly) {
     window_->tell({"key escape"});
 }
 
-TEST_F(ExplorerMenus, RightClickInTheNavigationPane_ShowsTheSubmenu) {
-    window_->tell({"expand Orvane", "wait", "right-click-tree Managed", "wait-menu"});
-    EXPECT_THAT(line_with(window_->ask("menus"), "Orvane"), HasSubstr("submenu, bitmap"));
-    window_->tell({"key escape"});
-}
-
 TEST_F(ExplorerMenus, Open_GoesThereInTheSameWindow) {
     (void)menu_of("Projects");
     window_->tell({"key o", "wait"});

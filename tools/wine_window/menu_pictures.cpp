@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "ovufc/win/ui_handle.h"
-#include "tools/stand_ins/system.h"
 
 namespace ov::wine_window {
 
@@ -29,9 +28,7 @@ bool has_alpha(HBITMAP bitmap) noexcept {
 }  // namespace
 
 menu_pictures::menu_pictures(HMENU menu) {
-    if (stand_ins::system_is_wine()) {
-        take_over(menu);
-    }
+    take_over(menu);
 }
 
 void menu_pictures::take_over(HMENU menu) {

@@ -12,7 +12,7 @@ namespace ov::wine_window {
 /// Wine cuts them to the size of a check mark and draws what is transparent black.
 ///
 /// Each becomes a picture that the menu's owner draws, submenus included: the owner passes WM_MEASUREITEM and
-/// WM_DRAWITEM on as long as the menu is shown. The bitmaps stay whose they are. On Windows nothing is done.
+/// WM_DRAWITEM on as long as the menu is shown. The bitmaps stay whose they are.
 class menu_pictures : noncopyable, nonmoveable {
   public:
     explicit menu_pictures(HMENU menu);

@@ -2,17 +2,13 @@
 
 #include <commctrl.h>
 #include <shellapi.h>
-#include <shlguid.h>
-#include <shlobj.h>
 #include <shlwapi.h>
 #include <wrl/client.h>
 
-#include <array>
 #include <atomic>
 
 #include "ovufc/com/guard.h"
 #include "ovufc/win/ui_handle.h"
-#include "tools/stand_ins/items/item_paths.h"
 #include "tools/wine_window/menu_pictures.h"
 
 namespace ov::wine_window {
@@ -91,53 +87,23 @@ HRESULT invoke(HWND owner, IContextMenu* menu, UINT offset) noexcept {
     return menu->InvokeCommand(reinterpret_cast<CMINVOKECOMMANDINFO*>(&info));
 }
 
-/// True when the command opens the folder and the site's browser went there.
-bool browses(IContextMenu* menu, UINT offset, IUnknown* site, PCIDLIST_ABSOLUTE target) noexcept {
-    constexpr UINT verb_chars = 64;
-    std::array<wchar_t, verb_chars> verb{};
-    ComPtr<IShellBrowser> browser;
-    if (target == nullptr ||
-        FAILED(menu->GetCommandString(offset, GCS_VERBW, nullptr, reinterpret_cast<LPSTR>(verb.data()),
-                                      verb_chars))) {
-        return false;
-    }
-    const bool opens = lstrcmpiW(verb.data(), L"open") == 0 || lstrcmpiW(verb.data(), L"explore") == 0;
-    return opens &&
-           SUCCEEDED(
-               IUnknown_QueryService(site, SID_STopLevelBrowser, IID_PPV_ARGS(browser.GetAddressOf()))) &&
-           SUCCEEDED(browser->BrowseObject(target, SBSP_SAMEBROWSER | SBSP_ABSOLUTE));
-}
-
 }  // namespace
 
 unsigned empty_menus() noexcept {
     return empty_menus_so_far;
 }
 
-stand_ins::unique_absolute_list folder_target(IShellFolder* folder,
-                                              const stand_ins::item_selection& selection) noexcept {
-    if (selection.items.size() != 1 ||
-        stand_ins::attributes_of_item(folder, selection.items.front().get(), SFGAO_FOLDER) == 0) {
-        return nullptr;
-    }
-    return stand_ins::unique_absolute_list(ILCombine(selection.folder.get(), selection.items.front().get()));
-}
-
-void track_menu(HWND owner, IContextMenu* menu, IUnknown* site, POINT where, UINT flags,
-                PCIDLIST_ABSOLUTE target) noexcept {
+void track_menu(HWND owner, IContextMenu* menu, IUnknown* site, POINT where) noexcept {
     const win::unique_menu popup(CreatePopupMenu());
     const site_scope scope(menu, site);
-    if (FAILED(menu->QueryContextMenu(popup.get(), 0, first_id, last_id, flags)) ||
+    if (FAILED(menu->QueryContextMenu(popup.get(), 0, first_id, last_id, CMF_NORMAL)) ||
         GetMenuItemCount(popup.get()) <= 0) {
         ++empty_menus_so_far;
         return;
     }
     (void)com::guarded([&] {
         const UINT chosen = choose(owner, menu, popup.get(), where);
-        if (chosen < first_id || browses(menu, chosen - first_id, site, target)) {
-            return S_FALSE;
-        }
-        return invoke(owner, menu, chosen - first_id);
+        return chosen < first_id ? S_FALSE : invoke(owner, menu, chosen - first_id);
     });
 }
 

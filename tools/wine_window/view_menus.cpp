@@ -9,7 +9,6 @@
 
 #include "ovufc/com/guard.h"
 #include "tools/stand_ins/items/item_paths.h"
-#include "tools/stand_ins/system.h"
 #include "tools/wine_window/menu_tracking.h"
 #include "tools/wine_window/selection_menu.h"
 
@@ -70,10 +69,7 @@ class attached_view {
                                          menu.GetAddressOf());
         }
         if (SUCCEEDED(result)) {
-            const bool shift = GetKeyState(VK_SHIFT) < 0;
-            const auto target = folder_target(selection.folder.Get(), selection.ids);
-            track_menu(window, menu.Get(), site_, where, CMF_NORMAL | (shift ? CMF_EXTENDEDVERBS : 0),
-                       target.get());
+            track_menu(window, menu.Get(), site_, where);
         }
         return result;
     }
@@ -101,19 +97,6 @@ class attached_view {
     IUnknown* site_;
 };
 
-/// Where a menu called up by the keyboard opens: at the first selected item.
-POINT place_of_selection(HWND view_window) noexcept {
-    const HWND list = FindWindowExW(view_window, nullptr, WC_LISTVIEWW, nullptr);
-    RECT place{};
-    const int selected = ListView_GetNextItem(list, -1, LVNI_SELECTED);
-    if (selected >= 0) {
-        ListView_GetItemRect(list, selected, &place, LVIR_ICON);
-    }
-    POINT where{place.left + (place.right - place.left) / 2, place.top + (place.bottom - place.top) / 2};
-    ClientToScreen(list, &where);
-    return where;
-}
-
 /// Runs `body`; true when it returned true. What it throws is a failed allocation: the click is the view's
 /// then.
 template <class Body>
@@ -131,10 +114,7 @@ UINT posted_message() noexcept {
 }
 
 void run_posted(const attached_view& view, HWND window, WPARAM task, LPARAM parameter) {
-    POINT where{GET_X_LPARAM(parameter), GET_Y_LPARAM(parameter)};
-    if (where.x == -1 && where.y == -1) {
-        where = place_of_selection(window);
-    }
+    const POINT where{GET_X_LPARAM(parameter), GET_Y_LPARAM(parameter)};
     (void)com::guarded(
         [&] { return task == task_show_menu ? view.show_menu(window, where) : view.activate(window); });
 }
@@ -154,7 +134,8 @@ LRESULT CALLBACK view_procedure(HWND window, UINT message, WPARAM wparam, LPARAM
     }
     switch (message) {
         case WM_CONTEXTMENU:
-            if (holds([&] { return view->has_selection(); })) {
+            // One called up by the keyboard (-1) stays the view's own.
+            if (lparam != -1 && holds([&] { return view->has_selection(); })) {
                 PostMessageW(window, posted_message(), task_show_menu, lparam);
                 return 0;
             }
@@ -183,10 +164,8 @@ LRESULT CALLBACK view_procedure(HWND window, UINT message, WPARAM wparam, LPARAM
 
 }  // namespace
 
-void attach_view_menus(IShellView* view, IUnknown* site) noexcept {
-    HWND window = nullptr;
-    if (!stand_ins::system_is_wine() || FAILED(view->GetWindow(&window)) ||
-        GetPropW(window, attached_mark) != nullptr) {
+void attach_view_menus(IShellView* view, HWND window, IUnknown* site) noexcept {
+    if (GetPropW(window, attached_mark) != nullptr) {
         return;
     }
     std::unique_ptr<attached_view> made(new (std::nothrow) attached_view(view, site));

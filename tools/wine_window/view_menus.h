@@ -9,8 +9,8 @@ namespace ov::wine_window {
 /// full menu with the registered handlers, and a double-click on an item whose folder uses this library's
 /// menus runs the default verb, asked for as such (CMF_DEFAULTONLY). Everything else stays the view's.
 ///
-/// Call it once a view has its window; it lasts as long as the window. `site` is the site that the menus get;
-/// it must outlive the view's window. On Windows nothing is done.
-void attach_view_menus(IShellView* view, IUnknown* site) noexcept;
+/// `window` is the view's own; the menus last as long as it, and a second call does nothing. `site` is the
+/// site that they get; it must outlive the window.
+void attach_view_menus(IShellView* view, HWND window, IUnknown* site) noexcept;
 
 }  // namespace ov::wine_window

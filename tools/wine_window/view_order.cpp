@@ -10,7 +10,6 @@
 
 #include "ovufc/com/guard.h"
 #include "tools/stand_ins/items/task_memory.h"
-#include "tools/stand_ins/system.h"
 
 namespace ov::wine_window {
 
@@ -76,9 +75,6 @@ void sort(IFolderView* view, IShellFolder* folder, HWND list) {
 }  // namespace
 
 void keep_folder_order(IFolderView* view, HWND list) noexcept {
-    if (!stand_ins::system_is_wine() || list == nullptr) {
-        return;
-    }
     (void)com::guarded([&] {
         ComPtr<IShellFolder> folder;
         const HRESULT result = view->GetFolder(IID_PPV_ARGS(folder.GetAddressOf()));

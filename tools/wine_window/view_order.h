@@ -8,8 +8,7 @@ namespace ov::wine_window {
 /// folder calls its items equal.
 ///
 /// Windows' views keep that order for equal items; Wine's sort turns it round. A folder that tells its first
-/// two items apart (CompareIDs) is left as it is. `list` is the view's list control. On Windows nothing is
-/// done.
+/// two items apart (CompareIDs) is left as it is. `list` is the view's list control.
 void keep_folder_order(IFolderView* view, HWND list) noexcept;
 
 }  // namespace ov::wine_window

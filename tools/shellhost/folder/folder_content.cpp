@@ -1,16 +1,15 @@
 #include "tools/shellhost/folder/folder_content.h"
 
 #include <shlobj.h>
-#include <shlwapi.h>
 #include <wrl/client.h>
 
 #include <algorithm>
 #include <array>
 
+#include "tools/shellhost/folder/folder_columns.h"
 #include "tools/shellhost/folder/namespace_root.h"
 #include "tools/stand_ins/items/interface_ids.h"
 #include "tools/stand_ins/items/item_paths.h"
-#include "tools/stand_ins/items/task_memory.h"
 
 namespace ov::shellhost {
 
@@ -21,20 +20,6 @@ using Microsoft::WRL::ComPtr;
 constexpr UINT type_column = 1;
 /// The key by which the folder's own view groups; the category provider knows every key of this format.
 constexpr PROPERTYKEY grouping_key = {{}, 2};
-
-std::wstring text_of(SHELLDETAILS& details, PCUITEMID_CHILD item) {
-    wchar_t* text = nullptr;
-    if (FAILED(StrRetToStrW(&details.str, item, &text))) {
-        return {};
-    }
-    const stand_ins::unique_task<wchar_t> owner(text);
-    return text;
-}
-
-std::wstring column_text(IShellFolder2* folder, PCUITEMID_CHILD item, UINT column) {
-    SHELLDETAILS details{};
-    return SUCCEEDED(folder->GetDetailsOf(item, column, &details)) ? text_of(details, item) : std::wstring();
-}
 
 void read_icon(IShellFolder2* folder, PCUITEMID_CHILD item, content_item& read) {
     ComPtr<IExtractIconW> extractor;
@@ -105,15 +90,6 @@ std::vector<content_group> read_content(IShellFolder2* folder) {
         return static_cast<short>(HRESULT_CODE(order)) < 0;
     });
     return groups;
-}
-
-std::vector<std::wstring> columns_of(IShellFolder2* folder) {
-    std::vector<std::wstring> columns;
-    SHELLDETAILS details{};
-    for (UINT i = 0; SUCCEEDED(folder->GetDetailsOf(nullptr, i, &details)); ++i) {
-        columns.push_back(text_of(details, nullptr));
-    }
-    return columns;
 }
 
 }  // namespace ov::shellhost

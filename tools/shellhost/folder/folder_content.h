@@ -31,7 +31,4 @@ struct content_group {
 /// a heading.
 [[nodiscard]] std::vector<content_group> read_content(IShellFolder2* folder);
 
-/// The header texts of the folder's columns.
-[[nodiscard]] std::vector<std::wstring> columns_of(IShellFolder2* folder);
-
 }  // namespace ov::shellhost

@@ -8,6 +8,7 @@
 #include "tools/shellhost/commands.h"
 #include "tools/shellhost/console.h"
 #include "tools/shellhost/exit_codes.h"
+#include "tools/shellhost/folder/folder_columns.h"
 #include "tools/shellhost/folder/folder_content.h"
 #include "tools/shellhost/folder/namespace_root.h"
 #include "tools/shellhost/product_module.h"
@@ -49,8 +50,8 @@ int run_list(arguments& words) {
     const product_module product(module);
     const namespace_root root = open_namespace_root();
     std::wstring header;
-    for (const std::wstring& column : columns_of(root.folder.Get())) {
-        header += (header.empty() ? L"" : L" | ") + column;
+    for (const UINT column : shown_columns(root.folder.Get())) {
+        header += (header.empty() ? L"" : L" | ") + column_text(root.folder.Get(), nullptr, column);
     }
     print_line(L"Columns: " + header);
     for (const content_group& group : read_content(root.folder.Get())) {

@@ -13,17 +13,18 @@
 #include "tools/shellhost/exit_codes.h"
 #include "tools/shellhost/menus/file_selection.h"
 #include "tools/shellhost/menus/menu_query.h"
+#include "tools/shellhost/menus/menu_sources.h"
 #include "tools/shellhost/menus/stopwatch.h"
 #include "tools/shellhost/product_module.h"
-#include "tools/stand_ins/menus/handler_sources.h"
+#include "tools/stand_ins/probes.h"
 
 namespace ov::shellhost {
 
 const wchar_t* const menu_usage =
     L"shellhost menu PATH... [--invoke COMMAND] [--extended] [--default-only] [--tracked] [--module DLL]\n"
     L"               [--bench N]\n"
-    L"  Right-clicks a selection as Explorer does: creates the registered context-menu handlers, shows them\n"
-    L"  the selection and prints the menu they make. A command's number stands in brackets.\n"
+    L"  Right-clicks a selection as Explorer does and prints the menu: the system's own, or, where that has\n"
+    L"  no registered handlers (Wine), what these add to it. A command's number stands in brackets.\n"
     L"\n"
     L"  --invoke COMMAND  runs a command, named by its text (accelerators and case aside) or its number, "
     L"and\n"
@@ -33,8 +34,9 @@ const wchar_t* const menu_usage =
     L"  --tracked         under Wine, whose file systems keep no such mark: tells the product that files\n"
     L"                    are tracked ones; on Windows their own marks count\n"
     L"  --module DLL      takes the product's classes from this file, whatever is registered\n"
-    L"  --bench N         right-clicks N times and prints how long one takes, from creating the handlers to\n"
-    L"                    releasing them\n";
+    L"  --bench N         right-clicks N times and prints how long one takes, from creating the menu to "
+    L"releasing\n"
+    L"                    it\n";
 
 namespace {
 
@@ -67,27 +69,6 @@ menu_options read_options(arguments& words) {
         throw usage_error(L"name a file or folder");
     }
     return options;
-}
-
-/// With --module the file's own class counts even where no handler is registered.
-void add_unregistered(std::vector<menu_source>& sources, const file_selection& selection) {
-    const stand_ins::registered_handler handler{L"Orvane Vaultkeep", class_ids::shell_extension, false};
-    menu_source& source = sources.emplace_back();
-    source.name = handler.name + L" (not registered)";
-    source.open = [handler, &selection](IContextMenu** menu) {
-        return stand_ins::open_handler(handler, selection.ids.folder.get(), selection.data.Get(), nullptr,
-                                       menu);
-    };
-}
-
-std::vector<menu_source> sources_of(const file_selection& selection, bool has_module) {
-    auto sources = stand_ins::sources_of_handlers(stand_ins::class_keys_of_path(selection.paths.front()),
-                                                  selection.ids.folder.get(), selection.data.Get());
-    const bool registered = !registered_module_of(class_ids::shell_extension).empty();
-    if (has_module && !registered) {
-        add_unregistered(sources, selection);
-    }
-    return sources;
 }
 
 std::wstring title_of(const file_selection& selection) {
@@ -169,7 +150,11 @@ int run_menu(arguments& words) {
     const apartment com;
     const product_module product(options.module, options.as_tracked);
     const file_selection selection = select_files(options.paths);
-    const auto sources = sources_of(selection, !options.module.empty());
+    auto sources =
+        stand_ins::lacks_handlers_in_menus() ? registered_handlers(selection) : system_menu(selection);
+    if (!options.module.empty() && registered_module_of(class_ids::shell_extension).empty()) {
+        sources.push_back(unregistered_handler(selection));
+    }
     ComPtr<IContextMenu> merged;
     const HRESULT made = stand_ins::make_merged_menu(sources, IID_PPV_ARGS(merged.GetAddressOf()));
     ComPtr<IMergedMenu> parts;

@@ -1,24 +1,25 @@
 #include "tools/shellhost/script/script_commands.h"
 
-#include <commctrl.h>
 #include <shlobj.h>
+#include <shlwapi.h>
 
 #include <algorithm>
 #include <array>
+#include <memory>
 
 #include "tools/shellhost/console.h"
 #include "tools/shellhost/menus/menu_tree.h"
-#include "tools/shellhost/script/control_reader.h"
+#include "tools/shellhost/script/accessible_parts.h"
+#include "tools/shellhost/script/control_parts.h"
 #include "tools/shellhost/script/input.h"
+#include "tools/shellhost/script/open_windows.h"
+#include "tools/shellhost/script/shown_items.h"
 #include "tools/stand_ins/items/task_memory.h"
+#include "tools/wine_window/system.h"
 
 namespace ov::shellhost {
 
 namespace {
-
-constexpr const wchar_t* tree_class = L"SysTreeView32";
-constexpr const wchar_t* view_class = L"SHELLDLL_DefView";
-constexpr const wchar_t* list_class = L"SysListView32";
 
 /// A command of the script and the rest of its line.
 struct request {
@@ -30,12 +31,14 @@ struct request {
     void fail(const std::wstring& why) const { reply.error = why; }
 };
 
-HWND list_of(const browser_window& window) {
-    return find_descendant(find_descendant(window.handle(), view_class), list_class);
-}
-
-HWND tree_of(const browser_window& window) {
-    return find_descendant(window.handle(), tree_class);
+/// Wine's controls are not accessible one item at a time; what they show is read from them.
+std::unique_ptr<shown_parts> parts_of(const browser_window& window) {
+    if (!wine_window::system_is_wine()) {
+        return std::make_unique<accessible_parts>(window.handle());
+    }
+    HWND view = nullptr;
+    (void)IUnknown_GetWindow(window.view().Get(), &view);
+    return std::make_unique<control_parts>(window.handle(), view);
 }
 
 std::wstring join(const std::vector<std::wstring>& texts) {
@@ -51,20 +54,20 @@ void print_title(const request& asked) {
 }
 
 void print_tree(const request& asked) {
-    for (const tree_node& node : read_tree(tree_of(asked.window))) {
+    for (const pane_node& node : parts_of(asked.window)->nodes()) {
         asked.say(std::wstring(std::size_t{2} * node.depth, L' ') + node.text +
                   (node.is_selected ? L" *" : L""));
     }
 }
 
 void print_view(const request& asked) {
-    for (const auto& item : read_list(list_of(asked.window))) {
+    for (const auto& item : items_of_view(asked.window.view().Get())) {
         asked.say(join(item));
     }
 }
 
 void print_columns(const request& asked) {
-    asked.say(join(read_columns(list_of(asked.window))));
+    asked.say(join(columns_of_view(asked.window.view().Get())));
 }
 
 void print_menus(const request& asked) {
@@ -112,22 +115,28 @@ void browse(const request& asked) {
     }
 }
 
+/// A point on the name that a part shows: near its beginning, as a name may be shorter than its place.
+POINT point_on(const RECT& place) {
+    constexpr LONG inset = 12;
+    return {std::min(place.left + inset, (place.left + place.right) / 2), (place.top + place.bottom) / 2};
+}
+
 void click_item(const request& asked, mouse_button button, int times) {
-    const HWND list = list_of(asked.window);
-    const auto items = read_list(list);
-    const auto found = std::find_if(items.begin(), items.end(),
-                                    [&](const auto& texts) { return texts.front() == asked.rest; });
+    const auto view = asked.window.view();
+    const auto items = items_of_view(view.Get());
+    const auto found = std::find_if(items.begin(), items.end(), [&](const auto& texts) {
+        return !texts.empty() && texts.front() == asked.rest;
+    });
     if (found == items.end()) {
         return asked.fail(L"the view shows no such item");
     }
     const auto index = static_cast<int>(found - items.begin());
-    ListView_EnsureVisible(list, index, FALSE);
-    RECT place{};
-    ListView_GetItemRect(list, index, &place, LVIR_LABEL);
-    constexpr LONG inset = 12;
-    POINT where{std::min(place.left + inset, (place.left + place.right) / 2), (place.top + place.bottom) / 2};
-    ClientToScreen(list, &where);
-    click_at(where, button, times);
+    (void)view->SelectItem(index, SVSI_ENSUREVISIBLE);
+    const auto place = parts_of(asked.window)->place_of_item(asked.rest, index);
+    if (!place) {
+        return asked.fail(L"the item has no place on the screen");
+    }
+    click_at(point_on(*place), button, times);
 }
 
 void click(const request& asked) {
@@ -140,37 +149,19 @@ void right_click(const request& asked) {
     click_item(asked, mouse_button::right, 1);
 }
 
-void click_node(const request& asked, mouse_button button) {
-    const HWND tree = tree_of(asked.window);
-    for (const tree_node& node : read_tree(tree)) {
-        if (node.text == asked.rest) {
-            TreeView_EnsureVisible(tree, node.item);
-            RECT place{};
-            TreeView_GetItemRect(tree, node.item, &place, TRUE);
-            POINT where{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
-            ClientToScreen(tree, &where);
-            return click_at(where, button, 1);
+void click_tree(const request& asked) {
+    for (const pane_node& node : parts_of(asked.window)->nodes()) {
+        if (node.text == asked.rest && !IsRectEmpty(&node.place)) {
+            return click_at(point_on(node.place), mouse_button::left, 1);
         }
     }
     asked.fail(L"the tree shows no such node");
-}
-
-void click_tree(const request& asked) {
-    click_node(asked, mouse_button::left);
-}
-void right_click_tree(const request& asked) {
-    click_node(asked, mouse_button::right);
 }
 
 void expand(const request& asked) {
-    const HWND tree = tree_of(asked.window);
-    for (const tree_node& node : read_tree(tree)) {
-        if (node.text == asked.rest) {
-            TreeView_Expand(tree, node.item, TVE_EXPAND);
-            return;
-        }
+    if (!parts_of(asked.window)->expand(asked.rest)) {
+        asked.fail(L"the tree shows no such node");
     }
-    asked.fail(L"the tree shows no such node");
 }
 
 void press(const request& asked) {
@@ -217,7 +208,6 @@ constexpr std::array script_commands = {
     script_command{L"double-click", &double_click, L"double-click ITEM"},
     script_command{L"right-click", &right_click, L"right-click ITEM"},
     script_command{L"click-tree", &click_tree, L"click-tree NODE: a real click on a node of the pane"},
-    script_command{L"right-click-tree", &right_click_tree, L"right-click-tree NODE"},
     script_command{L"expand", &expand, L"expand NODE: opens a node of the navigation pane"},
     script_command{L"key", &press, L"key NAME: presses enter, escape, down, up, ... or a letter"},
     script_command{L"mode", &set_mode, L"mode icons|list|details"},
@@ -251,9 +241,12 @@ script_reply run_script_command(browser_window& window, const std::wstring& line
 }
 
 std::wstring state_of(const browser_window& window) {
-    return window.title() + L"/" + std::to_wstring(window.is_at_rest()) + L"/" +
-           std::to_wstring(ListView_GetItemCount(list_of(window))) + L"/" +
-           std::to_wstring(TreeView_GetCount(tree_of(window)));
+    int count = 0;
+    if (const auto view = window.view(); view != nullptr) {
+        (void)view->ItemCount(SVGIO_ALLVIEW, &count);
+    }
+    return window.title() + L"/" + std::to_wstring(window.is_at_rest()) + L"/" + std::to_wstring(count) +
+           L"/" + std::to_wstring(parts_of(window)->nodes().size());
 }
 
 }  // namespace ov::shellhost

@@ -7,7 +7,7 @@
 #include "ovufc/win/handle.h"
 #include "tools/shellhost/command_failure.h"
 #include "tools/shellhost/console.h"
-#include "tools/shellhost/script/control_reader.h"
+#include "tools/shellhost/script/open_windows.h"
 #include "tools/shellhost/script/script_commands.h"
 #include "tools/wine_window/menu_tracking.h"
 

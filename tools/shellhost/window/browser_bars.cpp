@@ -101,7 +101,7 @@ void tool_bar::create(HWND parent) {
     place_ = CreateWindowExW(
         WS_EX_CLIENTEDGE, WC_EDITW, nullptr, WS_CHILD | WS_VISIBLE | ES_READONLY | ES_AUTOHSCROLL, 0, 0, 0, 0,
         bar_, reinterpret_cast<HMENU>(static_cast<INT_PTR>(place_id)), GetModuleHandleW(nullptr), nullptr);
-    SendMessageW(place_, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), FALSE);
+    fit_font();
     resize();
 }
 
@@ -114,6 +114,15 @@ void tool_bar::resize() const {
     SendMessageW(bar_, TB_GETITEMRECT, static_cast<WPARAM>(count - 1), reinterpret_cast<LPARAM>(&last));
     MoveWindow(place_, last.right + place_margin, place_padding, bar.right - last.right - 2 * place_margin,
                bar.bottom - 2 * place_padding, TRUE);
+}
+
+void tool_bar::fit_font() {
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, GetDpiForWindow(bar_));
+    unique_font fitting(CreateFontIndirectW(&metrics.lfMessageFont));
+    SendMessageW(place_, WM_SETFONT, reinterpret_cast<WPARAM>(fitting.get()), TRUE);
+    font_ = std::move(fitting);
 }
 
 int tool_bar::height() const {

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "ovufc/win/handle.h"
+
 namespace ov::shellhost {
 
 /// Commands of the browser window's menu, toolbar and keys.
@@ -25,6 +27,13 @@ enum window_command : int {
 /// The keys for the window's commands.
 [[nodiscard]] HACCEL make_keys();
 
+struct font_traits {
+    using type = HFONT;
+    static type invalid() noexcept { return nullptr; }
+    static void close(type value) noexcept { DeleteObject(value); }
+};
+using unique_font = win::unique_handle<font_traits>;
+
 /// The toolbar: buttons for the commands with the system's own pictures, and the place that is shown behind
 /// them.
 class tool_bar {
@@ -32,6 +41,8 @@ class tool_bar {
     void create(HWND parent);
     /// Fits it into its parent's new width.
     void resize() const;
+    /// Takes the system's font at the size of the window's monitor.
+    void fit_font();
     [[nodiscard]] int height() const;
     /// Shows where the browser is.
     void show_place(const std::wstring& place) const;
@@ -41,6 +52,7 @@ class tool_bar {
   private:
     HWND bar_ = nullptr;
     HWND place_ = nullptr;
+    unique_font font_;
 };
 
 /// The status bar: one line about what is shown.

@@ -10,13 +10,9 @@
 #include "tools/shellhost/command_failure.h"
 #include "tools/shellhost/console.h"
 #include "tools/shellhost/folder/namespace_root.h"
-#include "tools/shellhost/script/control_reader.h"
 #include "tools/shellhost/window/browser_events.h"
-#include "tools/stand_ins/system.h"
-#include "tools/wine_window/navigation_pane.h"
-#include "tools/wine_window/tree_menus.h"
-#include "tools/wine_window/view_menus.h"
-#include "tools/wine_window/view_order.h"
+#include "tools/wine_window/system.h"
+#include "tools/wine_window/view_dressing.h"
 
 namespace ov::shellhost {
 
@@ -26,7 +22,8 @@ using Microsoft::WRL::ComPtr;
 
 constexpr const wchar_t* window_class = L"OrvaneShellHost";
 constexpr const wchar_t* title_end = L" - shellhost";
-constexpr int navigation_pane_width = 210;
+constexpr int least_width = 420;
+constexpr int least_height = 280;
 constexpr UINT message_arrived = WM_APP + 1;
 
 std::wstring name_of(PCIDLIST_ABSOLUTE place, SIGDN kind) {
@@ -36,39 +33,6 @@ std::wstring name_of(PCIDLIST_ABSOLUTE place, SIGDN kind) {
     }
     const stand_ins::unique_task<wchar_t> owner(name);
     return name;
-}
-
-/// Wine's columns are as wide as the folder suggests, which cuts some texts and wastes room on others.
-void fit_columns(HWND list) {
-    constexpr int least_width = 70;
-    constexpr int most_width = 360;
-    constexpr int extra_width = 12;
-    const int columns = Header_GetItemCount(ListView_GetHeader(list));
-    for (int i = 0; i < columns; ++i) {
-        ListView_SetColumnWidth(list, i, LVSCW_AUTOSIZE);
-        const int width = ListView_GetColumnWidth(list, i) + extra_width;
-        ListView_SetColumnWidth(list, i, std::clamp(width, least_width, most_width));
-    }
-}
-
-HWND list_of(IUnknown* view) {
-    HWND window = nullptr;
-    (void)IUnknown_GetWindow(view, &window);
-    return FindWindowExW(window, nullptr, WC_LISTVIEWW, nullptr);
-}
-
-/// Makes a Wine view look as views look elsewhere: icons in rows and not in columns, columns that fit, and
-/// nothing left of the mode before.
-void tidy_view(IUnknown* view) {
-    const HWND list = list_of(view);
-    if (list == nullptr || !stand_ins::system_is_wine()) {
-        return;
-    }
-    const LONG_PTR style = GetWindowLongPtrW(list, GWL_STYLE);
-    SetWindowLongPtrW(list, GWL_STYLE, style & ~LONG_PTR{LVS_ALIGNMASK});
-    ListView_Arrange(list, LVA_DEFAULT);
-    fit_columns(list);
-    InvalidateRect(list, nullptr, TRUE);
 }
 
 UINT mode_of(int command) {
@@ -147,7 +111,6 @@ void browser_window::create_browser() {
         throw command_failure(L"the system's explorer browser cannot be made: " + describe(result));
     }
     site_ = com::adopt(com::make_object<browser_site>(browser_.Get()));
-    wine_window::set_navigation_pane_width(window_, navigation_pane_width);
     const ComPtr<browser_events> events = com::adopt(com::make_object<browser_events>(
         [this] { is_navigating_ = true; }, [this](PCIDLIST_ABSOLUTE place) { arrived(place); }));
     (void)browser_->Advise(events.Get(), &events_cookie_);
@@ -175,37 +138,36 @@ void browser_window::describe_view() {
     const bool is_path = !path.empty() && path.rfind(L"::", 0) != 0;
     tools_.show_place(is_path ? path : name);
 
-    ComPtr<IFolderView2> folder_view;
-    ComPtr<IShellView> view;
-    if (FAILED(browser_->GetCurrentView(IID_PPV_ARGS(view.GetAddressOf()))) ||
-        FAILED(view.As(&folder_view))) {
+    const ComPtr<IFolderView2> shown = view();
+    if (shown == nullptr) {
         return;
     }
-    complete_view(view.Get(), folder_view.Get());
+    if (wine_window::system_is_wine()) {
+        wine_window::complete_view(shown.Get(), site_.Get());
+    }
     UINT mode = FVM_DETAILS;
-    (void)folder_view->GetCurrentViewMode(&mode);
+    (void)shown->GetCurrentViewMode(&mode);
     tools_.show_mode(command_of(mode));
     int count = 0;
-    (void)folder_view->ItemCount(SVGIO_ALLVIEW, &count);
+    (void)shown->ItemCount(SVGIO_ALLVIEW, &count);
     status_.show(std::to_wstring(count) + (count == 1 ? L" item" : L" items"));
 }
 
 void browser_window::set_mode(int command) {
-    ComPtr<IFolderView2> view;
-    if (SUCCEEDED(browser_->GetCurrentView(IID_PPV_ARGS(view.GetAddressOf())))) {
-        (void)view->SetCurrentViewMode(mode_of(command));
+    if (const ComPtr<IFolderView2> shown = view(); shown != nullptr) {
+        (void)shown->SetCurrentViewMode(mode_of(command));
+        // Wine leaves parts of the mode before on the screen.
+        RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
         tools_.show_mode(command);
-        tidy_view(view.Get());
     }
 }
 
-void browser_window::complete_view(IShellView* view, IFolderView* folder_view) {
-    if (stand_ins::system_is_wine()) {
-        wine_window::attach_view_menus(view, site_.Get());
-        wine_window::attach_tree_menus(find_descendant(window_, WC_TREEVIEWW), site_.Get());
-        wine_window::keep_folder_order(folder_view, list_of(view));
-        tidy_view(view);
+ComPtr<IFolderView2> browser_window::view() const {
+    ComPtr<IFolderView2> shown;
+    if (browser_ != nullptr) {
+        (void)browser_->GetCurrentView(IID_PPV_ARGS(shown.GetAddressOf()));
     }
+    return shown;
 }
 
 void browser_window::run(int command) {
@@ -223,9 +185,9 @@ void browser_window::run(int command) {
         case command_details:
             return set_mode(command);
         case command_refresh: {
-            ComPtr<IShellView> view;
-            if (SUCCEEDED(browser_->GetCurrentView(IID_PPV_ARGS(view.GetAddressOf())))) {
-                (void)view->Refresh();
+            ComPtr<IShellView> shown;
+            if (SUCCEEDED(browser_->GetCurrentView(IID_PPV_ARGS(shown.GetAddressOf())))) {
+                (void)shown->Refresh();
                 describe_view();
             }
             return;
@@ -285,8 +247,17 @@ LRESULT browser_window::answer(UINT message, WPARAM wparam, LPARAM lparam) {
             lay_out();
             return 0;
         case WM_GETMINMAXINFO: {
-            constexpr POINT least{420, 280};
-            reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = least;
+            const auto dpi = static_cast<int>(GetDpiForWindow(window_));
+            reinterpret_cast<MINMAXINFO*>(lparam)->ptMinTrackSize = {
+                MulDiv(least_width, dpi, USER_DEFAULT_SCREEN_DPI),
+                MulDiv(least_height, dpi, USER_DEFAULT_SCREEN_DPI)};
+            return 0;
+        }
+        case WM_DPICHANGED: {
+            const RECT& place = *reinterpret_cast<const RECT*>(lparam);
+            tools_.fit_font();
+            SetWindowPos(window_, nullptr, place.left, place.top, place.right - place.left,
+                         place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
             return 0;
         }
         case WM_COMMAND:

@@ -30,6 +30,8 @@ class browser_window : noncopyable, nonmoveable {
     void set_mode(int command);
 
     [[nodiscard]] HWND handle() const noexcept { return window_; }
+    /// The view that is shown; null while there is none.
+    [[nodiscard]] Microsoft::WRL::ComPtr<IFolderView2> view() const;
     /// No navigation is under way.
     [[nodiscard]] bool is_at_rest() const noexcept { return !is_navigating_; }
     [[nodiscard]] std::wstring title() const;
@@ -43,8 +45,6 @@ class browser_window : noncopyable, nonmoveable {
     void go(UINT where);
     void arrived(PCIDLIST_ABSOLUTE place);
     void describe_view();
-    /// Adds to a new view what Wine's views lack.
-    void complete_view(IShellView* view, IFolderView* folder_view);
     void close();
     [[nodiscard]] RECT browser_area() const;
 

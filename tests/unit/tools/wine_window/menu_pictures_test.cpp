@@ -6,7 +6,6 @@
 
 #include "ovufc/win/ui_handle.h"
 #include "tools/shellhost/menus/menu_query.h"
-#include "tools/stand_ins/system.h"
 
 namespace ov::wine_window {
 namespace {
@@ -32,12 +31,6 @@ win::unique_bitmap make_bitmap(std::uint32_t pixel) {
 class MenuPictures : public testing::Test {
   protected:
     MenuPictures() : menu(CreatePopupMenu()) { AppendMenuW(menu.get(), MF_STRING, 1, L"item"); }
-
-    void SetUp() override {
-        if (!stand_ins::system_is_wine()) {
-            GTEST_SKIP() << "Windows draws the marks itself";
-        }
-    }
 
     void mark(const win::unique_bitmap& bitmap) const {
         SetMenuItemBitmaps(menu.get(), 0, MF_BYPOSITION, bitmap.get(), bitmap.get());
