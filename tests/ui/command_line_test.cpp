@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "testkit/checks/shipped_module.h"
@@ -20,6 +21,7 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 constexpr DWORD run_limit_ms = 20000;
+constexpr DWORD poll_ms = 50;
 
 struct outcome {
     DWORD exit_code = ~0U;
@@ -51,7 +53,8 @@ class CommandLine : public testing::Test {
 TEST_F(CommandLine, Menu_IsPrintedAsATree) {
     const outcome result = run(L"menu " + projects());
     EXPECT_EQ(result.exit_code, 0U);
-    EXPECT_THAT(result.lines, Contains(StartsWith("This system lacks these; supplied through the import table")));
+    EXPECT_THAT(result.lines,
+                Contains(StartsWith("This system lacks these; supplied through the import table")));
     EXPECT_THAT(result.lines, Contains("  handler Orvane Vaultkeep: returned 0x00000005"));
     EXPECT_THAT(result.lines, Contains(testing::MatchesRegex("  Orvane +submenu, bitmap")));
     EXPECT_THAT(result.lines, Contains(testing::MatchesRegex(
@@ -91,7 +94,8 @@ TEST_F(CommandLine, MissingFile_IsAFailure) {
 TEST_F(CommandLine, WrongWords_AreAUsageError) {
     for (const wchar_t* words :
          {L"menu", L"menu x --bench 0", L"menu x --nonsense", L"verbs", L"verbs --restore --addons",
-          L"nonsense", L"list more", L"--size 5", L"--view sideways"}) {
+          L"nonsense", L"list more", L"--size 5", L"--view sideways", L"dialog", L"dialog 5 x",
+          L"dialog 47 x", L"dialog 17 x --list y", L"dialog 47 x --list y --protected"}) {
         EXPECT_EQ(run(words).exit_code, 2U) << testing::PrintToString(words);
     }
 }
@@ -123,6 +127,38 @@ TEST_F(CommandLine, DeclinedConsent_SendsNothing) {
                 Contains("This system has no administrator prompt: it is declined in its place."));
     const auto calls = service_.calls();
     EXPECT_EQ(std::count(calls.begin(), calls.end(), call_restore_points), 0);
+}
+
+HWND wait_for_dialog() {
+    for (DWORD waited_ms = 0; waited_ms < run_limit_ms; waited_ms += poll_ms) {
+        if (const HWND found = FindWindowW(L"#32770", nullptr); IsWindowVisible(found)) {
+            return found;
+        }
+        Sleep(poll_ms);
+    }
+    return nullptr;
+}
+
+TEST_F(CommandLine, Dialog_IsShownAndItsAnswerPrinted) {
+    const temp_folder folder;
+    const std::wstring list =
+        folder.make_file(L"list.json", R"([{"cloneFileName":"C:\\clone","fileName":"a","type":"b"}])");
+    for (const auto& [words, answer] :
+         {std::pair(L"dialog 17 " + projects(), "not confirmed"),
+          std::pair(L"dialog 47 \"" + folder.path() + L"\\a\" --list \"" + list + L"\"", "nothing chosen")}) {
+        piped_process process(words);
+        PostMessageW(wait_for_dialog(), WM_COMMAND, IDCANCEL, 0);
+        std::string line;
+        EXPECT_TRUE(process.read_line(line));
+        EXPECT_EQ(line, answer);
+        DWORD exit_code = ~0U;
+        EXPECT_TRUE(process.wait(run_limit_ms, exit_code));
+        EXPECT_EQ(exit_code, 0U);
+    }
+}
+
+TEST_F(CommandLine, DialogLibraryThatIsMissing_IsAFailure) {
+    EXPECT_EQ(run(L"dialog 17 C:\\x --library C:\\no\\such.dll").exit_code, 1U);
 }
 
 TEST_F(CommandLine, ModuleByPath_NeedsNoRegistration) {

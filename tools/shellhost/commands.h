@@ -12,11 +12,13 @@ using command_line::usage_error;
 int run_menu(arguments& words);
 int run_verbs(arguments& words);
 int run_list(arguments& words);
+int run_dialog(arguments& words);
 int run_window(arguments& words);
 
 extern const wchar_t* const menu_usage;
 extern const wchar_t* const verbs_usage;
 extern const wchar_t* const list_usage;
+extern const wchar_t* const dialog_usage;
 extern const wchar_t* const window_usage;
 
 }  // namespace ov::shellhost

@@ -24,6 +24,7 @@ const std::array commands = {
     command{L"menu", &run_menu, menu_usage},
     command{L"verbs", &run_verbs, verbs_usage},
     command{L"list", &run_list, list_usage},
+    command{L"dialog", &run_dialog, dialog_usage},
 };
 
 const command window{L"", &run_window, window_usage};
