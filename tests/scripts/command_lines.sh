@@ -81,8 +81,8 @@ programs() {
     refuses perhaps "$WINE" "$bin/orvsvc.exe" flags --exports perhaps
     refuses nowhere "$WINE" "$bin/orvsvc.exe" cloud add --provider nowhere 'C:\x'
     refuses dance "$WINE" "$bin/shellhost.exe" dance
-    refuses --bench "$WINE" "$bin/shellhost.exe" menu 'C:\x' --bench
-    refuses sideways "$WINE" "$bin/shellhost.exe" --view sideways
+    refuses --invoke "$WINE" "$bin/shellhost.exe" menu 'C:\x' --invoke
+    refuses never "$WINE" "$bin/shellhost.exe" --close-after never
     refuses more "$WINE" "$bin/shellhost.exe" list more
     refuses --title "$WINE" "$bin/click_button.exe"
     refuses --title "$WINE" "$bin/click_button.exe" --title

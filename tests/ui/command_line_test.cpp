@@ -93,16 +93,11 @@ TEST_F(CommandLine, MissingFile_IsAFailure) {
 
 TEST_F(CommandLine, WrongWords_AreAUsageError) {
     for (const wchar_t* words :
-         {L"menu", L"menu x --bench 0", L"menu x --nonsense", L"verbs", L"verbs --restore --addons",
-          L"nonsense", L"list more", L"--size 5", L"--view sideways", L"dialog", L"dialog 5 x",
-          L"dialog 47 x", L"dialog 17 x --list y", L"dialog 47 x --list y --protected"}) {
+         {L"menu", L"menu x --nonsense", L"verbs", L"verbs --restore --addons", L"nonsense", L"list more",
+          L"--close-after never", L"dialog", L"dialog 5 x", L"dialog 47 x", L"dialog 17 x --list y",
+          L"dialog 47 x --list y --protected"}) {
         EXPECT_EQ(run(words).exit_code, 2U) << testing::PrintToString(words);
     }
-}
-
-TEST_F(CommandLine, Bench_PrintsAMedian) {
-    EXPECT_THAT(run(L"menu " + projects() + L" --bench 3").lines.back(),
-                testing::MatchesRegex("right-clicks: 3, median \\d+ us, least \\d+ us, most \\d+ us"));
 }
 
 TEST_F(CommandLine, List_PrintsTheItemsBelowTheirHeadingsInOrder) {

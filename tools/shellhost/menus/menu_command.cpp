@@ -1,8 +1,6 @@
 #include <shlwapi.h>
 #include <wrl/client.h>
 
-#include <algorithm>
-#include <cmath>
 #include <string>
 #include <vector>
 
@@ -14,7 +12,6 @@
 #include "tools/shellhost/menus/file_selection.h"
 #include "tools/shellhost/menus/menu_query.h"
 #include "tools/shellhost/menus/menu_sources.h"
-#include "tools/shellhost/menus/stopwatch.h"
 #include "tools/shellhost/product_module.h"
 #include "tools/stand_ins/probes.h"
 
@@ -22,7 +19,6 @@ namespace ov::shellhost {
 
 const wchar_t* const menu_usage =
     L"shellhost menu PATH... [--invoke COMMAND] [--extended] [--default-only] [--tracked] [--module DLL]\n"
-    L"               [--bench N]\n"
     L"  Right-clicks a selection as Explorer does and prints the menu: the system's own, or, where that has\n"
     L"  no registered handlers (Wine), what these add to it. A command's number stands in brackets.\n"
     L"\n"
@@ -33,10 +29,7 @@ const wchar_t* const menu_usage =
     L"  --default-only    asks for the default verb only, as a double-click does (CMF_DEFAULTONLY)\n"
     L"  --tracked         under Wine, whose file systems keep no such mark: tells the product that files\n"
     L"                    are tracked ones; on Windows their own marks count\n"
-    L"  --module DLL      takes the product's classes from this file, whatever is registered\n"
-    L"  --bench N         right-clicks N times and prints how long one takes, from creating the menu to "
-    L"releasing\n"
-    L"                    it\n";
+    L"  --module DLL      takes the product's classes from this file, whatever is registered\n";
 
 namespace {
 
@@ -45,12 +38,9 @@ using stand_ins::IMergedMenu;
 using stand_ins::menu_part;
 using stand_ins::menu_source;
 
-constexpr unsigned most_repetitions = 1000000;
-
 struct menu_options {
     std::vector<std::wstring> paths;
     std::optional<std::wstring> invoke;
-    std::optional<unsigned> repetitions;
     std::wstring module;
     UINT flags = CMF_NORMAL;
     bool as_tracked = false;
@@ -59,7 +49,6 @@ struct menu_options {
 menu_options read_options(arguments& words) {
     menu_options options;
     options.invoke = words.take_value(L"--invoke");
-    options.repetitions = words.take_number(L"--bench", 1, most_repetitions);
     options.module = words.take_value(L"--module").value_or(L"");
     options.flags |= words.take_switch(L"--extended") ? CMF_EXTENDEDVERBS : 0;
     options.flags |= words.take_switch(L"--default-only") ? CMF_DEFAULTONLY : 0;
@@ -121,28 +110,6 @@ int invoke(const queried_menu& menu, const std::vector<menu_item>& items, const 
     return SUCCEEDED(result) ? exit_done : exit_failed;
 }
 
-int measure(const std::vector<menu_source>& sources, const menu_options& options) {
-    std::vector<double> times_us;
-    times_us.reserve(*options.repetitions);
-    for (unsigned i = 0; i < *options.repetitions; ++i) {
-        const stopwatch watch;
-        {
-            ComPtr<IContextMenu> merged;
-            if (FAILED(stand_ins::make_merged_menu(sources, IID_PPV_ARGS(merged.GetAddressOf())))) {
-                return exit_failed;
-            }
-            const queried_menu menu(merged, options.flags);
-        }
-        times_us.push_back(watch.elapsed_us());
-    }
-    std::sort(times_us.begin(), times_us.end());
-    const auto whole = [](double value) { return std::to_wstring(std::llround(value)); };
-    print_line(L"right-clicks: " + std::to_wstring(times_us.size()) + L", median " +
-               whole(times_us[times_us.size() / 2]) + L" us, least " + whole(times_us.front()) +
-               L" us, most " + whole(times_us.back()) + L" us");
-    return exit_done;
-}
-
 }  // namespace
 
 int run_menu(arguments& words) {
@@ -168,12 +135,6 @@ int run_menu(arguments& words) {
     const queried_menu menu(merged, options.flags);
     const auto items = menu.items();
     print_menu(selection, items, parts.Get());
-    if (options.repetitions) {
-        const int result = measure(sources, options);
-        if (result != exit_done) {
-            return result;
-        }
-    }
     return options.invoke ? invoke(menu, items, *options.invoke) : exit_done;
 }
 

@@ -55,28 +55,18 @@ std::wstring from_utf8(const std::string& text) {
 /// gone.
 class script_reader {
   public:
-    script_reader(HWND receiver, bool says_ready, bool takes_commands)
-        : receiver_(receiver), says_ready_(says_ready), takes_commands_(takes_commands) {}
+    explicit script_reader(HWND receiver) : receiver_(receiver) {}
 
     void run() const {
-        if (says_ready_) {
-            const script_reply settled = settle();
-            exchange title{L"title", {}, {}};
-            SendMessageW(receiver_, message_command, 0, reinterpret_cast<LPARAM>(&title));
-            const std::wstring name = title.reply.lines.empty() ? L"" : title.reply.lines.front();
-            print_line((settled.error.empty() ? L"ready: " : L"not settled: ") + name);
-        }
         std::string line;
-        while (takes_commands_ && read_line(line)) {
+        while (read_line(line)) {
             const script_reply reply = answer(from_utf8(line));
             for (const std::wstring& text : reply.lines) {
                 print_line(text);
             }
             print_line(reply.error.empty() ? L"ok" : L"error: " + reply.error);
         }
-        if (takes_commands_) {
-            (void)ask(L"close");
-        }
+        (void)ask(L"close");
     }
 
   private:
@@ -165,8 +155,6 @@ class script_reader {
 
     HWND receiver_;
     mutable unsigned empty_menus_seen_ = 0;
-    bool says_ready_;
-    bool takes_commands_;
 };
 
 DWORD WINAPI reader_thread(void* parameter) {
@@ -189,12 +177,8 @@ HWND make_receiver(browser_window& window) {
 
 }  // namespace
 
-script_session::script_session(browser_window& window, bool says_ready, bool takes_commands) {
-    if (!says_ready && !takes_commands) {
-        return;
-    }
-    receiver_ = make_receiver(window);
-    auto reader = std::make_unique<script_reader>(receiver_, says_ready, takes_commands);
+script_session::script_session(browser_window& window) : receiver_(make_receiver(window)) {
+    auto reader = std::make_unique<script_reader>(receiver_);
     const win::unique_kernel_handle thread(
         CreateThread(nullptr, 0, &reader_thread, reader.get(), 0, nullptr));
     if (!thread) {
@@ -204,9 +188,7 @@ script_session::script_session(browser_window& window, bool says_ready, bool tak
 }
 
 script_session::~script_session() {
-    if (receiver_ != nullptr) {
-        DestroyWindow(receiver_);
-    }
+    DestroyWindow(receiver_);
 }
 
 }  // namespace ov::shellhost

@@ -15,13 +15,11 @@ namespace ov::shellhost {
 /// message box is open. The thread is left behind when the program ends.
 class script_session : noncopyable, nonmoveable {
   public:
-    /// `says_ready` prints "ready" and the title once the window has settled; `takes_commands` reads a
-    /// script.
-    script_session(browser_window& window, bool says_ready, bool takes_commands);
+    explicit script_session(browser_window& window);
     ~script_session();
 
   private:
-    HWND receiver_ = nullptr;
+    HWND receiver_;
 };
 
 }  // namespace ov::shellhost

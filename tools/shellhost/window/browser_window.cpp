@@ -1,6 +1,5 @@
 #include "tools/shellhost/window/browser_window.h"
 
-#include <commctrl.h>
 #include <shlobj.h>
 #include <shlwapi.h>
 
@@ -22,6 +21,8 @@ using Microsoft::WRL::ComPtr;
 
 constexpr const wchar_t* window_class = L"OrvaneShellHost";
 constexpr const wchar_t* title_end = L" - shellhost";
+constexpr int window_width = 1000;
+constexpr int window_height = 640;
 constexpr int least_width = 420;
 constexpr int least_height = 280;
 constexpr UINT message_arrived = WM_APP + 1;
@@ -46,19 +47,6 @@ UINT mode_of(int command) {
     }
 }
 
-int command_of(UINT mode) {
-    switch (mode) {
-        case FVM_ICON:
-            return command_large_icons;
-        case FVM_LIST:
-            return command_list;
-        case FVM_DETAILS:
-            return command_details;
-        default:
-            return 0;
-    }
-}
-
 void register_class(WNDPROC procedure) {
     WNDCLASSEXW made{};
     made.cbSize = sizeof made;
@@ -73,18 +61,14 @@ void register_class(WNDPROC procedure) {
 
 }  // namespace
 
-browser_window::browser_window(int width, int height) : keys_(make_keys()) {
-    const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES | ICC_LISTVIEW_CLASSES |
-                                                             ICC_TREEVIEW_CLASSES | ICC_STANDARD_CLASSES};
-    InitCommonControlsEx(&controls);
+browser_window::browser_window() : keys_(make_keys()) {
     register_class(&browser_window::procedure);
     CreateWindowExW(0, window_class, L"shellhost", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT,
-                    CW_USEDEFAULT, width, height, nullptr, make_menu_bar(), GetModuleHandleW(nullptr), this);
+                    CW_USEDEFAULT, window_width, window_height, nullptr, make_menu_bar(),
+                    GetModuleHandleW(nullptr), this);
     if (window_ == nullptr) {
         throw command_failure(L"the window cannot be made");
     }
-    tools_.create(window_);
-    status_.create(window_);
     create_browser();
     ShowWindow(window_, SW_SHOWNORMAL);
     UpdateWindow(window_);
@@ -103,7 +87,7 @@ void browser_window::create_browser() {
                                       IID_PPV_ARGS(browser_.GetAddressOf()));
     if (SUCCEEDED(result)) {
         const FOLDERSETTINGS settings{FVM_DETAILS, 0};
-        const RECT area = browser_area();
+        const RECT area = client_area();
         (void)browser_->SetOptions(EBO_SHOWFRAMES);
         result = browser_->Initialize(window_, &area, &settings);
     }
@@ -131,26 +115,11 @@ void browser_window::arrived(PCIDLIST_ABSOLUTE place) {
     PostMessageW(window_, message_arrived, 0, 0);
 }
 
-void browser_window::describe_view() {
-    const std::wstring name = name_of(place_.get(), SIGDN_NORMALDISPLAY);
-    SetWindowTextW(window_, (name + title_end).c_str());
-    const std::wstring path = name_of(place_.get(), SIGDN_FILESYSPATH);
-    const bool is_path = !path.empty() && path.rfind(L"::", 0) != 0;
-    tools_.show_place(is_path ? path : name);
-
-    const ComPtr<IFolderView2> shown = view();
-    if (shown == nullptr) {
-        return;
-    }
-    if (wine_window::system_is_wine()) {
+void browser_window::complete_view() {
+    SetWindowTextW(window_, (name_of(place_.get(), SIGDN_NORMALDISPLAY) + title_end).c_str());
+    if (const ComPtr<IFolderView2> shown = view(); shown != nullptr && wine_window::system_is_wine()) {
         wine_window::complete_view(shown.Get(), site_.Get());
     }
-    UINT mode = FVM_DETAILS;
-    (void)shown->GetCurrentViewMode(&mode);
-    tools_.show_mode(command_of(mode));
-    int count = 0;
-    (void)shown->ItemCount(SVGIO_ALLVIEW, &count);
-    status_.show(std::to_wstring(count) + (count == 1 ? L" item" : L" items"));
 }
 
 void browser_window::set_mode(int command) {
@@ -158,7 +127,6 @@ void browser_window::set_mode(int command) {
         (void)shown->SetCurrentViewMode(mode_of(command));
         // Wine leaves parts of the mode before on the screen.
         RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
-        tools_.show_mode(command);
     }
 }
 
@@ -188,7 +156,7 @@ void browser_window::run(int command) {
             ComPtr<IShellView> shown;
             if (SUCCEEDED(browser_->GetCurrentView(IID_PPV_ARGS(shown.GetAddressOf())))) {
                 (void)shown->Refresh();
-                describe_view();
+                complete_view();
             }
             return;
         }
@@ -209,20 +177,10 @@ bool browser_window::translate(MSG& message) const {
            input->TranslateAcceleratorIO(&message) == S_OK;
 }
 
-RECT browser_window::browser_area() const {
+RECT browser_window::client_area() const {
     RECT area{};
     GetClientRect(window_, &area);
-    area.top += tools_.height();
-    area.bottom -= status_.height();
     return area;
-}
-
-void browser_window::lay_out() {
-    tools_.resize();
-    status_.resize();
-    if (browser_ != nullptr) {
-        (void)browser_->SetRect(nullptr, browser_area());
-    }
 }
 
 void browser_window::close() {
@@ -244,7 +202,9 @@ std::wstring browser_window::title() const {
 LRESULT browser_window::answer(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_SIZE:
-            lay_out();
+            if (browser_ != nullptr) {
+                (void)browser_->SetRect(nullptr, client_area());
+            }
             return 0;
         case WM_GETMINMAXINFO: {
             const auto dpi = static_cast<int>(GetDpiForWindow(window_));
@@ -255,7 +215,6 @@ LRESULT browser_window::answer(UINT message, WPARAM wparam, LPARAM lparam) {
         }
         case WM_DPICHANGED: {
             const RECT& place = *reinterpret_cast<const RECT*>(lparam);
-            tools_.fit_font();
             SetWindowPos(window_, nullptr, place.left, place.top, place.right - place.left,
                          place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
             return 0;
@@ -264,7 +223,7 @@ LRESULT browser_window::answer(UINT message, WPARAM wparam, LPARAM lparam) {
             run(LOWORD(wparam));
             return 0;
         case message_arrived:
-            describe_view();
+            complete_view();
             return 0;
         case WM_CLOSE:
             close();

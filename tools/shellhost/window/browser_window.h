@@ -7,19 +7,20 @@
 #include <string>
 
 #include "ovufc/noncopyable.h"
-#include "tools/shellhost/window/browser_bars.h"
 #include "tools/shellhost/window/browser_site.h"
+#include "tools/shellhost/window/window_menu.h"
 #include "tools/stand_ins/items/task_memory.h"
 
 namespace ov::shellhost {
 
-/// The small Explorer's window: the system's own explorer browser (navigation pane and view) below a toolbar.
+/// The small Explorer's window: the system's own explorer browser (navigation pane and view) below a menu
+/// bar.
 ///
 /// Its title begins with the name of the folder that is shown. One apartment's object; the window's messages
 /// must be pumped by the thread that made it. Destroying the window ends the thread's message loop.
 class browser_window : noncopyable, nonmoveable {
   public:
-    browser_window(int width, int height);
+    browser_window();
     ~browser_window();
 
     /// Goes to a place; E_INVALIDARG without one.
@@ -40,18 +41,15 @@ class browser_window : noncopyable, nonmoveable {
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
     LRESULT answer(UINT message, WPARAM wparam, LPARAM lparam);
     void create_browser();
-    void lay_out();
     void run(int command);
     void go(UINT where);
     void arrived(PCIDLIST_ABSOLUTE place);
-    void describe_view();
+    void complete_view();
     void close();
-    [[nodiscard]] RECT browser_area() const;
+    [[nodiscard]] RECT client_area() const;
 
     HWND window_ = nullptr;
     HACCEL keys_ = nullptr;
-    tool_bar tools_;
-    status_bar status_;
     Microsoft::WRL::ComPtr<IExplorerBrowser> browser_;
     Microsoft::WRL::ComPtr<browser_site> site_;
     DWORD events_cookie_ = 0;
