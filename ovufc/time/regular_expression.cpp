@@ -1,5 +1,7 @@
 #include "ovufc/time/regular_expression.h"
 
+#include <bit>
+
 namespace ov::time {
 
 namespace {
@@ -108,11 +110,14 @@ regular_expression::places regular_expression::after_one(const piece& piece, std
     if (!piece.alternatives.empty()) {
         return after_any(piece.alternatives, text, from);
     }
-    places fitting = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        fitting |= places{piece.characters.find(text[i]) != std::wstring::npos} << i;
+    places reached = 0;
+    for (places left = from; left != 0; left &= left - 1) {
+        const auto place = static_cast<std::size_t>(std::countr_zero(left));
+        if (place < text.size() && piece.characters.find(text[place]) != std::wstring::npos) {
+            reached |= places{2} << place;
+        }
     }
-    return (from & fitting) << 1;
+    return reached;
 }
 
 // As often as it may be repeated.
