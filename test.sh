@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Builds the product and passes all tests, installing what that needs (as root or with sudo).
 #
-#   ./test.sh                     all tests but those labelled "long"
+#   ./test.sh                     all tests but those labelled "long" or "soak"
 #   ./test.sh OPTION...           what these pick, for example ./test.sh -R driver
+#   ./test.sh --soak              endurance: crowds, deep nesting, mutations and cycles, at length (some 20 minutes)
 #   ./test.sh --all               all tests, and every other check of this project: what CI runs
 #
 # The options are ctest's: -R and -E pick tests by name, -L and -LE by label (each with a pattern), --rerun-failed those
@@ -17,8 +18,14 @@ if [ "${1:-}" = --all ]; then
     exec "$ORV_ROOT/scripts/check-all.sh" "$@"
 fi
 
+if [ "${1:-}" = --soak ]; then
+    shift
+    expect_end "$@"
+    set -- -L '^soak$'
+fi
+
 limit_s=1200
-chosen=(-LE '^long$')
+chosen=(-LE '^(long|soak)$')
 if [ $# -gt 0 ]; then
     limit_s=2400
     chosen=("$@")
