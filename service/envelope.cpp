@@ -31,7 +31,7 @@ std::string request_text(service_call call, owned_json parameters) {
     request.set(protocol::fields::parameters, std::move(parameters.value));
     request.set(protocol::fields::service_call, static_cast<std::int64_t>(call));
     // Strict: bytes that are not UTF-8 end the call rather than reach the driver as something else. Converted
-    // and parsed texts are always UTF-8, so this is the net, not the road.
+    // and parsed texts are always UTF-8, so this is a second check.
     return request.value.dump(-1, ' ', false, json::error_handler_t::strict);
 }
 

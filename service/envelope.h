@@ -22,8 +22,8 @@ using protocol::service_call;
 [[nodiscard]] std::string request_text(service_call call, owned_json parameters);
 
 /// The text behind the header that names process, thread and session. A text of more than 2047 bytes is cut
-/// without a word, and is no JSON to the driver then: paths are the only values without a bound, and no call
-/// checks them.
+/// silently and is then no JSON to the driver: paths are the only values without a bound, and no call checks
+/// them.
 [[nodiscard]] orv_request frame_request(std::string_view text) noexcept;
 
 /// Sends a request and reads its reply.

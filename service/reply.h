@@ -11,7 +11,7 @@ namespace ov::service {
 
 /// What came back of one exchange, of any shape: a JSON text of the driver, or the error that took its place.
 ///
-/// Asking never fails aloud; what is not there is an empty answer. Pointers live as long as the reply.
+/// No accessor throws: what is not there is an empty answer. Pointers live as long as the reply.
 class reply {
   public:
     /// The text of the one error that the envelope raises itself.

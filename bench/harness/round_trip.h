@@ -1,16 +1,15 @@
 #pragma once
 
+#include "ovufc/noncopyable.h"
 #include "ovufc/win/handle.h"
 
 namespace ov::bench {
 
 /// Two threads and two events: what waking another thread and being woken by it costs here. The floor of
 /// every exchange.
-class round_trip {
+class round_trip : private noncopyable {
   public:
     round_trip();
-    round_trip(const round_trip&) = delete;
-    round_trip& operator=(const round_trip&) = delete;
     ~round_trip();
 
     /// There and back.

@@ -10,7 +10,7 @@
 #include "bench/harness/compare.h"
 #include "module/state/class_ids.h"
 #include "ovufc/win/handle.h"
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/files/temp_folder.h"
 
 namespace {

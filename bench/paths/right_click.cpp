@@ -15,7 +15,7 @@
 #include "module/state/class_ids.h"
 #include "ovufc/ipc/drvport/wire.h"
 #include "res/resource_ids.h"
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/files/temp_folder.h"
 #include "testkit/service/scripted_service.h"
 #include "testkit/shell/data_object.h"

@@ -38,8 +38,8 @@ using orvNameSpaceBase = com::com_object<
 /// and otherwise untrusted.
 class orvNameSpace final : public orvNameSpaceBase {
   public:
-    /// Nothing that is wrong with the document fails the construction, want of memory for it included: at
-    /// worst its items are missing. Throws std::bad_alloc only, when there is no memory for the other items.
+    /// A damaged document, or one that there is no memory for, does not fail the construction: its items are
+    /// missing then. Throws std::bad_alloc only, when there is no memory for the other items.
     orvNameSpace();
     virtual ~orvNameSpace();
 

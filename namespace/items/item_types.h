@@ -48,7 +48,7 @@ struct item_type_row {
     std::uint32_t category;
 };
 
-/// The row of `type`; every type that is not in the table has the last one. The reference is good for ever.
+/// The row of `type`; every type that is not in the table has the last one. The reference stays valid.
 [[nodiscard]] const item_type_row& item_type(std::uint16_t type) noexcept;
 
 }  // namespace ov::name_space

@@ -8,6 +8,7 @@
 
 #include "module/state/module_state.h"
 #include "ovufc/ipc/drvport/client.h"
+#include "ovufc/noncopyable.h"
 #include "ovufc/win/srw_lock.h"
 #include "service/calls.h"
 
@@ -16,11 +17,9 @@ namespace ov::name_space {
 namespace {
 
 // One text, and what the first folder that sees it has read from it.
-class fetched_text {
+class fetched_text : private noncopyable {
   public:
     explicit fetched_text(std::string text) noexcept : text_(std::move(text)) {}
-    fetched_text(const fetched_text&) = delete;
-    fetched_text& operator=(const fetched_text&) = delete;
     ~fetched_text() { const std::unique_ptr<const location_document> owned(document_); }
 
     [[nodiscard]] bool is_empty() const noexcept { return text_.empty(); }

@@ -8,7 +8,7 @@ namespace ov::shell {
 /// driver lists, after an administrator's consent and two confirmations.
 ///
 /// While the command runs, `restoreInProgress` is set: a second restore in the same process ends at once
-/// without a word, and the file and folder menu offers nothing.
+/// silently, and the file and folder menu offers nothing.
 class OrvRestoreCtxMenu final : public EntryCtxMenu {
   private:
     [[nodiscard]] const wchar_t* verb_text() const noexcept override;

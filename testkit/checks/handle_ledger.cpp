@@ -186,7 +186,7 @@ void handle_ledger::note_made(void* handle, const char* function) {
 void handle_ledger::note_closed(void* handle, const char* kind) {
     const auto found = open_.find(handle);
     if (found == open_.end()) {
-        // Handles of other makers (stock objects, events) are not in these books.
+        // Handles of other makers (stock objects, events) are not recorded.
         return;
     }
     EXPECT_EQ(found->second.kind, kind) << "given back by the wrong function";

@@ -11,7 +11,7 @@
 
 namespace ov::test {
 
-/// Keeps the books of the handles that one module makes and gives back: icons, bitmaps, device contexts,
+/// Records the handles that one module makes and gives back: icons, bitmaps, device contexts,
 /// menus, files and libraries, through its import table. (The system's own counters stand still under Wine.)
 ///
 /// A handle given back by the wrong function is a failure of the running test. One instance at a time; one
@@ -25,7 +25,7 @@ class handle_ledger : private noncopyable {
     [[nodiscard]] std::vector<std::string> outstanding() const;
     /// How many handles `function` has made in all.
     [[nodiscard]] int made_by(const std::string& function) const;
-    /// Strikes a handle that its maker has passed on to somebody else.
+    /// Forgets a handle that its maker has passed on to somebody else.
     void strike(void* handle) { open_.erase(handle); }
 
     void note_made(void* handle, const char* function);

@@ -9,7 +9,7 @@
 namespace ov::test {
 
 /// A file of its own name in the user's temporary folder, gone at the end of the scope whether or not
-/// somebody else has deleted it. A file that cannot be made is a failure of the running test.
+/// somebody else has deleted it. Throws std::runtime_error when it cannot be made.
 class temp_file : private noncopyable {
   public:
     explicit temp_file(std::string_view content);

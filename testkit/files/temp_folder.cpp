@@ -2,12 +2,11 @@
 
 #include <windows.h>
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <atomic>
 
 #include "ovufc/win/handle.h"
+#include "testkit/require.h"
 
 namespace ov::test {
 
@@ -40,10 +39,10 @@ std::wstring unused_name() {
 
 temp_folder::temp_folder() {
     std::array<wchar_t, MAX_PATH + 1> parent{};
-    EXPECT_NE(GetTempPathW(MAX_PATH + 1, parent.data()), 0U);
+    require(GetTempPathW(MAX_PATH + 1, parent.data()) != 0, "there is no temporary folder");
     path_ = parent.data() + unused_name();
     remove_tree(path_);  // left over from a process of the same id that was ended
-    EXPECT_TRUE(CreateDirectoryW(path_.c_str(), nullptr)) << "error " << GetLastError();
+    require(CreateDirectoryW(path_.c_str(), nullptr) != FALSE, "a folder could not be made");
 }
 
 temp_folder::~temp_folder() {
@@ -52,7 +51,7 @@ temp_folder::~temp_folder() {
 
 std::wstring temp_folder::make_folder(std::wstring_view name) const {
     std::wstring path = path_ + L"\\" + std::wstring(name);
-    EXPECT_TRUE(CreateDirectoryW(path.c_str(), nullptr)) << "error " << GetLastError();
+    require(CreateDirectoryW(path.c_str(), nullptr) != FALSE, "a folder could not be made");
     return path;
 }
 
@@ -60,9 +59,11 @@ std::wstring temp_folder::make_file(std::wstring_view name, std::string_view con
     std::wstring path = path_ + L"\\" + std::wstring(name);
     const win::unique_file file(
         CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
-    EXPECT_TRUE(file) << "error " << GetLastError();
+    require(static_cast<bool>(file), "a file could not be made");
     DWORD written = 0;
-    EXPECT_TRUE(WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr));
+    require(
+        WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr) != FALSE,
+        "a file could not be written");
     return path;
 }
 

@@ -8,7 +8,7 @@
 namespace ov::test {
 
 /// A folder of its own under the user's temporary folder, deleted with all that it holds at the end of the
-/// scope. What cannot be made is a failure of the running test.
+/// scope. Throws std::runtime_error for what cannot be made.
 class temp_folder : private noncopyable {
   public:
     temp_folder();

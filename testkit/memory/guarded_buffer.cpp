@@ -32,7 +32,13 @@ LONG CALLBACK open_watched_guard(EXCEPTION_POINTERS* pointers) {
 
 }  // namespace
 
-guarded_buffer::guarded_buffer(std::span<const std::byte> content) : size_(content.size()) {
+guarded_buffer::guarded_buffer(std::span<const std::byte> content) : guarded_buffer(content.size()) {
+    if (!content.empty()) {
+        std::memcpy(data(), content.data(), size_);
+    }
+}
+
+guarded_buffer::guarded_buffer(std::size_t size_bytes, DWORD protection) : size_(size_bytes) {
     const std::size_t data_bytes = (size_ / page_bytes + 1) * page_bytes;
     base_ = static_cast<std::byte*>(
         VirtualAlloc(nullptr, data_bytes + guard_bytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
@@ -40,14 +46,17 @@ guarded_buffer::guarded_buffer(std::span<const std::byte> content) : size_(conte
         throw std::bad_alloc();
     }
     guard_ = base_ + data_bytes;
-    if (!content.empty()) {
-        std::memcpy(data(), content.data(), size_);
-    }
+    protect(protection);
     DWORD before = 0;
     VirtualProtect(guard_, guard_bytes, PAGE_NOACCESS, &before);
     watched_guard = guard_;
     met = 0;
     handler_ = AddVectoredExceptionHandler(1, open_watched_guard);
+}
+
+void guarded_buffer::protect(DWORD protection) const noexcept {
+    DWORD before = 0;
+    VirtualProtect(base_, static_cast<std::size_t>(guard_ - base_), protection, &before);
 }
 
 guarded_buffer::~guarded_buffer() {

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/files/temp_folder.h"
 #include "testkit/process/watchdog.h"
 #include "tests/ui/known_service.h"

@@ -1,6 +1,6 @@
 #include "tests/ui/explorer_fixture.h"
 
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 
 namespace ov::test {
 

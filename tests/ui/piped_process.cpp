@@ -3,7 +3,7 @@
 #include <array>
 #include <stdexcept>
 
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 
 namespace ov::test {
 

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/process/child_process.h"
 #include "tests/ui/picture.h"
 

@@ -4,15 +4,14 @@
 #include <memory>
 
 #include "ovufc/ipc/drvport/client_port.h"
+#include "ovufc/noncopyable.h"
 
 namespace ov::ipc::drvport {
 
 /// The process's one way to the driver. Threads and errors: as the port's own members.
-class client {
+class client : private noncopyable {
   public:
     client();
-    client(const client&) = delete;
-    client& operator=(const client&) = delete;
     virtual ~client();
 
     [[nodiscard]] bool connect() noexcept;

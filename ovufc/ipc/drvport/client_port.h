@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "ovufc/ipc/drvport/wire.h"
+#include "ovufc/noncopyable.h"
 #include "ovufc/win/critical_section.h"
 
 namespace ov::ipc::drvport::details {
@@ -19,11 +20,9 @@ inline constexpr std::uint32_t default_timeout_ms = 30000;
 /// Any thread may call any member; nothing here throws or allocates. The handles belong to this object, the
 /// mapping of the section to the driver, which takes it away when the device handle is closed. The section is
 /// memory that other processes write: `status()` is read a word at a time, each word once.
-class client_port {
+class client_port : private noncopyable {
   public:
     explicit client_port(std::uint32_t timeout = default_timeout_ms) noexcept;
-    client_port(const client_port&) = delete;
-    client_port& operator=(const client_port&) = delete;
     virtual ~client_port();
 
     /// Opens the device unless it is open. True when the semaphore and a section whose status block can be

@@ -8,7 +8,7 @@
 #include <array>
 
 #include "module/state/class_ids.h"
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/shell/data_object.h"
 
 namespace ov::test::busy_host {

@@ -3,7 +3,7 @@
 #include <wrl/client.h>
 
 #include "ovufc/com/adopt.h"
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "tests/module/frame/classes_under_test.h"
 
 using Microsoft::WRL::ComPtr;

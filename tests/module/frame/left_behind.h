@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/process/process_costs.h"
 
 namespace ov::test {

@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/imports/import_patch.h"
 #include "testkit/memory/memory_shortage.h"
 #include "testkit/process/before_attach.h"

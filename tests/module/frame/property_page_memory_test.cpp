@@ -2,7 +2,7 @@
 #include <shlobj.h>
 #include <wrl/client.h>
 
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/memory/memory_shortage.h"
 #include "tests/module/frame/classes_under_test.h"
 

@@ -3,7 +3,7 @@
 #include <shlobj.h>
 #include <wrl/client.h>
 
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "tests/module/frame/classes_under_test.h"
 #include "tests/module/frame/left_behind.h"
 

@@ -4,7 +4,7 @@
 #include <wrl/client.h>
 
 #include "module/state/class_ids.h"
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 
 // Every interface of the four menu and page classes, as a host sees them: faces, slots, counts.
 namespace ov::test {

@@ -7,8 +7,8 @@
 #include "module/state/class_ids.h"
 #include "testkit/checks/message_box_script.h"
 #include "testkit/imports/import_patch.h"
-#include "tests/module/menus/consent.h"
-#include "tests/module/menus/entry_fixture.h"
+#include "tests/module/menus/entry_menus/consent.h"
+#include "tests/module/menus/entry_menus/entry_fixture.h"
 
 namespace ov::test {
 namespace {

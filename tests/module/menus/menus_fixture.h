@@ -13,7 +13,7 @@
 
 #include "ovufc/noncopyable.h"
 #include "ovufc/protocol/service_calls.h"
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/files/temp_folder.h"
 #include "testkit/imports/message_texts.h"
 #include "testkit/process/watchdog.h"

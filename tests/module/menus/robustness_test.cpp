@@ -8,9 +8,9 @@
 #include "testkit/checks/handle_ledger.h"
 #include "testkit/checks/message_box_script.h"
 #include "testkit/memory/failing_allocations.h"
-#include "tests/module/menus/consent.h"
-#include "tests/module/menus/entry_fixture.h"
-#include "tests/module/menus/tracked_file_fixture.h"
+#include "tests/module/menus/entry_menus/consent.h"
+#include "tests/module/menus/entry_menus/entry_fixture.h"
+#include "tests/module/menus/file_menu/tracked_file_fixture.h"
 
 namespace ov::test {
 namespace {

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "module/state/class_ids.h"
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 
 namespace ov::test {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "module/registration/registration_table.h"
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 
 namespace ov::registration {
 

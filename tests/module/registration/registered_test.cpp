@@ -13,7 +13,7 @@
 
 #include "module/state/class_ids.h"
 #include "ovufc/noncopyable.h"
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/process/child_process.h"
 #include "testkit/registry/registry_snapshot.h"
 #include "testkit/registry/registry_watch.h"

@@ -19,7 +19,7 @@
 #include "namespace/items/item_types.h"
 #include "ovufc/com/adopt.h"
 #include "ovufc/ipc/drvport/wire.h"
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/imports/import_patch.h"
 #include "testkit/process/module_attach.h"
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "module/state/module_state.h"
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/imports/message_texts.h"
 #include "testkit/process/module_attach.h"
 

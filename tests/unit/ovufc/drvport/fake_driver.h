@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "ovufc/ipc/drvport/wire.h"
+#include "ovufc/noncopyable.h"
 #include "testkit/imports/import_patch.h"
 
 namespace ov::test {
@@ -17,11 +18,9 @@ namespace ov::test {
 /// Stands in for the device, the clock and the naps of the port under test, through this program's import
 /// table: what the real driver cannot be made to do (fail half-way, wrap the tick count, hold a poll still).
 /// Single-threaded but for `open_delay_ms`. One at a time.
-class fake_driver {
+class fake_driver : private noncopyable {
   public:
     explicit fake_driver(std::uint32_t slots = 2);
-    fake_driver(const fake_driver&) = delete;
-    fake_driver& operator=(const fake_driver&) = delete;
     ~fake_driver();
 
     volatile orv_status_block& status() noexcept;

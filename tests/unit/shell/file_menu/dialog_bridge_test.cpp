@@ -8,7 +8,7 @@
 #include <iterator>
 
 #include "testkit/checks/fake_dialog_library.h"
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/process/module_attach.h"
 
 namespace ov::shell {

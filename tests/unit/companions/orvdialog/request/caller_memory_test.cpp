@@ -4,9 +4,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <cwchar>
 
-#include "tests/unit/companions/orvdialog/request/guarded_memory.h"
+#include "testkit/memory/guarded_buffer.h"
 
 namespace ov::dialog {
 namespace {
@@ -14,7 +15,7 @@ namespace {
 constexpr std::size_t page_bytes = 4096;
 
 TEST(CallerMemory, bytesBeforeAGuardPage_areCounted) {
-    const guarded_memory memory(100);
+    const test::guarded_buffer memory(100);
     EXPECT_EQ(readable_bytes(memory.as<char>(), 100), 100U);
     EXPECT_EQ(readable_bytes(memory.as<char>(), 5000), 100U);
     EXPECT_EQ(readable_bytes(memory.as<char>() + 100, 1), 0U);
@@ -28,7 +29,7 @@ TEST(CallerMemory, pointersIntoNowhere_haveNoBytes) {
 }
 
 TEST(CallerMemory, pagesOfDifferentProtection_areCountedTogether) {
-    const guarded_memory memory(3 * page_bytes);
+    const test::guarded_buffer memory(3 * page_bytes);
     DWORD old = 0;
     VirtualProtect(memory.as<char>() + page_bytes, page_bytes, PAGE_READONLY, &old);
     EXPECT_EQ(readable_bytes(memory.as<char>() + 10, 3 * page_bytes - 10), 3 * page_bytes - 10);
@@ -37,20 +38,20 @@ TEST(CallerMemory, pagesOfDifferentProtection_areCountedTogether) {
 }
 
 TEST(CallerMemory, readOnlyMemory_isNotWritable) {
-    const guarded_memory memory(100, PAGE_READONLY);
+    const test::guarded_buffer memory(100, PAGE_READONLY);
     EXPECT_EQ(readable_bytes(memory.as<char>(), 100), 100U);
     EXPECT_FALSE(is_writable(memory.as<char>(), 100));
     EXPECT_FALSE(is_writable(nullptr, 1));
 }
 
 TEST(CallerMemory, wideTextThatEndsAtTheLastByte_isRead) {
-    const guarded_memory memory(4 * sizeof(wchar_t));
+    const test::guarded_buffer memory(4 * sizeof(wchar_t));
     std::wmemcpy(memory.as<wchar_t>(), L"abc", 4);
     EXPECT_EQ(read_wide_text(memory.as<wchar_t>(), 100), L"abc");
 }
 
 TEST(CallerMemory, wideTextWithoutEnd_isRefused) {
-    const guarded_memory memory(4 * sizeof(wchar_t));
+    const test::guarded_buffer memory(4 * sizeof(wchar_t));
     std::wmemcpy(memory.as<wchar_t>(), L"abcd", 4);
     EXPECT_FALSE(read_wide_text(memory.as<wchar_t>(), 100).has_value());
     EXPECT_FALSE(read_wide_text(nullptr, 100).has_value());
@@ -62,13 +63,13 @@ TEST(CallerMemory, wideTextOverTheLimit_isRefused) {
 }
 
 TEST(CallerMemory, misalignedWideText_isRead) {
-    const guarded_memory memory(3 * sizeof(wchar_t) + 1);
+    const test::guarded_buffer memory(3 * sizeof(wchar_t) + 1);
     std::memcpy(memory.as<char>(), L"ab", 3 * sizeof(wchar_t));
     EXPECT_EQ(read_wide_text(memory.as<wchar_t>(), 100), L"ab");
 }
 
 TEST(CallerMemory, narrowText_isReadUpToItsEnd) {
-    const guarded_memory memory(4);
+    const test::guarded_buffer memory(4);
     std::memcpy(memory.as<char>(), "abc", 4);
     EXPECT_EQ(read_narrow_text(memory.as<char>(), 100), "abc");
     memory.as<char>()[3] = 'd';

@@ -11,7 +11,7 @@
 
 #include "companions/orvdialog/control_ids.h"
 #include "companions/orvdialog/versions/chronel_list.h"
-#include "tests/unit/companions/orvdialog/request/guarded_memory.h"
+#include "testkit/memory/guarded_buffer.h"
 #include "tests/unit/companions/orvdialog/window/shown_dialog.h"
 
 namespace ov::dialog {
@@ -75,13 +75,13 @@ TEST_F(DialogLibrary, protectRecordOfAnotherSize_isRefused) {
 }
 
 TEST_F(DialogLibrary, protectRecordCutByAPage_isRefused) {
-    const guarded_memory memory(sizeof protect - 1);
+    const test::guarded_buffer memory(sizeof protect - 1);
     std::memcpy(memory.as<void>(), &protect, sizeof protect - 1);
     expect_protect_refused(memory.as<ProtectDialogRequest>());
 }
 
 TEST_F(DialogLibrary, protectRecordThatCannotBeWritten_isRefused) {
-    const guarded_memory memory(sizeof protect);
+    const test::guarded_buffer memory(sizeof protect);
     std::memcpy(memory.as<void>(), &protect, sizeof protect);
     memory.protect(PAGE_READONLY);
     expect_protect_refused(memory.as<ProtectDialogRequest>());
@@ -97,7 +97,7 @@ TEST_F(DialogLibrary, folderThatIsNoText_isRefused) {
 }
 
 TEST_F(DialogLibrary, folderWithoutEnd_isRefused) {
-    const guarded_memory memory(20);
+    const test::guarded_buffer memory(20);
     std::wmemset(memory.as<wchar_t>(), L'x', 10);
     protect.folder_path = memory.as<wchar_t>();
     expect_protect_refused(&protect);
@@ -129,7 +129,7 @@ TEST_F(DialogLibrary, chronelRecordOfAnotherSize_isRefused) {
 }
 
 TEST_F(DialogLibrary, resultCutByAPage_isRefused) {
-    const guarded_memory memory(sizeof(ChronelDialogResult) - 1);
+    const test::guarded_buffer memory(sizeof(ChronelDialogResult) - 1);
     expect_chronels_refused(&chronels, memory.as<ChronelDialogResult>());
 }
 
@@ -144,7 +144,7 @@ TEST_F(DialogLibrary, fileOrListThatIsNoText_isRefused) {
 }
 
 TEST_F(DialogLibrary, listWithoutEnd_isRefused) {
-    const guarded_memory memory(100);
+    const test::guarded_buffer memory(100);
     std::memset(memory.as<void>(), '[', 100);
     chronels.chronel_list = memory.as<char>();
     expect_chronels_refused(&chronels, result.get());

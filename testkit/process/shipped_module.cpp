@@ -1,9 +1,10 @@
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 
-#include <gtest/gtest.h>
 #include <wrl/client.h>
 
 #include <array>
+
+#include "testkit/require.h"
 
 namespace ov::test {
 
@@ -12,17 +13,14 @@ namespace {
 template <class Function>
 Function* exported(HMODULE library, const char* name) {
     auto* found = reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(library, name)));
-    if (found == nullptr) {
-        ADD_FAILURE() << "the module does not export " << name;
-    }
+    require(found != nullptr, std::string("the module does not export ") + name);
     return found;
 }
 
 using server_function = HRESULT WINAPI();
 
 HRESULT call(HMODULE library, const char* name) {
-    auto* function = exported<server_function>(library, name);
-    return function == nullptr ? E_FAIL : function();
+    return exported<server_function>(library, name)();
 }
 
 }  // namespace
@@ -37,14 +35,12 @@ std::wstring program_directory() {
 shipped_module::shipped_module(const std::wstring& path)
     : library_(
           LoadLibraryW(path.empty() ? (program_directory() + L"orvshellext.dll").c_str() : path.c_str())) {
-    if (!library_) {
-        ADD_FAILURE() << "the module did not load: error " << GetLastError();
-    }
+    require(static_cast<bool>(library_), "the module did not load");
 }
 
 HRESULT shipped_module::get_class_object(REFCLSID rclsid, REFIID riid, void** ppv) const {
-    auto* function = exported<HRESULT WINAPI(REFCLSID, REFIID, void**)>(library_.get(), "DllGetClassObject");
-    return function == nullptr ? E_FAIL : function(rclsid, riid, ppv);
+    return exported<HRESULT WINAPI(REFCLSID, REFIID, void**)>(library_.get(), "DllGetClassObject")(rclsid,
+                                                                                                   riid, ppv);
 }
 
 HRESULT shipped_module::can_unload_now() const {

@@ -4,7 +4,7 @@
 
 #include "module/state/class_ids.h"
 #include "testkit/checks/message_box_script.h"
-#include "tests/module/menus/entry_fixture.h"
+#include "tests/module/menus/entry_menus/entry_fixture.h"
 
 namespace ov::test {
 namespace {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "module/state/class_ids.h"
-#include "testkit/checks/shipped_module.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/imports/import_patch.h"
 
 // The calls by which the menu's icon and bitmap are made and given back, in their order.

@@ -14,7 +14,7 @@ namespace ov::test {
 
 /// The shipped orvshellext.dll, loaded as a host loads it and freed at the end of the scope.
 ///
-/// Fails the running test when the module or one of its four exports is not there.
+/// Throws std::runtime_error when the module or one of its four exports is not there.
 class shipped_module {
   public:
     /// Loads `path`; the module beside the running program when it is empty.

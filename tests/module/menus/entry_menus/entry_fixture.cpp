@@ -1,4 +1,4 @@
-#include "tests/module/menus/entry_fixture.h"
+#include "tests/module/menus/entry_menus/entry_fixture.h"
 
 #include <gmock/gmock.h>
 

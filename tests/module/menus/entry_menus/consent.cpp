@@ -1,4 +1,4 @@
-#include "tests/module/menus/consent.h"
+#include "tests/module/menus/entry_menus/consent.h"
 
 #include <gtest/gtest.h>
 

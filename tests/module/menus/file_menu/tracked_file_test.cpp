@@ -8,7 +8,7 @@
 
 #include "ovufc/ipc/drvport/wire.h"
 #include "testkit/checks/fake_dialog_library.h"
-#include "tests/module/menus/tracked_file_fixture.h"
+#include "tests/module/menus/file_menu/tracked_file_fixture.h"
 
 namespace ov::test {
 namespace {

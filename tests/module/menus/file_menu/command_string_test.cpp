@@ -4,7 +4,7 @@
 #include <array>
 
 #include "module/state/class_ids.h"
-#include "tests/module/menus/tracked_file_fixture.h"
+#include "tests/module/menus/file_menu/tracked_file_fixture.h"
 
 namespace ov::test {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "service/calls.h"
 #include "testkit/process/throw_count.h"
-#include "tests/unit/service/calls_fixture.h"
+#include "tests/unit/service/calls/calls_fixture.h"
 
 namespace {
 

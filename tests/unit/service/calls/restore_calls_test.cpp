@@ -5,7 +5,7 @@
 #include <string>
 
 #include "service/calls.h"
-#include "tests/unit/service/calls_fixture.h"
+#include "tests/unit/service/calls/calls_fixture.h"
 
 namespace {
 

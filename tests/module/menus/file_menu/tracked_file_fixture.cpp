@@ -1,4 +1,4 @@
-#include "tests/module/menus/tracked_file_fixture.h"
+#include "tests/module/menus/file_menu/tracked_file_fixture.h"
 
 namespace ov::test {
 

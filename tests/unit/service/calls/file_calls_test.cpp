@@ -8,7 +8,7 @@
 #include "service/file_exchange.h"
 #include "testkit/files/temp_file.h"
 #include "testkit/imports/import_patch.h"
-#include "tests/unit/service/calls_fixture.h"
+#include "tests/unit/service/calls/calls_fixture.h"
 
 namespace {
 

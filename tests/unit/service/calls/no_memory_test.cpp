@@ -13,7 +13,7 @@
 #include "service/calls.h"
 #include "testkit/files/temp_file.h"
 #include "testkit/memory/failing_allocations.h"
-#include "tests/unit/service/calls_fixture.h"
+#include "tests/unit/service/calls/calls_fixture.h"
 
 namespace {
 
