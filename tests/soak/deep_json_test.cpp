@@ -72,7 +72,7 @@ TEST_P(DeepJson, LocationsDocument_isRefused) {
     EXPECT_EQ(taken([](const std::string& text) {
                   const auto document = ov::name_space::read_location_document(
                       R"({"hardDrive":{"folders":["D:\\x"]},"google":)" + text + "}");
-                  return document.user_folder_mask != 255 || document.hard_drive.is_array;
+                  return document.user_folder_mask != 255 || document.local().is_array;
               }),
               0U);
 }
