@@ -8,9 +8,9 @@
 #include <functional>
 
 #include "module/state/class_ids.h"
-#include "testkit/checks/shipped_module.h"
 #include "testkit/files/temp_folder.h"
 #include "testkit/process/process_costs.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/service/scripted_service.h"
 #include "testkit/shell/data_object.h"
 #include "tests/soak/effort.h"
