@@ -5,10 +5,10 @@
 #include <optional>
 
 #include "testkit/process/before_attach.h"
+#include "testkit/memory/failing_allocations.h"
 #include "testkit/memory/memory_shortage.h"
 #include "testkit/checks/message_box_script.h"
 #include "testkit/process/process_costs.h"
-#include "testkit/imports/import_patch.h"
 #include "tests/unit/companions/orvdialog/window/closed_dialogs.h"
 #include "tests/unit/companions/orvdialog/window/shown_dialog.h"
 
@@ -46,39 +46,21 @@ TEST(DialogLibraryOutOfMemory, loadedWithoutMemory_refusesLaterToo) {
     expect_refused(library);
 }
 
-/// Lets so many allocations of a DLL pass and no more, for the length of a scope.
-class last_allocations {
-  public:
-    last_allocations(HMODULE module, int allowed)
-        : patch_(module, "msvcrt.dll;ucrtbase.dll", "malloc", allocate) {
-        left = allowed;
-        real = patch_.original();
-    }
-
-    static inline int left = 0;
-
-  private:
-    static void* allocate(std::size_t bytes) { return left-- > 0 ? real(bytes) : nullptr; }
-
-    static inline void* (*real)(std::size_t) = nullptr;
-    test::import_patch<void*(std::size_t)> patch_;
-};
-
-/// Opens a dialog with ever more memory, until there is enough: the host lives, and a message says why not.
+/// Opens a dialog again and again, each time with memory for one allocation more: a message says why it is
+/// not shown, and the host lives.
 void expect_refused_wherever_memory_ends(std::uint32_t (*open)(const dialog_library&)) {
-    constexpr int step = 3;
     const closing_hook hook;
     const dialog_library library;
-    int refused = 0;
-    for (int allowed = 0; closing_hook::closed == 0 || last_allocations::left < 0; allowed += step) {
-        ASSERT_LT(allowed, 5000);
-        closing_hook::closed = 0;
-        test::message_box_script boxes(loaded_library(), {IDOK});
-        const last_allocations shortage(loaded_library(), allowed);
-        EXPECT_EQ(open(library), 0U);
-        refused += static_cast<int>(boxes.shown().size());
-    }
-    EXPECT_GT(refused, 3) << "it was short of memory at several places";
+    int told = 0;
+    const int failures = test::fail_each_allocation(
+        loaded_library(), test::failing_allocations::mode::from_then_on, [&](auto& memory) {
+            test::message_box_script boxes(loaded_library(), {IDOK});
+            EXPECT_EQ(open(library), 0U);
+            memory.pause();
+            told += static_cast<int>(boxes.shown().size());
+        });
+    EXPECT_GT(failures, 20);
+    EXPECT_EQ(told, failures) << "each time it was said";
 }
 
 TEST(DialogLibraryOutOfMemory, protectionShortOfMemoryAnywhere_isRefused) {
