@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the product and shows it at work in a private Wine prefix, installing what that needs (as root or with
-# sudo): a folder is protected by a right-click, wrecked, and brought back by One Click Restore.
+# sudo): a folder is protected, wrecked, and brought back by One Click Restore; then an earlier version of a file.
 #
 #   ./run.sh
 #

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The product's story, played in a build's Wine prefix: a folder is protected by a right-click, wrecked, and brought
-# back by One Click Restore. Fails unless every file comes back byte for byte.
+# The product's story, played in a build's Wine prefix: a folder is protected, wrecked, and brought back by One Click
+# Restore; then an earlier version of a file. Fails unless every byte comes back.
 #
 #   scripts/story.sh [--keep]
 #
@@ -76,17 +76,48 @@ make_folder() {
     windows_folder='C:\Orvane demo\Holiday photos'
 }
 
+# The window of the small Explorer, driven line by line: tell COMMAND waits until it is done.
+open_window() {
+    coproc WINDOW { run_wine 200 "$bin/shellhost.exe" --script --browse "$1" 2>/dev/null; }
+    tell wait
+}
+tell() {
+    local line
+    printf '%s\n' "$1" >&"${WINDOW[1]}"
+    while IFS= read -r line <&"${WINDOW[0]}"; do
+        case ${line%$'\r'} in
+        ok) return 0 ;;
+        error:*) die "shellhost: $1: $line" ;;
+        *) ;;
+        esac
+    done
+    die "shellhost ended at: $1"
+}
+close_window() {
+    local window=$WINDOW_PID
+    eval "exec ${WINDOW[1]}>&-"
+    wait "$window"
+}
+
 protect() {
-    step "A right-click on a folder that is not protected"
+    step "A right-click on a folder that is not protected: the one item is greyed"
     menu_shows "Not protected"
-    step "Protecting it: the command opens the protection dialog, whose OK is pressed"
-    host menu "$windows_folder" --invoke 0 >"$pictures/protect.txt" &
-    local invoking=$!
-    click_in protect "Orvane" 1
-    wait "$invoking"
-    tail -n 1 "$pictures/protect.txt"
+    step "Protecting it as the product's console does"
+    service protect "$windows_folder"
     step "The same right-click now"
     menu_shows "Unprotect folder"
+    step "In the small Explorer: a right-click on the folder, then Orvane, then Protection settings..."
+    open_window 'C:\Orvane demo'
+    tell "right-click Holiday photos"
+    tell wait-menu
+    tell "click-menu Orvane"
+    sleep 1
+    picture menu
+    tell "click-menu Protection settings..."
+    tell wait-dialog
+    click_in protect "Orvane Vaultkeep - Protection" 1
+    tell wait
+    close_window
 }
 
 wreck() {

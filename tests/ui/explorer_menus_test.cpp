@@ -39,6 +39,18 @@ TEST_F(ExplorerMenus, RightClickOnAnUntrackedFile_ShowsTheSystemsCommandsOnly) {
     window_->tell({"key escape"});
 }
 
+TEST_F(ExplorerMenus, ClickOnProtectionSettings_OpensTheDialog) {
+    (void)menu_of("Projects");
+    window_->tell({"click-menu Orvane"});
+    Sleep(500);
+    window_->tell({"click-menu Protection settings..."});
+    EXPECT_THAT(line_with(dialog(), "dialog"), HasSubstr("Orvane"));
+    service_.forget_calls();
+    window_->tell({"answer cancel", "wait"});
+    EXPECT_TRUE(window_->ask("dialogs").empty());
+    EXPECT_TRUE(service_.calls().empty());
+}
+
 TEST_F(ExplorerMenus, Open_GoesThereInTheSameWindow) {
     (void)menu_of("Projects");
     window_->tell({"key o", "wait"});

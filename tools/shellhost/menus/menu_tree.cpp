@@ -55,7 +55,7 @@ class menu_reader {
         menu_item item;
         item.depth = depth;
         item.is_separator = (info.fType & MFT_SEPARATOR) != 0;
-        item.text = without_accelerators(text_of(menu, position));
+        item.text = menu_text(menu, position);
         // A number in place of a submenu's handle names no menu: the item is a command all the same.
         item.is_submenu = IsMenu(info.hSubMenu);
         item.is_enabled = (info.fState & (MFS_GRAYED | MFS_DISABLED)) == 0;
@@ -88,6 +88,10 @@ std::wstring without_accelerators(const std::wstring& text) {
         plain += text[i];
     }
     return plain;
+}
+
+std::wstring menu_text(HMENU menu, UINT position) {
+    return without_accelerators(text_of(menu, position));
 }
 
 std::vector<menu_item> read_menu(HMENU menu, UINT first_id, IContextMenu* handlers) {

@@ -33,6 +33,9 @@ struct menu_item {
 /// The item as one line: its number, text and state.
 [[nodiscard]] std::wstring line_of(const menu_item& item);
 
+/// The text of the item at a position, without accelerator marks.
+[[nodiscard]] std::wstring menu_text(HMENU menu, UINT position);
+
 /// A menu text without its accelerator marks and shortcut.
 [[nodiscard]] std::wstring without_accelerators(const std::wstring& text);
 

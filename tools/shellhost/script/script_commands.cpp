@@ -158,6 +158,19 @@ void click_tree(const request& asked) {
     asked.fail(L"the tree shows no such node");
 }
 
+void click_menu(const request& asked) {
+    for (const HWND window : open_menus()) {
+        const HMENU menu = menu_of(window);
+        for (UINT i = 0; static_cast<int>(i) < GetMenuItemCount(menu); ++i) {
+            RECT place{};
+            if (menu_text(menu, i) == asked.rest && GetMenuItemRect(nullptr, menu, i, &place)) {
+                return click_at(point_on(place), mouse_button::left, 1);
+            }
+        }
+    }
+    asked.fail(L"no open menu has such an item");
+}
+
 void expand(const request& asked) {
     if (!parts_of(asked.window)->expand(asked.rest)) {
         asked.fail(L"the tree shows no such node");
@@ -208,6 +221,7 @@ constexpr std::array script_commands = {
     script_command{L"double-click", &double_click, L"double-click ITEM"},
     script_command{L"right-click", &right_click, L"right-click ITEM"},
     script_command{L"click-tree", &click_tree, L"click-tree NODE: a real click on a node of the pane"},
+    script_command{L"click-menu", &click_menu, L"click-menu TEXT: a real click on an item of an open menu"},
     script_command{L"expand", &expand, L"expand NODE: opens a node of the navigation pane"},
     script_command{L"key", &press, L"key NAME: presses enter, escape, down, up, ... or a letter"},
     script_command{L"mode", &set_mode, L"mode icons|list|details"},
