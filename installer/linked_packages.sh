@@ -23,7 +23,7 @@ headers() {
     for preset in x64-release x86-release; do
         ninja -C "$preset" -t deps | awk -v rooms="^($rooms)/" '
             /^[^ ].*: #deps/ { wanted = $0 ~ rooms; next }
-            wanted && NF == 1 { print $1 }' |
+            wanted && /^ / { sub(/^ +/, ""); print }' |
             sed "s|^third_party/|/usr/include/|; s|^$ORV_ROOT/build/$preset/third_party/|/usr/include/|"
     done
 }

@@ -41,7 +41,7 @@ run_elsewhere() {
     scripts/check-*.sh) say "a step of ./test.sh --all" ;;
     'ORV_PRESET=x64-debug scripts/build.sh') say "takes long; built once a release" ;;
     scripts/release.sh*) say "check-installer.sh and check-reproducible.sh do" ;;
-    'ORV_SIGNING_PKCS12='*) say "tests/scripts/release_signer.sh does it, with a signer of its own" ;;
+    'ORV_SIGNING_PKCS12='*) say "tests/scripts/release_signer.sh and tests/installer/signed_release.sh do, with signers of their own" ;;
     *) return 1 ;;
     esac
 }

@@ -69,6 +69,7 @@ make_template() {
 }
 
 "$ORV_ROOT/scripts/wine32.sh"
+"$cases/signed_release.sh" "$ORV_ROOT" "$work/signed"
 "$ORV_ROOT/scripts/release.sh" --development --no-kit
 # What the cases know.
 current=$(ls "$release"/OrvaneVaultkeep-*-development.msi)

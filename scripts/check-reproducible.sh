@@ -1,14 +1,13 @@
 #!/usr/bin/env bash
-# Builds the module from the same sources in two folders of different names, and finds the two files the same byte for
-# byte. They are not signed: a signature holds its time.
+# Makes the release of the same sources in two folders of different names, and finds its files the same byte for byte:
+# package, symbols for gdb, notices, bill of materials. They are not signed: a signature holds its time. The symbols for
+# Windows' debuggers hold the time and the folder, as the linker writes them, and are left out.
 #
 #   scripts/check-reproducible.sh
 . "$(dirname "$0")/lib.sh"
 expect_end "$@"
 
-work="$ORV_ROOT/build/reproducible"
-preset=x64-release
-module="build/$preset/bin/orvshellext.dll"
+other="$ORV_ROOT/build/reproducible/another folder"
 limit_s=900
 
 # The sources as they are, changes that nobody committed yet among them.
@@ -17,25 +16,25 @@ copy_sources() {
     (cd "$ORV_ROOT" && git ls-files -z | xargs -0 tar -c --ignore-failed-read 2>/dev/null) | tar -x -C "$1"
 }
 
-build_in() {
-    local folder=$1 start_s=$SECONDS
-    copy_sources "$folder"
-    # A cache of compiled files would compare a file with itself.
-    if ! (cd "$folder" && export CCACHE_DISABLE=1 SOURCE_DATE_EPOCH="$commit_time" &&
-        timeout 120 cmake --preset "$preset" -DORV_MODULE_ONLY=ON -DORV_UNSIGNED=ON &&
-        timeout --kill-after=10 "$limit_s" cmake --build --preset "$preset" --target orvshellext) >"$folder.log" 2>&1; then
-        tail -n 20 "$folder.log" >&2
-        die "building in $folder failed; the whole output is in $folder.log"
+release_in() {
+    local start_s=$SECONDS log="$ORV_ROOT/build/reproducible/release.log"
+    if ! timeout --kill-after=10 "$limit_s" "$1/scripts/release.sh" --unsigned --no-kit >"$log" 2>&1; then
+        tail -n 20 "$log" >&2
+        die "the release in $1 failed"
     fi
-    say "  $(sha256sum <"$folder/$module" | cut -d' ' -f1)  ${folder##*/}, $((SECONDS - start_s)) s"
+    say "  $(sha256sum "$1"/build/release/*.msi | cut -d' ' -f1)  ${1##*/}, $((SECONDS - start_s)) s"
 }
 
-"$ORV_ROOT/scripts/bootstrap.sh"
-commit_time=$(git -C "$ORV_ROOT" log -1 --format=%ct)
-rm -rf "$work"
-step "Building the module twice"
-build_in "$work/one"
-build_in "$work/another folder"
-cmp "$work/one/$module" "$work/another folder/$module" >&2 || die "the two files differ"
-rm -rf "$work"
-step "The two files are the same"
+SOURCE_DATE_EPOCH=$(git -C "$ORV_ROOT" log -1 --format=%ct)
+export SOURCE_DATE_EPOCH
+rm -rf "$ORV_ROOT/build/reproducible"
+copy_sources "$other"
+step "Making the release twice; the sums of the packages are"
+release_in "$ORV_ROOT"
+# A cache of compiled files would compare a file with itself.
+CCACHE_DISABLE=1 release_in "$other"
+diff -r -x '*.pdb' -x SHA256SUMS "$ORV_ROOT/build/release" "$other/build/release" >&2 || die "the two releases differ"
+cmp <(grep -v '\.pdb$' "$ORV_ROOT/build/release/SHA256SUMS") <(grep -v '\.pdb$' "$other/build/release/SHA256SUMS") >&2 ||
+    die "the lists of sums differ"
+rm -rf "$ORV_ROOT/build/reproducible"
+step "The two releases are the same"

@@ -8,7 +8,7 @@
 #   --unsigned      signs nothing: what two machines build from one commit is then the same byte for byte
 #   --no-kit        leaves out the kit for trying the release on a Windows machine, which needs all test programs
 #
-# The version is that of CMakeLists.txt, the time that of the commit. docs/releasing.md says what is what.
+# The version is that of CMakeLists.txt, the time that of the commit, or SOURCE_DATE_EPOCH. docs/releasing.md says what is what.
 . "$(dirname "$0")/lib.sh"
 
 kind=signed
@@ -28,14 +28,14 @@ done
 if [ "$kind" = signed ]; then
     "$ORV_ROOT/scripts/signing.sh" check-signer
 else
-    unset ORV_SIGNING_PKCS12
+    unset ORV_SIGNING_PKCS12 ORV_SIGNING_TIMESTAMP_URL
 fi
 
 release="$ORV_ROOT/build/release"
 authority="$ORV_ROOT/build/x64-release/signing"
 # What ships, for each of the two widths; the installer's own library is 64-bit.
 libraries=(orvshellext orvres orvdialog)
-SOURCE_DATE_EPOCH=$(git -C "$ORV_ROOT" log -1 --format=%ct)
+SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git -C "$ORV_ROOT" log -1 --format=%ct)}
 export SOURCE_DATE_EPOCH
 
 # The libraries are linked anew: those that lie there may carry another commit's time.

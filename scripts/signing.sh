@@ -18,7 +18,9 @@
 # readable by their owner only, and DIR lies in the build folder, which is never committed.
 #
 # A release signs with the certificate of the maker: ORV_SIGNING_PKCS12 names the file that holds it and its chain,
-# ORV_SIGNING_PASSWORD_FILE a file with its password, ORV_SIGNING_TIMESTAMP_URL a time-stamping service.
+# ORV_SIGNING_PASSWORD_FILE a file with its password, ORV_SIGNING_TIMESTAMP_URL a time-stamping service. When that is named, a file without
+# a valid time stamp fails the checks; ORV_SIGNING_TIMESTAMP_CA names the file of the authorities that stamps may go back
+# to, in place of this machine's.
 . "$(dirname "$0")/lib.sh"
 
 maker='Orvane, Inc.'
@@ -129,10 +131,15 @@ check_signer() {
 # check_file ANCHORS FILE
 check_file() {
     local report signer
-    report=$(osslsigncode verify -CAfile "$1" "$2" 2>&1) ||
+    report=$(osslsigncode verify -CAfile "$1" -TSA-CAfile "$time_anchors" "$2" 2>&1) ||
         die "$2 is not signed, was changed since, or its signer is not known: $(grep -iE 'mismatch|no signature|error' <<<"$report" | head -n 2)"
     signer=$(sed -n "/^Signer's certificate/,\$s/.*Subject: .*\/CN=\([^/]*\).*/\1/p" <<<"$report" | head -n 1)
     [ "${signer,,}" = "${maker,,}" ] || die "$2 is signed by '$signer', not by '$maker'"
+    # A time stamp that does not hold is no failure of osslsigncode's.
+    if [ -n "${ORV_SIGNING_PKCS12:-}" ] && [ -n "${ORV_SIGNING_TIMESTAMP_URL:-}" ] &&
+        [[ $report != *'Timestamp Server Signature verification: ok'* ]]; then
+        die "$2 has no valid time stamp"
+    fi
     if [ "$release_only" = yes ] && [[ $report == *"$development"* ]]; then
         die "$2 is signed with the development authority"
     fi
@@ -158,6 +165,7 @@ check_files() {
 }
 
 umask 077
+time_anchors=${ORV_SIGNING_TIMESTAMP_CA:-/etc/ssl/certs/ca-certificates.crt}
 release_only=no
 case "${1:-} $#" in
 check\ [3-9] | check\ [1-9][0-9]) check_files "${@:2}" ;;
