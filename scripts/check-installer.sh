@@ -70,7 +70,7 @@ make_template() {
 
 "$ORV_ROOT/scripts/wine32.sh"
 "$cases/signed_release.sh" "$ORV_ROOT" "$work/signed"
-"$ORV_ROOT/scripts/release.sh" --development --no-kit
+"$ORV_ROOT/scripts/release.sh" --development
 # What the cases know.
 current=$(ls "$release"/OrvaneVaultkeep-*-development.msi)
 version=$(sed -n 's/^CMAKE_PROJECT_VERSION:[A-Z]*=//p' "$ORV_ROOT/build/x64-release/CMakeCache.txt")

@@ -15,14 +15,17 @@ call :tell Processor: %PROCESSOR_ARCHITECTURE%
 
 set key=HKCR\CLSID\{3C41A7E2-6B0D-4F93-9E25-7A1D0C6B2E48}
 set administrator=no
-reg add HKLM\SOFTWARE\OrvaneVaultkeepCheck /f >nul 2>&1 && set administrator=yes
+reg add HKLM\SOFTWARE\OrvaneVaultkeepCheck /f >nul 2>&1
+if not errorlevel 1 set administrator=yes
 if %administrator%==yes reg delete HKLM\SOFTWARE\OrvaneVaultkeepCheck /f >nul 2>&1
 call :tell Administrator: %administrator%
 set installed=no
-reg query "%key%" >nul 2>&1 && set installed=yes
+reg query "%key%" >nul 2>&1
+if not errorlevel 1 set installed=yes
 call :tell Product installed before: %installed%
 set driver=absent
-sc query orvdrv 2>nul | findstr /c:"STATE" >nul && set driver=there
+sc query orvdrv >nul 2>&1
+if not errorlevel 1 set driver=there
 call :tell Driver: %driver%
 call :tell .
 
@@ -54,7 +57,8 @@ call :run program_32 bin\module_user_32.exe
 call :installer install_again /i
 call :installer remove /x
 set found=0
-reg query "%key%" >nul 2>&1 && set found=1
+reg query "%key%" >nul 2>&1
+if not errorlevel 1 set found=1
 if exist "%ProgramFiles%\Orvane\Vaultkeep\orvshellext.dll" set found=1
 call :judge nothing_left %found%
 exit /b
@@ -66,16 +70,8 @@ exit /b
 
 rem run NAME PROGRAM WORD...
 :run
-set name=%1
-set words=
-:words
-shift
-if "%~1"=="" goto ready
-set words=!words! %1
-goto words
-:ready
-!words! > logs\%name%.txt 2>&1
-call :judge %name% %errorlevel%
+%2 %3 %4 %5 %6 %7 %8 %9 > logs\%1.txt 2>&1
+call :judge %1 %errorlevel%
 exit /b
 
 rem installer NAME WORD: 3010 asks for a restart, which is no failure.
