@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need; does nothing when all are there.
 #
-#   scripts/bootstrap.sh [--lint] [--clang] [--mutate] [--coverage] [--release] [--bench]
+#   scripts/bootstrap.sh [--lint] [--clang] [--mutate] [--coverage] [--release] [--bench] [--fuzz]
 #
 #   --lint       also the tools that ./test.sh --all uses: clang-tidy, clang-format, shellcheck
 #   --clang      also the second compiler, from Debian's security archive
@@ -9,6 +9,7 @@
 #   --coverage   also what scripts/coverage.sh uses
 #   --release    also what scripts/release.sh uses
 #   --bench      also what ./bench.sh uses
+#   --fuzz       also what scripts/fuzz.sh uses
 . "$(dirname "$0")/lib.sh"
 
 packages=(
@@ -25,6 +26,7 @@ for option in "$@"; do
     --coverage) packages+=(gcovr) ;;
     --release) packages+=(wixl msitools zip unzip) ;;
     --bench) packages+=(catch2 python3) ;;
+    --fuzz) packages+=(clang) ;;
     *) misused "unknown option '$option'" ;;
     esac
 done

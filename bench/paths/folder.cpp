@@ -14,6 +14,7 @@
 #include "bench/harness/compare.h"
 #include "bench/paths/locations.h"
 #include "namespace/folder/orv_name_space.h"
+#include "namespace/locations/location_document.h"
 #include "namespace/locations/protected_locations.h"
 #include "ovufc/com/adopt.h"
 #include "ovufc/json.h"
@@ -102,6 +103,28 @@ TEST_CASE("folder", "[served]") {
                 {{"ours", ours, new_text}, {"one walk, one text and one allocation an item", walk, {}}});
         compare(("further folder, " + count).c_str(), {.aim = 0.7, .rounds = 4},
                 {{"ours", ours, {}}, {"one walk, one text and one allocation an item", walk, {}}});
+    }
+}
+
+// Whether reading while the text is walked is worth its own reader: beside it the same texts from a tree.
+TEST_CASE("reading", "[alone]") {
+    for (const int locations : {1'000, 10'000, 100'000}) {
+        const std::string document = ov::bench::locations_document(locations, 0);
+        const auto ours = [&] {
+            require(ov::name_space::read_location_document(document).is_complete(), "reading");
+        };
+        const auto tree = [&] {
+            const auto root = ov::json::parse(document);
+            std::vector<std::wstring> names;
+            for (const auto& [key, value] : root.items()) {
+                for (const auto& entry : key == "hardDrive" ? value["folders"] : value) {
+                    names.push_back(ov::service::from_utf8(entry.get_ref<const std::string&>()));
+                }
+            }
+            require(names.size() == static_cast<std::size_t>(locations), "the tree");
+        };
+        compare(("reading " + std::to_string(locations) + " locations").c_str(), {.aim = 0.75, .rounds = 4},
+                {{"ours", ours, {}}, {"the JSON library's tree", tree, {}}});
     }
 }
 

@@ -1,0 +1,35 @@
+#!/usr/bin/env bash
+# Feeds the parts that need no Windows to clang's libFuzzer, built for this machine with the address and
+# undefined-behaviour sanitizers: the date patterns against the standard library's, and the bounded JSON parser.
+#
+#   scripts/fuzz.sh [SECONDS]     so long for each (60)
+#
+# What it finds is kept in build/fuzz, and tried first the next time.
+. "$(dirname "$0")/lib.sh"
+
+seconds=60
+if [ $# -gt 0 ]; then
+    [[ $1 =~ ^[1-9][0-9]*$ ]] || misused "a number of seconds is wanted, not '$1'"
+    seconds=$1
+    shift
+fi
+expect_end "$@"
+
+"$ORV_ROOT/scripts/bootstrap.sh" --fuzz
+out="$ORV_ROOT/build/fuzz"
+flags=(-std=c++20 -O1 -g -I"$ORV_ROOT" "-fsanitize=fuzzer,address,undefined" -fno-sanitize-recover=all)
+
+fuzz() { # NAME LONGEST SOURCE...
+    local name=$1 longest=$2
+    shift 2
+    step "$name, $seconds s"
+    mkdir -p "$out/$name"
+    (cd "$ORV_ROOT" && clang++ "${flags[@]}" "tests/fuzz/native/$name.cpp" "$@" -o "$out/$name.bin")
+    timeout $((seconds + 60)) "$out/$name.bin" -max_total_time="$seconds" -max_len="$longest" -seed=1 -print_final_stats=1 \
+        -artifact_prefix="$out/" -dict="$ORV_ROOT/tests/fuzz/native/$name.dict" "$out/$name" >"$out/$name.log" 2>&1 ||
+        { tail -n 30 "$out/$name.log" >&2 && die "$name found something; what it was fed is in build/fuzz"; }
+    grep -E 'number_of_executed_units|^#.*DONE' "$out/$name.log"
+}
+
+fuzz patterns_fuzz 64 ovufc/time/regular_expression.cpp ovufc/time/text_patterns.cpp
+fuzz json_fuzz 4096 ovufc/json_bounded.cpp ovufc/owned_json.cpp
