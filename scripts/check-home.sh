@@ -47,6 +47,6 @@ step "Programs that save into Desktop, Documents and Downloads"
 HOME="$home" save_into_folders
 expect_untouched "a program in the prefix"
 step "test.sh with a home of its own"
-env -u XDG_CACHE_HOME -u XDG_CONFIG_HOME -u XDG_DATA_HOME HOME="$home" "$ORV_ROOT/test.sh" -R '^shellhost_test$'
+env -u XDG_CACHE_HOME -u XDG_CONFIG_HOME -u XDG_DATA_HOME HOME="$home" "$ORV_ROOT/test.sh" -R '^shellhost_tests$'
 expect_untouched test.sh
 step "The home was left alone"

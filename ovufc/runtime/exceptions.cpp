@@ -10,7 +10,7 @@
 // E_OUTOFMEMORY. Here nothing is taken before it is needed, and what cannot be had is lent from a reserve
 // that is part of the file.
 //
-// Each of these was met: Unload.ThousandsOfLoads… shows what stays behind, OutOfMemory.… (all in
+// Each of these was met: Unload.thousands_of_loads… shows what stays behind, OutOfMemory.… (all in
 // tests/module/frame) that a host is ended, also with more threads at once than there is a reserve for.
 //
 // Another compiler brings a runtime that knows DLLs.

@@ -17,7 +17,7 @@ std::string echo(const scripted_request& request) {
     return "re: " + request.text;
 }
 
-TEST(Exchange, RequestAndReply_ArriveWhole) {
+TEST(Exchange, request_and_reply_arrive_whole) {
     scripted_service service(echo);
     client_port port;
     const auto result = ask(port, R"({"parameters":{},"serviceCall":1})");
@@ -26,7 +26,7 @@ TEST(Exchange, RequestAndReply_ArriveWhole) {
     EXPECT_EQ(result.reply_bytes, result.reply.size());
 }
 
-TEST(Exchange, Header_NamesProcessThreadAndSession) {
+TEST(Exchange, header_names_process_thread_and_session) {
     scripted_service service(echo);
     client_port port;
     ASSERT_TRUE(ask(port, "who").ok);
@@ -39,7 +39,7 @@ TEST(Exchange, Header_NamesProcessThreadAndSession) {
     EXPECT_EQ(requests[0].session_id, session_id);
 }
 
-TEST(Exchange, TextOf2047Bytes_ArrivesWhole) {
+TEST(Exchange, text_of_2047_bytes_arrives_whole) {
     scripted_service service(echo);
     client_port port;
     const std::string text = std::string(2046, 'a') + 'z';
@@ -47,7 +47,7 @@ TEST(Exchange, TextOf2047Bytes_ArrivesWhole) {
     EXPECT_EQ(service.requests().at(0).text, text);
 }
 
-TEST(Exchange, TextOf2048Bytes_ArrivesCutTo2047) {
+TEST(Exchange, text_of_2048_bytes_arrives_cut_to_2047) {
     scripted_service service(echo);
     client_port port;
     const std::string text = std::string(2047, 'a') + 'z';
@@ -55,7 +55,7 @@ TEST(Exchange, TextOf2048Bytes_ArrivesCutTo2047) {
     EXPECT_EQ(service.requests().at(0).text, std::string(2047, 'a'));
 }
 
-TEST(Exchange, ReplyOf5000Bytes_IsCutTo2048) {
+TEST(Exchange, reply_of_5000_bytes_is_cut_to_2048) {
     scripted_service service([](const scripted_request&) {
         scripted_reply reply(std::string(5000, 'x'));
         reply.length_word = 5000;
@@ -68,13 +68,13 @@ TEST(Exchange, ReplyOf5000Bytes_IsCutTo2048) {
     EXPECT_EQ(result.reply, std::string(2048, 'x'));
 }
 
-TEST(Exchange, ReplyOf2048Bytes_IsWhole) {
+TEST(Exchange, reply_of_2048_bytes_is_whole) {
     scripted_service service([](const scripted_request&) { return std::string(2047, 'x') + 'z'; });
     client_port port;
     EXPECT_EQ(ask(port, "long").reply, std::string(2047, 'x') + 'z');
 }
 
-TEST(Exchange, LengthWordOfAllBits_GivesNoMoreThan2048Bytes) {
+TEST(Exchange, length_word_of_all_bits_gives_no_more_than_2048_bytes) {
     scripted_service service([](const scripted_request&) {
         scripted_reply reply("short");
         reply.length_word = 0xFFFFFFFF;
@@ -87,14 +87,14 @@ TEST(Exchange, LengthWordOfAllBits_GivesNoMoreThan2048Bytes) {
     EXPECT_EQ(result.reply.substr(0, 5), "short");
 }
 
-TEST(Exchange, GarbageWithZeros_ArrivesAsItIs) {
+TEST(Exchange, garbage_with_zeros_arrives_as_it_is) {
     const std::string garbage("\x00\xFF{\x80\x00\x01", 6);
     scripted_service service([&](const scripted_request&) { return garbage; });
     client_port port;
     EXPECT_EQ(ask(port, "garbage").reply, garbage);
 }
 
-TEST(Exchange, EmptyReply_IsAReply) {
+TEST(Exchange, empty_reply_is_a_reply) {
     scripted_service service([](const scripted_request&) { return ""; });
     client_port port;
     const auto result = ask(port, "nothing to say");
@@ -102,7 +102,7 @@ TEST(Exchange, EmptyReply_IsAReply) {
     EXPECT_EQ(result.reply_bytes, 0u);
 }
 
-TEST(Exchange, DelayedReply_IsWaitedFor) {
+TEST(Exchange, delayed_reply_is_waited_for) {
     scripted_service service([](const scripted_request&) {
         scripted_reply reply("late");
         reply.delay_ms = 150;
@@ -114,7 +114,7 @@ TEST(Exchange, DelayedReply_IsWaitedFor) {
     EXPECT_GE(GetTickCount() - started, 130u);  // the tick count may be 16 ms old
 }
 
-TEST(Exchange, ManyInARow_AllUseTheSlotsAgain) {
+TEST(Exchange, many_in_a_row_all_use_the_slots_again) {
     scripted_service service(echo);
     client_port port;
     for (int i = 0; i < 200; ++i) {
@@ -122,7 +122,7 @@ TEST(Exchange, ManyInARow_AllUseTheSlotsAgain) {
     }
 }
 
-TEST(Exchange, TwoPortsOfOneProcess_BothWork) {
+TEST(Exchange, two_ports_of_one_process_both_work) {
     scripted_service service(echo);
     client_port first;
     client_port second;
@@ -130,7 +130,7 @@ TEST(Exchange, TwoPortsOfOneProcess_BothWork) {
     EXPECT_EQ(ask(second, "2").reply, "re: 2");
 }
 
-TEST(Exchange, SeveralThreadsOnOnePort_GetTheirOwnReplies) {
+TEST(Exchange, several_threads_on_one_port_get_their_own_replies) {
     scripted_service service([](const scripted_request& request) {
         scripted_reply reply(echo(request));
         reply.delay_ms = request.text.size() % 4 * 5;  // answered out of order

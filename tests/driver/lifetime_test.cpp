@@ -32,7 +32,7 @@ class Lifetime : public testing::Test {
     ~Lifetime() override { EXPECT_TRUE(start_driver()); }
 };
 
-TEST_F(Lifetime, AbsentThenStarted_SamePortConnects) {
+TEST_F(Lifetime, absent_then_started_same_port_connects) {
     ASSERT_TRUE(stop_driver());
     client_port port;
     EXPECT_FALSE(port.connect());
@@ -44,7 +44,7 @@ TEST_F(Lifetime, AbsentThenStarted_SamePortConnects) {
     EXPECT_EQ(ask(port, "x").reply, "re: x");
 }
 
-TEST_F(Lifetime, StopWhileAPortIsOpen_ItsMappingStaysReadableAndSaysZero) {
+TEST_F(Lifetime, stop_while_a_port_is_open_its_mapping_stays_readable_and_says_zero) {
     scripted_service service(echo);
     client_port port;
     ASSERT_TRUE(ask(port, "x").ok);
@@ -54,7 +54,7 @@ TEST_F(Lifetime, StopWhileAPortIsOpen_ItsMappingStaysReadableAndSaysZero) {
     EXPECT_FALSE(ask(port, "x").ok);
 }
 
-TEST_F(Lifetime, StopWhileAnotherProcessWaits_ItsExchangeFailsSoon) {
+TEST_F(Lifetime, stop_while_another_process_waits_its_exchange_fails_soon) {
     roles::ready_child server(roles::server);
     roles::ready_child waiter(roles::waiter);
     EXPECT_FALSE(waiter.process().wait(100).has_value());
@@ -62,7 +62,7 @@ TEST_F(Lifetime, StopWhileAnotherProcessWaits_ItsExchangeFailsSoon) {
     EXPECT_EQ(waiter.process().wait(5000), static_cast<DWORD>(roles::exchange_failed));
 }
 
-TEST_F(Lifetime, StoppedAndStartedAgainAndAgain_ServesEachTime) {
+TEST_F(Lifetime, stopped_and_started_again_and_again_serves_each_time) {
     for (int i = 0; i < 5; ++i) {
         ASSERT_TRUE(stop_driver());
         ASSERT_TRUE(start_driver());
@@ -83,7 +83,7 @@ bool new_client_is_answered() {
     return ask(port, R"({"parameters":{},"serviceCall":36})").ok;
 }
 
-TEST_F(Lifetime, StoppedAndStartedUnderTheRunningService_ItServesAgain) {
+TEST_F(Lifetime, stopped_and_started_under_the_running_service_it_serves_again) {
     const temp_folder state;
     child_process service(development_service(), {L"--state", state.path(), L"run", L"--no-open"});
     ASSERT_TRUE(eventually(new_client_is_answered));

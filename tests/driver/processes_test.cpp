@@ -27,7 +27,7 @@ std::string answer(const scripted_request& request) {
     return roles::answer_in_kind(request.text);
 }
 
-TEST(Processes, SeveralAtOnce_EachGetsItsOwnReplies) {
+TEST(Processes, several_at_once_each_gets_its_own_replies) {
     scripted_service service(answer);
     constexpr int count = 6;
     constexpr int exchanges = 40;
@@ -42,7 +42,7 @@ TEST(Processes, SeveralAtOnce_EachGetsItsOwnReplies) {
     EXPECT_EQ(service.requests().size(), static_cast<std::size_t>(count * exchanges));
 }
 
-TEST(Processes, DeadHolder_LosesItsSlotOnceItIsAnswered) {
+TEST(Processes, dead_holder_loses_its_slot_once_it_is_answered) {
     scripted_service service([](const scripted_request& request) {
         scripted_reply reply(answer(request));
         reply.delay_ms = 200;
@@ -57,7 +57,7 @@ TEST(Processes, DeadHolder_LosesItsSlotOnceItIsAnswered) {
     EXPECT_EQ(slot.abandoned, 0u);
 }
 
-TEST(Processes, DeadHolderInService_KeepsItsSlotUntilTheServiceSideIsDone) {
+TEST(Processes, dead_holder_in_service_keeps_its_slot_until_the_service_side_is_done) {
     scripted_service service([](const scripted_request&) -> std::optional<scripted_reply> { return {}; });
     roles::ready_child holder(roles::holder);
     ASSERT_TRUE(service.wait_for_requests(1));
@@ -70,7 +70,7 @@ TEST(Processes, DeadHolderInService_KeepsItsSlotUntilTheServiceSideIsDone) {
     EXPECT_TRUE(eventually([&] { return slot.owner == 0; }));
 }
 
-TEST(Processes, ClientKilledAgainAndAgain_LeavesNothingBehind) {
+TEST(Processes, client_killed_again_and_again_leaves_nothing_behind) {
     scripted_service service(answer);
     for (int i = 0; i < 10; ++i) {
         roles::ready_child idler(roles::idler);
@@ -88,7 +88,7 @@ TEST(Processes, ClientKilledAgainAndAgain_LeavesNothingBehind) {
 }
 
 // Mapping into a process waits for it, and for ever when it ends at that moment.
-TEST(Processes, ManyKilledWhileTheyOpen_OthersAreServed) {
+TEST(Processes, many_killed_while_they_open_others_are_served) {
     scripted_service service(answer);
     std::mt19937 random(7);
     constexpr int rounds = 15;
@@ -113,7 +113,7 @@ bool is_mapped(const volatile void* address) {
 }
 
 // A host that loads and unloads the module again and again keeps no mapping.
-TEST(Processes, PortsOpenedAndClosed_TheirMappingsAreTakenAway) {
+TEST(Processes, ports_opened_and_closed_their_mappings_are_taken_away) {
     std::vector<const volatile void*> sections;
     {
         std::list<client_port> ports(50);
@@ -126,7 +126,7 @@ TEST(Processes, PortsOpenedAndClosed_TheirMappingsAreTakenAway) {
     EXPECT_TRUE(eventually([&] { return std::none_of(sections.begin(), sections.end(), is_mapped); }));
 }
 
-TEST(Processes, Vandals_CannotStopDriverOrServiceForOthers) {
+TEST(Processes, vandals_cannot_stop_driver_or_service_for_others) {
     {
         scripted_service service(answer);
         std::list<child_process> vandals;

@@ -13,7 +13,7 @@ using ov::test::scripted_reply;
 using ov::test::scripted_request;
 using ov::test::scripted_service;
 
-TEST(ScriptedService, Requests_AreKeptInOrderUntilForgotten) {
+TEST(ScriptedService, requests_are_kept_in_order_until_forgotten) {
     scripted_service service([](const scripted_request&) { return "fine"; });
     client_port port;
     (void)ask(port, "first");
@@ -25,7 +25,7 @@ TEST(ScriptedService, Requests_AreKeptInOrderUntilForgotten) {
     EXPECT_TRUE(service.requests().empty());
 }
 
-TEST(ScriptedService, NewAnswer_HoldsFromTheNextRequest) {
+TEST(ScriptedService, new_answer_holds_from_the_next_request) {
     scripted_service service([](const scripted_request&) { return "old"; });
     client_port port;
     EXPECT_EQ(ask(port, "x").reply, "old");
@@ -33,7 +33,7 @@ TEST(ScriptedService, NewAnswer_HoldsFromTheNextRequest) {
     EXPECT_EQ(ask(port, "x").reply, "new");
 }
 
-TEST(ScriptedService, Silence_KeepsTheClientWaiting) {
+TEST(ScriptedService, silence_keeps_the_client_waiting) {
     scripted_service service([](const scripted_request& request) -> std::optional<scripted_reply> {
         if (request.text == "say something") {
             return "something";
@@ -47,12 +47,12 @@ TEST(ScriptedService, Silence_KeepsTheClientWaiting) {
     EXPECT_EQ(ask(patient, "say something").reply, "something");
 }
 
-TEST(ScriptedService, WaitingForRequestsThatDoNotCome_IsFalse) {
+TEST(ScriptedService, waiting_for_requests_that_do_not_come_is_false) {
     scripted_service service([](const scripted_request&) { return "fine"; });
     EXPECT_FALSE(service.wait_for_requests(1, 20));
 }
 
-TEST(ScriptedService, NextOne_StartsFromTheSameStatusWords) {
+TEST(ScriptedService, next_one_starts_from_the_same_status_words) {
     {
         scripted_service service([](const scripted_request&) { return "fine"; });
         service.set_generation(7);
@@ -64,7 +64,7 @@ TEST(ScriptedService, NextOne_StartsFromTheSameStatusWords) {
     EXPECT_EQ(service.side().status().flags, 0u);
 }
 
-TEST(ScriptedService, WithoutADriver_Throws) {
+TEST(ScriptedService, without_a_driver_throws) {
     ASSERT_TRUE(ov::test::stop_driver());
     EXPECT_THROW(scripted_service([](const scripted_request&) { return "fine"; }), std::runtime_error);
     EXPECT_TRUE(ov::test::start_driver());

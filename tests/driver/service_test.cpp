@@ -45,7 +45,7 @@ ov::win::unique_kernel_handle token_without_administrators() {
     return restricted;
 }
 
-TEST(Service, NoServiceSide_StateIsZeroAndRequestsFailAtOnce) {
+TEST(Service, no_service_side_state_is_zero_and_requests_fail_at_once) {
     client_port port;
     ASSERT_TRUE(port.connect());
     EXPECT_TRUE(eventually([&] { return port.status().state == 0; }));
@@ -53,7 +53,7 @@ TEST(Service, NoServiceSide_StateIsZeroAndRequestsFailAtOnce) {
     EXPECT_EQ(port.status().section_bytes, ORV_SECTION_BYTES);
 }
 
-TEST(Service, StatusWords_ReachAClientThatWasThereBefore) {
+TEST(Service, status_words_reach_a_client_that_was_there_before) {
     client_port port;
     ASSERT_TRUE(port.connect());
     scripted_service service(echo);
@@ -65,14 +65,14 @@ TEST(Service, StatusWords_ReachAClientThatWasThereBefore) {
     EXPECT_EQ(port.status().flags, 0x5Cu);
 }
 
-TEST(Service, Departure_PutsTheStateToZero) {
+TEST(Service, departure_puts_the_state_to_zero) {
     client_port port;
     ASSERT_TRUE(port.connect());
     { scripted_service service(echo); }
     EXPECT_EQ(port.status().state, 0u);
 }
 
-TEST(Service, StateZeroByTheService_StopsRequestsWithoutTouchingASlot) {
+TEST(Service, state_zero_by_the_service_stops_requests_without_touching_a_slot) {
     scripted_service service(echo);
     service.set_state(0);
     client_port port;
@@ -82,7 +82,7 @@ TEST(Service, StateZeroByTheService_StopsRequestsWithoutTouchingASlot) {
     EXPECT_TRUE(ask(port, "x").ok);
 }
 
-TEST(Service, SecondServiceSide_IsRefusedWhileTheFirstIsThere) {
+TEST(Service, second_service_side_is_refused_while_the_first_is_there) {
     {
         service_side first;
         ASSERT_EQ(first.open(5000), ERROR_SUCCESS);
@@ -93,7 +93,7 @@ TEST(Service, SecondServiceSide_IsRefusedWhileTheFirstIsThere) {
     EXPECT_EQ(next.open(5000), ERROR_SUCCESS);
 }
 
-TEST(Service, NoAdministrator_IsRefused) {
+TEST(Service, no_administrator_is_refused) {
     const auto token = token_without_administrators();
     ASSERT_TRUE(token);
     child_process refused(this_program(), {roles::asker}, token.get());
@@ -105,14 +105,14 @@ TEST(Service, NoAdministrator_IsRefused) {
     EXPECT_EQ(granted.wait(20000), ERROR_SUCCESS);
 }
 
-TEST(Service, NoAdministrator_IsAClientAllTheSame) {
+TEST(Service, no_administrator_is_a_client_all_the_same) {
     scripted_service service([](const scripted_request& r) { return roles::answer_in_kind(r.text); });
     const auto token = token_without_administrators();
     child_process client(this_program(), {roles::client, L"plain", L"3"}, token.get());
     EXPECT_EQ(client.wait(20000), static_cast<DWORD>(roles::exchange_done));
 }
 
-TEST(Service, Death_EndsAWaitingExchangeSoon) {
+TEST(Service, death_ends_a_waiting_exchange_soon) {
     roles::ready_child server(roles::server);
     roles::ready_child waiter(roles::waiter);
     EXPECT_FALSE(waiter.process().wait(100).has_value());
@@ -122,7 +122,7 @@ TEST(Service, Death_EndsAWaitingExchangeSoon) {
     EXPECT_LT(GetTickCount() - started, 5000u);
 }
 
-TEST(Service, AfterDeath_AnotherTakesOver) {
+TEST(Service, after_death_another_takes_over) {
     client_port port;
     {
         roles::ready_child server(roles::server);
@@ -132,7 +132,7 @@ TEST(Service, AfterDeath_AnotherTakesOver) {
     EXPECT_EQ(ask(port, "x").reply, "re: x");
 }
 
-TEST(Service, RequestThatWasPosted_IsSeenByTheNextServiceSide) {
+TEST(Service, request_that_was_posted_is_seen_by_the_next_service_side) {
     service_side first;
     ASSERT_EQ(first.open(5000), ERROR_SUCCESS);
     first.set_state(1);
@@ -145,7 +145,7 @@ TEST(Service, RequestThatWasPosted_IsSeenByTheNextServiceSide) {
     EXPECT_TRUE(eventually([&] { return slot->state == ORV_SLOT_REPLIED; }));
 }
 
-TEST(Service, RequestTakenAndNotAnswered_IsAnsweredEmptyByTheNextServiceSide) {
+TEST(Service, request_taken_and_not_answered_is_answered_empty_by_the_next_service_side) {
     service_side first;
     ASSERT_EQ(first.open(5000), ERROR_SUCCESS);
     first.set_state(1);
@@ -160,13 +160,13 @@ TEST(Service, RequestTakenAndNotAnswered_IsAnsweredEmptyByTheNextServiceSide) {
     EXPECT_TRUE(service.requests().empty());
 }
 
-TEST(ServiceSide, NoRequest_TimesOut) {
+TEST(ServiceSide, no_request_times_out) {
     service_side side;
     ASSERT_EQ(side.open(5000), ERROR_SUCCESS);
     EXPECT_FALSE(side.next_request(20).has_value());
 }
 
-TEST(ServiceSide, StopEvent_EndsTheWait) {
+TEST(ServiceSide, stop_event_ends_the_wait) {
     service_side side;
     ASSERT_EQ(side.open(5000), ERROR_SUCCESS);
     const ov::win::unique_kernel_handle stop(CreateEventW(nullptr, TRUE, TRUE, nullptr));
@@ -179,7 +179,7 @@ struct control_case {
 
 class Control : public testing::TestWithParam<control_case> {};
 
-TEST_P(Control, IsRefusedWithoutHarm) {
+TEST_P(Control, is_refused_without_harm) {
     const ov::win::unique_file device(CreateFileW(ORV_DEVICE_PATH, GENERIC_READ, FILE_SHARE_READ, nullptr,
                                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     ASSERT_TRUE(device);
@@ -196,7 +196,7 @@ INSTANTIATE_TEST_SUITE_P(Requests, Control,
                                          control_case{ORV_IOCTL_SERVE, 23, ERROR_INSUFFICIENT_BUFFER},
                                          control_case{ORV_IOCTL_OPEN + 0x100, 24, ERROR_INVALID_FUNCTION}));
 
-TEST(Control, SecondOpenRequestOnOneHandle_IsRefused) {
+TEST(Control, second_open_request_on_one_handle_is_refused) {
     const ov::win::unique_file device(CreateFileW(ORV_DEVICE_PATH, GENERIC_READ, FILE_SHARE_READ, nullptr,
                                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     ASSERT_TRUE(device);

@@ -45,7 +45,7 @@ class Slots : public testing::Test {
     std::optional<scripted_service> service;
 };
 
-TEST_F(Slots, AfterAnExchange_SlotHoldsWhatTheClientLeaves) {
+TEST_F(Slots, after_an_exchange_slot_holds_what_the_client_leaves) {
     service->set_answer([](const scripted_request&) { return std::string(2048, 'x'); });
     client_port port;
     ASSERT_TRUE(ask(port, "x").ok);
@@ -60,7 +60,7 @@ TEST_F(Slots, AfterAnExchange_SlotHoldsWhatTheClientLeaves) {
                             [](volatile std::uint8_t& byte) { return byte == 0; }));
 }
 
-TEST_F(Slots, AfterATimeOut_SlotStaysOwnedAndAbandoned) {
+TEST_F(Slots, after_a_time_out_slot_stays_owned_and_abandoned) {
     client_port port(short_timeout_ms);
     EXPECT_FALSE(ask(port, "x").ok);
     EXPECT_EQ(slot(0).abandoned, 1u);
@@ -70,7 +70,7 @@ TEST_F(Slots, AfterATimeOut_SlotStaysOwnedAndAbandoned) {
     EXPECT_EQ(slot(0).owner, GetCurrentProcessId());
 }
 
-TEST_F(Slots, AbandonedSlotThatIsAnsweredLate_IsFreed) {
+TEST_F(Slots, abandoned_slot_that_is_answered_late_is_freed) {
     service->set_answer([](const scripted_request&) {
         scripted_reply reply("too late");
         reply.delay_ms = 250;
@@ -82,7 +82,7 @@ TEST_F(Slots, AbandonedSlotThatIsAnsweredLate_IsFreed) {
     EXPECT_EQ(slot(0).abandoned, 0u);
 }
 
-TEST_F(Slots, OneWayRequest_IsServedAndItsSlotFreed) {
+TEST_F(Slots, one_way_request_is_served_and_its_slot_freed) {
     service->set_answer([](const scripted_request&) { return "to nobody"; });
     client_port port;
     std::uint32_t reply_bytes = 0;
@@ -92,7 +92,7 @@ TEST_F(Slots, OneWayRequest_IsServedAndItsSlotFreed) {
     EXPECT_TRUE(eventually([this] { return slot(0).owner == 0; }));
 }
 
-TEST_F(Slots, AllBusy_TheNextRequestFailsAtOnce) {
+TEST_F(Slots, all_busy_the_next_request_fails_at_once) {
     client_port port(short_timeout_ms);
     for (std::uint32_t i = 0; i < service->side().slot_count(); ++i) {
         ASSERT_NE(port.acquire_slot(request_with("kept")), nullptr);
@@ -104,7 +104,7 @@ TEST_F(Slots, AllBusy_TheNextRequestFailsAtOnce) {
     EXPECT_FALSE(port.transact(request_with("one too many"), nullptr, reply_bytes));
 }
 
-TEST_F(Slots, PortClosedWithSlotsHeld_DriverFreesThem) {
+TEST_F(Slots, port_closed_with_slots_held_driver_frees_them) {
     {
         client_port port(short_timeout_ms);
         for (int i = 0; i < 5; ++i) {
@@ -118,7 +118,7 @@ TEST_F(Slots, PortClosedWithSlotsHeld_DriverFreesThem) {
     EXPECT_TRUE(eventually([this] { return owned_slots(service->side()) == 0; }));
 }
 
-TEST_F(Slots, GivenUpAndAbandoned_IsFreed) {
+TEST_F(Slots, given_up_and_abandoned_is_freed) {
     service.reset();
     service_side side;
     ASSERT_EQ(side.open(5000), ERROR_SUCCESS);
@@ -133,12 +133,12 @@ TEST_F(Slots, GivenUpAndAbandoned_IsFreed) {
     EXPECT_TRUE(eventually([&] { return side.slot(taken->slot).owner == 0; }));
 }
 
-TEST_F(Slots, OwnerThatIsNoClient_IsFreed) {
+TEST_F(Slots, owner_that_is_no_client_is_freed) {
     slot(7).owner = 0xDEADBEEF;
     EXPECT_TRUE(eventually([this] { return slot(7).owner == 0; }));
 }
 
-TEST_F(Slots, PostedSlotThatIsNoRequest_IsPassedOver) {
+TEST_F(Slots, posted_slot_that_is_no_request_is_passed_over) {
     service->set_answer([](const scripted_request&) { return "fine"; });
     client_port port;
     ASSERT_TRUE(port.connect());
@@ -152,14 +152,14 @@ TEST_F(Slots, PostedSlotThatIsNoRequest_IsPassedOver) {
     slot(0).abandoned = 1;
 }
 
-TEST_F(Slots, SizeWordZero_OffersTheFirstSlot) {
+TEST_F(Slots, size_word_zero_offers_the_first_slot) {
     service->set_answer([](const scripted_request&) { return "fine"; });
     service->set_section_bytes(0);
     client_port port;
     EXPECT_EQ(ask(port, "x").reply, "fine");
 }
 
-TEST_F(Slots, SizeWordBelow12288_OffersOnlyTheFirstSlot) {
+TEST_F(Slots, size_word_below_12288_offers_only_the_first_slot) {
     client_port port(short_timeout_ms);
     for (const std::uint32_t size : {0u, 4096u, 8192u, 12287u}) {
         service->set_section_bytes(size);
@@ -173,7 +173,7 @@ TEST_F(Slots, SizeWordBelow12288_OffersOnlyTheFirstSlot) {
     EXPECT_EQ(port.acquire_slot(request_with("x")), nullptr);
 }
 
-TEST_F(Slots, HostileSizeWord_IsHeldToTheMapping) {
+TEST_F(Slots, hostile_size_word_is_held_to_the_mapping) {
     client_port port(short_timeout_ms);
     service->set_section_bytes(0xFFFFFFFF);
     for (std::uint32_t i = 0; i < service->side().slot_count(); ++i) {
@@ -182,7 +182,7 @@ TEST_F(Slots, HostileSizeWord_IsHeldToTheMapping) {
     EXPECT_EQ(port.acquire_slot(request_with("one too many")), nullptr);
 }
 
-TEST_F(Slots, NewServiceSide_FindsTheTrueSizeAgain) {
+TEST_F(Slots, new_service_side_finds_the_true_size_again) {
     service->set_section_bytes(0);
     service.reset();
     service.emplace(silence);

@@ -75,7 +75,7 @@ class counted_waits {
 
 class Waiting : public testing::TestWithParam<LONGLONG> {};
 
-TEST_P(Waiting, ServiceThatTakesItsTime_IsHeardInTheEnd) {
+TEST_P(Waiting, service_that_takes_its_time_is_heard_in_the_end) {
     const LONGLONG work_us = GetParam();
     scripted_service service([work_us](const scripted_request& request) {
         work_for(work_us);
@@ -96,7 +96,7 @@ INSTANTIATE_TEST_SUITE_P(Microseconds, Waiting, testing::Values(0, 100, 500, 100
 
 // The pauses let the service fall asleep, as it is when a person clicks: one that is awake may answer while
 // it is being signalled.
-TEST(Wait, ServiceThatAnswersAtOnce_IsHeardWithoutANap) {
+TEST(Wait, service_that_answers_at_once_is_heard_without_a_nap) {
     constexpr int exchanges = 40;
     scripted_service service([](const scripted_request&) { return "at once"; });
     client_port port;
@@ -110,7 +110,7 @@ TEST(Wait, ServiceThatAnswersAtOnce_IsHeardWithoutANap) {
     EXPECT_LT(waits.naps, exchanges / 4);
 }
 
-TEST(Wait, ServiceThatIsSilent_CostsNoProcessor) {
+TEST(Wait, service_that_is_silent_costs_no_processor) {
     constexpr DWORD wait_ms = 2000;
     scripted_service service([](const scripted_request&) -> std::optional<scripted_reply> { return {}; });
     client_port port(wait_ms);
@@ -125,7 +125,7 @@ TEST(Wait, ServiceThatIsSilent_CostsNoProcessor) {
 }
 
 // What was spent may not grow with the number of those who wait.
-TEST(Wait, ClientsOfAServiceThatIsSilent_CostNoProcessorTogether) {
+TEST(Wait, clients_of_a_service_that_is_silent_cost_no_processor_together) {
     constexpr DWORD wait_ms = 2000;
     constexpr int clients = 4;
     scripted_service service([](const scripted_request&) -> std::optional<scripted_reply> { return {}; });

@@ -127,7 +127,7 @@ bool nests_deeply(const std::string& text) {
     return text.find(std::string(200, '[')) != std::string::npos;
 }
 
-TEST_F(ReplyFuzz, outcome_isTheLibrarysReading) {
+TEST_F(ReplyFuzz, outcome_is_the_librarys_reading) {
     for_each_text(1, replies, [](const std::string& text) {
         const bool ok =
             without_throwing([&] { return read_outcome(reply::parse(text.data(), text.size())) == S_OK; });
@@ -141,7 +141,7 @@ TEST_F(ReplyFuzz, outcome_isTheLibrarysReading) {
     });
 }
 
-TEST_F(ReplyFuzz, folderStatus_isTheLibrarysReading) {
+TEST_F(ReplyFuzz, folder_status_is_the_librarys_reading) {
     for_each_text(2, replies, [](const std::string& text) {
         bool is_protected = false;
         bool restricted = false;
@@ -159,7 +159,7 @@ TEST_F(ReplyFuzz, folderStatus_isTheLibrarysReading) {
     });
 }
 
-TEST_F(ReplyFuzz, filePath_isTheLibrarysReading) {
+TEST_F(ReplyFuzz, file_path_is_the_librarys_reading) {
     for_each_text(3, replies, [](const std::string& text) {
         const std::optional<std::wstring> path =
             without_throwing([&] { return read_file_path(reply::parse(text.data(), text.size())); });
@@ -176,7 +176,7 @@ TEST_F(ReplyFuzz, filePath_isTheLibrarysReading) {
     });
 }
 
-TEST_F(ReplyFuzz, numbers_areReadWholeOrNotAtAll) {
+TEST_F(ReplyFuzz, numbers_are_read_whole_or_not_at_all) {
     for_each_text(4, replies, [](const std::string& text) {
         std::int64_t createdOn = 11;
         std::int64_t sequenceNumber = 22;
@@ -197,7 +197,7 @@ TEST_F(ReplyFuzz, numbers_areReadWholeOrNotAtAll) {
     });
 }
 
-TEST_F(ReplyFuzz, refusal_isTheLibrarysReading) {
+TEST_F(ReplyFuzz, refusal_is_the_librarys_reading) {
     for_each_text(5, replies, [](const std::string& text) {
         const bool refused =
             without_throwing([&] { return read_restore_refused(reply::parse(text.data(), text.size())); });
@@ -210,7 +210,7 @@ TEST_F(ReplyFuzz, refusal_isTheLibrarysReading) {
     });
 }
 
-TEST_F(ReplyFuzz, restoreFolders_areTheLibrarysReading) {
+TEST_F(ReplyFuzz, restore_folders_are_the_librarys_reading) {
     for_each_text(6, files, [](const std::string& text) {
         const auto folders = without_throwing([&] { return read_restore_folders(text); });
         if (!nests_deeply(text)) {

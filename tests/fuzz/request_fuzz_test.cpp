@@ -15,7 +15,7 @@ using namespace ov::service;  // the functions under test
 using ov::json;
 using ov::test::mutator;
 
-TEST(RequestFuzz, anyPath_becomesARequestThatReadsBack) {
+TEST(RequestFuzz, any_path_becomes_a_request_that_reads_back) {
     mutator choices(10, {"x"}, {"x"});
     for (int round = 0; round != 20000; ++round) {
         std::wstring path(choices.below(40), L'\0');
@@ -34,7 +34,7 @@ TEST(RequestFuzz, anyPath_becomesARequestThatReadsBack) {
     }
 }
 
-TEST(RequestFuzz, anyRecord_isRefusedOrCanBeSent) {
+TEST(RequestFuzz, any_record_is_refused_or_can_be_sent) {
     mutator records(11, {R"({"fileName":"C:\\f","cloneFileName":"c\u00e9","type":3,"more":[1,{"a":null}]})"},
                     {"\"", "\\ud83d\\ude00", "\\ud800", "\xC3\xA9", "\xFF", "1e999", "-0.0",
                      "18446744073709551615", std::string(300, '['), "null", "{}"});

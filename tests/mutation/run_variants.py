@@ -21,21 +21,21 @@ TEST_LIMIT_S = 120
 
 # The quick tests of each folder, nearest first; a variant that they miss meets the programs of the whole product too.
 NEAREST = {
-    "module": ["module_frame_tests", "registration_test", "module_registration_test"],
-    "module/registration": ["registration_test", "module_registration_test"],
+    "module": ["module_frame_tests", "registration_tests", "module_registration_tests"],
+    "module/registration": ["registration_tests", "module_registration_tests"],
     "shell": ["shell_tests", "module_menus_tests"],
     "namespace": ["namespace_unit_tests", "namespace_module_tests"],
-    "service": ["service_test", "service_calls_test", "service_no_memory_test", "service_driver_absent_test"],
-    "ovufc": ["json_test", "service_test"],
-    "ovufc/cert": ["ovufc_signer_check_test"],
+    "service": ["service_tests", "service_calls_tests", "service_no_memory_tests", "service_driver_absent_tests"],
+    "ovufc": ["json_tests", "service_tests"],
+    "ovufc/cert": ["ovufc_signer_check_tests"],
     "ovufc/com": ["namespace_unit_tests", "shell_tests", "module_frame_tests"],
-    "ovufc/i18n": ["ovufc_language_choice_test", "ovufc_rosetta_stone_test"],
-    "ovufc/ipc/drvport": ["drvport_test", "driver_port_test"],
-    "ovufc/time": ["ovufc_time_test"],
-    "ovufc/win": ["ovufc_win_test"],
+    "ovufc/i18n": ["ovufc_language_choice_tests", "ovufc_rosetta_stone_tests"],
+    "ovufc/ipc/drvport": ["drvport_tests", "driver_port_tests"],
+    "ovufc/time": ["ovufc_time_tests"],
+    "ovufc/win": ["ovufc_win_tests"],
 }
-WHOLE = ["drvport_test", "json_test", "service_test", "shell_tests", "namespace_unit_tests",
-         "registration_test", "namespace_module_tests", "module_menus_tests", "service_calls_test", "driver_port_test"]
+WHOLE = ["drvport_tests", "json_tests", "service_tests", "shell_tests", "namespace_unit_tests",
+         "registration_tests", "namespace_module_tests", "module_menus_tests", "service_calls_tests", "driver_port_tests"]
 
 
 def programs_for(path):

@@ -65,7 +65,7 @@ int play_crowd(const std::wstring& tag, unsigned threads, unsigned calls) {
 
 namespace {
 
-TEST(Clients, Crowd_getsItsOwnRepliesWhileOthersAreKilled) {
+TEST(Clients, crowd_gets_its_own_replies_while_others_are_killed) {
     const unsigned processes = effort(4, 16);
     const unsigned threads = effort(3, 4);
     const unsigned calls = effort(25, 100'000 / (16 * 4));

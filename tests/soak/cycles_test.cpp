@@ -67,7 +67,7 @@ void open_folder(const shipped_module& module) {
     }
 }
 
-TEST_F(Cycles, RightClicks_costNothingInTheEnd) {
+TEST_F(Cycles, right_clicks_cost_nothing_in_the_end) {
     const shipped_module module;
     expect_nothing_grows(effort(100, 10'000), [&] {
         click(module, selection_.Get());
@@ -75,12 +75,12 @@ TEST_F(Cycles, RightClicks_costNothingInTheEnd) {
     });
 }
 
-TEST_F(Cycles, FoldersOpenedAndClosed_costNothingInTheEnd) {
+TEST_F(Cycles, folders_opened_and_closed_cost_nothing_in_the_end) {
     const shipped_module module;
     expect_nothing_grows(effort(50, 10'000), [&] { open_folder(module); });
 }
 
-TEST_F(Cycles, LoadsWithAFailureInside_costNothingInTheEnd) {
+TEST_F(Cycles, loads_with_a_failure_inside_cost_nothing_in_the_end) {
     service_.set_answer([](const auto&) { return "no JSON"; });
     expect_nothing_grows(effort(30, 5'000), [&] {
         const shipped_module module;

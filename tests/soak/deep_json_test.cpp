@@ -51,7 +51,7 @@ class DeepJson : public testing::TestWithParam<deep_text> {
     }
 };
 
-TEST_P(DeepJson, Reply_isRefused) {
+TEST_P(DeepJson, reply_is_refused) {
     EXPECT_EQ(taken([](const std::string& text) {
                   const std::string whole = R"({"statusCode":0,"data":)" + text + "}";
                   const auto answer = ov::service::reply::parse(whole.data(), whole.size());
@@ -61,14 +61,14 @@ TEST_P(DeepJson, Reply_isRefused) {
               0U);
 }
 
-TEST_P(DeepJson, FolderList_isRefused) {
+TEST_P(DeepJson, folder_list_is_refused) {
     EXPECT_EQ(taken([](const std::string& text) {
                   return !ov::service::read_restore_folders(R"({"restoreFolders":)" + text + "}").empty();
               }),
               0U);
 }
 
-TEST_P(DeepJson, LocationsDocument_isRefused) {
+TEST_P(DeepJson, locations_document_is_refused) {
     EXPECT_EQ(taken([](const std::string& text) {
                   const auto document = ov::name_space::read_location_document(
                       R"({"hardDrive":{"folders":["D:\\x"]},"google":)" + text + "}");
@@ -77,7 +77,7 @@ TEST_P(DeepJson, LocationsDocument_isRefused) {
               0U);
 }
 
-TEST_P(DeepJson, ChronelIdentifier_raisesTheParseError) {
+TEST_P(DeepJson, chronel_identifier_raises_the_parse_error) {
     EXPECT_EQ(taken([](const std::string& text) {
                   try {
                       ov::service::restore_file_chronel(L"C:\\x", R"({"fileName":)" + text + "}");

@@ -15,6 +15,7 @@
 #include "namespace/locations/location_document.h"
 #include "ovufc/com/adopt.h"
 #include "ovufc/exception.h"
+#include "ovufc/noncopyable.h"
 #include "ovufc/time/datetime.h"
 #include "service/reply.h"
 #include "service/reply_readers.h"
@@ -33,13 +34,11 @@ using ov::test::on_threads;
 constexpr unsigned threads = 8;
 
 // Room for 64 KiB that ends at a page which nobody may touch: a reader that goes beyond ends the program.
-class page_end {
+class page_end : private ov::noncopyable {
   public:
     page_end() : base_(static_cast<char*>(VirtualAlloc(nullptr, room + page, MEM_RESERVE, PAGE_NOACCESS))) {
         VirtualAlloc(base_, room, MEM_COMMIT, PAGE_READWRITE);
     }
-    page_end(const page_end&) = delete;
-    page_end& operator=(const page_end&) = delete;
     ~page_end() { VirtualFree(base_, 0, MEM_RELEASE); }
 
     char* place(const void* bytes, std::size_t size) noexcept {
@@ -104,7 +103,7 @@ unsigned ask_about(orvNameSpace& folder, PCUITEMID_CHILD entry) {
     return right ? 0 : 1;
 }
 
-TEST(Mutations, ItemIds_areAnsweredByWhatTheyHold) {
+TEST(Mutations, item_ids_are_answered_by_what_they_hold) {
     const auto folder = ov::com::adopt(ov::com::make_object<orvNameSpace>());
     const unsigned rounds = effort(5'000, 1'000'000) / threads;
     EXPECT_EQ(on_threads(threads, 0,
@@ -144,7 +143,7 @@ unsigned read_broken(const std::vector<std::string>& texts, Read read) {
     });
 }
 
-TEST(Mutations, Documents_areReadAsFarAsTheyGo) {
+TEST(Mutations, documents_are_read_as_far_as_they_go) {
     EXPECT_EQ(
         read_broken(
             {R"({"hardDrive":{"folders":["C:\\a","C:\\Users\\[^\\\\]*\\Music\\"]},"mgmtCustom":["m"],"oneDrive":[1],)"
@@ -156,7 +155,7 @@ TEST(Mutations, Documents_areReadAsFarAsTheyGo) {
         0U);
 }
 
-TEST(Mutations, Replies_areReadAsFarAsTheyGo) {
+TEST(Mutations, replies_are_read_as_far_as_they_go) {
     EXPECT_EQ(read_broken({R"({"statusCode":0,"data":{"protectedFolder":true,"uiLevel":"restricted"}})",
                            R"({"statusCode":-2,"data":{"lastTimestamp":132592587670000000}})"},
                           [](std::string_view text) {
@@ -171,7 +170,7 @@ TEST(Mutations, Replies_areReadAsFarAsTheyGo) {
               0U);
 }
 
-TEST(Mutations, DateTexts_areRefusedOrReadTheSameAgain) {
+TEST(Mutations, date_texts_are_refused_or_read_the_same_again) {
     EXPECT_EQ(read_broken({"2021-03-04T05:06:07.5+02:00", "2021-03-04 05:06:07Z",
                            "Thu, 04 Mar 2021 05:06:07 GMT", "3/4/2021 5:06:07 PM"},
                           [](std::string_view text) {

@@ -50,7 +50,7 @@ class CommandLine : public testing::Test {
     known_service service_;
 };
 
-TEST_F(CommandLine, Menu_IsPrintedAsATree) {
+TEST_F(CommandLine, menu_is_printed_as_a_tree) {
     const outcome result = run(L"menu " + projects());
     EXPECT_EQ(result.exit_code, 0U);
     EXPECT_THAT(result.lines,
@@ -61,11 +61,11 @@ TEST_F(CommandLine, Menu_IsPrintedAsATree) {
                                   "      .2. Export deleted files +enabled, help \"Export deleted files\"")));
 }
 
-TEST_F(CommandLine, ExtendedMenu_IsEmpty) {
+TEST_F(CommandLine, extended_menu_is_empty) {
     EXPECT_THAT(run(L"menu --extended " + projects()).lines, Contains("  (no items)"));
 }
 
-TEST_F(CommandLine, TrackedFile_HasItsOwnItemAndItIsSaidThatTheMarkIsAnswered) {
+TEST_F(CommandLine, tracked_file_has_its_own_item_and_it_is_said_that_the_mark_is_answered) {
     const temp_folder folder;
     const std::wstring file = L"\"" + folder.make_file(L"report.docx", "text") + L"\"";
     EXPECT_THAT(run(L"menu " + file).lines, Contains("  (no items)"));
@@ -77,21 +77,21 @@ TEST_F(CommandLine, TrackedFile_HasItsOwnItemAndItIsSaidThatTheMarkIsAnswered) {
                 Contains("  handler Orvane Vaultkeep: returned 0x00000005"));
 }
 
-TEST_F(CommandLine, Invoke_RunsTheCommandNamedByItsText) {
+TEST_F(CommandLine, invoke_runs_the_command_named_by_its_text) {
     const outcome result = run(L"menu " + projects() + L" --invoke \"export DELETED files\"");
     EXPECT_EQ(result.exit_code, 0U);
     EXPECT_EQ(result.lines.back(), "[2] Export deleted files: returned 0x00000000");
 }
 
-TEST_F(CommandLine, UnknownCommand_EndsWithItsOwnCode) {
+TEST_F(CommandLine, unknown_command_ends_with_its_own_code) {
     EXPECT_EQ(run(L"menu " + projects() + L" --invoke nonsense").exit_code, 3U);
 }
 
-TEST_F(CommandLine, MissingFile_IsAFailure) {
+TEST_F(CommandLine, missing_file_is_a_failure) {
     EXPECT_EQ(run(L"menu C:\\no\\such\\file").exit_code, 1U);
 }
 
-TEST_F(CommandLine, WrongWords_AreAUsageError) {
+TEST_F(CommandLine, wrong_words_are_a_usage_error) {
     for (const wchar_t* words :
          {L"menu", L"menu x --nonsense", L"verbs", L"verbs --restore --addons", L"nonsense", L"list more",
           L"--close-after never", L"dialog", L"dialog 5 x", L"dialog 47 x", L"dialog 17 x --list y",
@@ -100,7 +100,7 @@ TEST_F(CommandLine, WrongWords_AreAUsageError) {
     }
 }
 
-TEST_F(CommandLine, List_PrintsTheItemsBelowTheirHeadingsInOrder) {
+TEST_F(CommandLine, list_prints_the_items_below_their_headings_in_order) {
     const outcome result = run(L"list");
     EXPECT_EQ(result.exit_code, 0U);
     std::vector<std::string> headings;
@@ -115,7 +115,7 @@ TEST_F(CommandLine, List_PrintsTheItemsBelowTheirHeadingsInOrder) {
     EXPECT_THAT(result.lines, Contains("      attributes    0xF0800008"));
 }
 
-TEST_F(CommandLine, DeclinedConsent_SendsNothing) {
+TEST_F(CommandLine, declined_consent_sends_nothing) {
     const outcome result = run(L"verbs --restore --no-consent");
     EXPECT_EQ(result.exit_code, 0U);
     EXPECT_THAT(result.lines,
@@ -134,7 +134,7 @@ HWND wait_for_dialog() {
     return nullptr;
 }
 
-TEST_F(CommandLine, Dialog_IsShownAndItsAnswerPrinted) {
+TEST_F(CommandLine, dialog_is_shown_and_its_answer_printed) {
     const temp_folder folder;
     const std::wstring list =
         folder.make_file(L"list.json", R"([{"cloneFileName":"C:\\clone","fileName":"a","type":"b"}])");
@@ -152,11 +152,11 @@ TEST_F(CommandLine, Dialog_IsShownAndItsAnswerPrinted) {
     }
 }
 
-TEST_F(CommandLine, DialogLibraryThatIsMissing_IsAFailure) {
+TEST_F(CommandLine, dialog_library_that_is_missing_is_a_failure) {
     EXPECT_EQ(run(L"dialog 17 C:\\x --library C:\\no\\such.dll").exit_code, 1U);
 }
 
-TEST_F(CommandLine, ModuleByPath_NeedsNoRegistration) {
+TEST_F(CommandLine, module_by_path_needs_no_registration) {
     ASSERT_EQ(shipped_module().unregister_server(), S_OK);
     const std::wstring module = L" --module \"" + program_directory() + L"orvshellext.dll\"";
     EXPECT_THAT(run(L"menu " + projects() + module).lines,

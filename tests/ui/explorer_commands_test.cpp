@@ -8,7 +8,7 @@ using testing::Not;
 
 class ExplorerCommands : public explorer_fixture {};
 
-TEST_F(ExplorerCommands, DoubleClickOnOneClickRestore_AsksTwiceAndThenRestores) {
+TEST_F(ExplorerCommands, double_click_on_one_click_restore_asks_twice_and_then_restores) {
     window_->tell({"double-click One Click Restore"});
     const auto first = dialog();
     ASSERT_FALSE(first.empty());
@@ -26,7 +26,7 @@ TEST_F(ExplorerCommands, DoubleClickOnOneClickRestore_AsksTwiceAndThenRestores) 
     EXPECT_THAT(service_.calls(), Contains(call_restore));
 }
 
-TEST_F(ExplorerCommands, CancelAtTheFirstQuestion_SendsNothingMore) {
+TEST_F(ExplorerCommands, cancel_at_the_first_question_sends_nothing_more) {
     window_->tell({"double-click One Click Restore"});
     (void)dialog();
     service_.forget_calls();
@@ -35,7 +35,7 @@ TEST_F(ExplorerCommands, CancelAtTheFirstQuestion_SendsNothingMore) {
     EXPECT_TRUE(service_.calls().empty());
 }
 
-TEST_F(ExplorerCommands, DoubleClickOnAddons_Asks) {
+TEST_F(ExplorerCommands, double_click_on_addons_asks) {
     window_->tell({"double-click Addons"});
     EXPECT_EQ(line_with(dialog(), "dialog"), "dialog Orvane Vaultkeep");
     take_screenshot(L"ui-addons");
@@ -43,7 +43,7 @@ TEST_F(ExplorerCommands, DoubleClickOnAddons_Asks) {
     EXPECT_TRUE(window_->ask("dialogs").empty());
 }
 
-TEST_F(ExplorerCommands, RightClickOnACommand_OffersNothing) {
+TEST_F(ExplorerCommands, right_click_on_a_command_offers_nothing) {
     window_->tell({"right-click Addons", "wait-empty-menu"});
     EXPECT_TRUE(window_->ask("menus").empty());
     // What would open a menu does: the click was not lost.

@@ -9,7 +9,7 @@ using testing::Not;
 
 class ExplorerMenus : public explorer_fixture {};
 
-TEST_F(ExplorerMenus, RightClickOnALocation_ShowsTheSubmenu) {
+TEST_F(ExplorerMenus, right_click_on_a_location_shows_the_submenu) {
     const auto menu = menu_of("Projects");
     EXPECT_THAT(line_with(menu, "Open"), HasSubstr("default"));
     EXPECT_THAT(line_with(menu, "Orvane"), HasSubstr("submenu, bitmap"));
@@ -22,7 +22,7 @@ TEST_F(ExplorerMenus, RightClickOnALocation_ShowsTheSubmenu) {
     window_->tell({"key escape", "key escape"});
 }
 
-TEST_F(ExplorerMenus, RightClickInsideALocation_ShowsTheSubmenuBesideTheSystemsCommands) {
+TEST_F(ExplorerMenus, right_click_inside_a_location_shows_the_submenu_beside_the_systems_commands) {
     window_->tell({"double-click Projects", "wait"});
     const auto menu = menu_of("drawings");
     EXPECT_THAT(line_with(menu, "Orvane"), HasSubstr("submenu, bitmap"));
@@ -31,7 +31,7 @@ TEST_F(ExplorerMenus, RightClickInsideALocation_ShowsTheSubmenuBesideTheSystemsC
     window_->tell({"key escape"});
 }
 
-TEST_F(ExplorerMenus, RightClickOnAnUntrackedFile_ShowsTheSystemsCommandsOnly) {
+TEST_F(ExplorerMenus, right_click_on_an_untracked_file_shows_the_systems_commands_only) {
     window_->tell({"double-click Projects", "wait"});
     const auto menu = menu_of("plan.txt");
     EXPECT_NE(line_with(menu, "Properties"), "");
@@ -39,7 +39,7 @@ TEST_F(ExplorerMenus, RightClickOnAnUntrackedFile_ShowsTheSystemsCommandsOnly) {
     window_->tell({"key escape"});
 }
 
-TEST_F(ExplorerMenus, ClickOnProtectionSettings_OpensTheDialog) {
+TEST_F(ExplorerMenus, click_on_protection_settings_opens_the_dialog) {
     (void)menu_of("Projects");
     window_->tell({"click-menu Orvane"});
     Sleep(500);
@@ -51,7 +51,7 @@ TEST_F(ExplorerMenus, ClickOnProtectionSettings_OpensTheDialog) {
     EXPECT_TRUE(service_.calls().empty());
 }
 
-TEST_F(ExplorerMenus, Open_GoesThereInTheSameWindow) {
+TEST_F(ExplorerMenus, open_goes_there_in_the_same_window) {
     (void)menu_of("Projects");
     window_->tell({"key o", "wait"});
     EXPECT_THAT(window_->ask_line("title"), HasSubstr("Projects"));

@@ -9,11 +9,11 @@ using testing::StartsWith;
 
 class ExplorerView : public explorer_fixture {};
 
-TEST_F(ExplorerView, NavigationPane_ShowsTheFolder) {
+TEST_F(ExplorerView, navigation_pane_shows_the_folder) {
     EXPECT_THAT(window_->ask("tree"), Contains(testing::MatchesRegex(" *Orvane.*")));
 }
 
-TEST_F(ExplorerView, View_ShowsTheDocumentsItemsInOrder) {
+TEST_F(ExplorerView, view_shows_the_documents_items_in_order) {
     window_->tell({"mode details", "wait"});
     EXPECT_THAT(window_->ask("view"),
                 ElementsAre(StartsWith("Projects | "), StartsWith("Managed | "), StartsWith("Cloud | "),
@@ -22,20 +22,20 @@ TEST_F(ExplorerView, View_ShowsTheDocumentsItemsInOrder) {
     take_screenshot(L"ui-details");
 }
 
-TEST_F(ExplorerView, IconMode_ShowsTheSameItems) {
+TEST_F(ExplorerView, icon_mode_shows_the_same_items) {
     window_->tell({"mode icons", "wait"});
     EXPECT_EQ(window_->ask("view").size(), 5U);
     take_screenshot(L"ui-icons");
 }
 
-TEST_F(ExplorerView, DoubleClickOnALocation_ShowsTheRealFolder) {
+TEST_F(ExplorerView, double_click_on_a_location_shows_the_real_folder) {
     window_->tell({"double-click Projects", "wait"});
     EXPECT_THAT(window_->ask_line("title"), StartsWith("Projects"));
     EXPECT_THAT(window_->ask("view"), ElementsAre(StartsWith("drawings"), StartsWith("plan.txt")));
     take_screenshot(L"ui-location");
 }
 
-TEST_F(ExplorerView, NodeBelowTheFolder_LeadsToTheLocation) {
+TEST_F(ExplorerView, node_below_the_folder_leads_to_the_location) {
     window_->tell({"expand Orvane", "wait"});
     const auto tree = window_->ask("tree");
     EXPECT_THAT(tree, Contains("    Projects"));
@@ -45,7 +45,7 @@ TEST_F(ExplorerView, NodeBelowTheFolder_LeadsToTheLocation) {
     take_screenshot(L"ui-tree");
 }
 
-TEST_F(ExplorerView, ClickOnTheFoldersNode_LeadsBackToIt) {
+TEST_F(ExplorerView, click_on_the_folders_node_leads_back_to_it) {
     window_->tell({"browse C:\\windows", "wait"});
     EXPECT_THAT(window_->ask_line("title"), StartsWith("windows"));
     window_->tell({"click-tree Orvane", "wait"});

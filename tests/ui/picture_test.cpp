@@ -35,7 +35,7 @@ std::string bitmap_file(LONG width, LONG height, const std::vector<std::uint32_t
     return content;
 }
 
-TEST(Picture, Black_HasOneColourAndNoLight) {
+TEST(Picture, black_has_one_colour_and_no_light) {
     const temp_file file(bitmap_file(8, 4, {0}));
     const auto facts = read_picture(file.path());
     ASSERT_TRUE(facts);
@@ -45,7 +45,7 @@ TEST(Picture, Black_HasOneColourAndNoLight) {
     EXPECT_EQ(facts->lit_pixels, 0U);
 }
 
-TEST(Picture, Colours_AreCounted) {
+TEST(Picture, colours_are_counted) {
     const temp_file file(bitmap_file(8, 4, {0, 0xFF0000, 0x00FF00, 0x0000FF}));
     const auto facts = read_picture(file.path());
     ASSERT_TRUE(facts);
@@ -53,7 +53,7 @@ TEST(Picture, Colours_AreCounted) {
     EXPECT_EQ(facts->lit_pixels, 24U);
 }
 
-TEST(Picture, MissingCutOrOtherFile_IsNone) {
+TEST(Picture, missing_cut_or_other_file_is_none) {
     EXPECT_FALSE(read_picture(L"C:\\no\\such\\picture.png"));
     const temp_file text("not a picture");
     EXPECT_FALSE(read_picture(text.path()));

@@ -6,9 +6,9 @@
 #include "ovufc/com/adopt.h"
 #include "ovufc/com/com_object.h"
 #include "ovufc/com/guard.h"
+#include "ovufc/com/task_memory.h"
 #include "ovufc/win/ui_handle.h"
 #include "tools/stand_ins/items/interface_ids.h"
-#include "tools/stand_ins/items/task_memory.h"
 #include "tools/stand_ins/system_function.h"
 
 namespace ov::stand_ins {
@@ -53,11 +53,11 @@ class noting_associations final
 };
 
 /// The item "This PC" of the desktop, which every system has.
-unique_child_list any_item(IShellFolder* desktop) noexcept {
+com::unique_child_id any_item(IShellFolder* desktop) noexcept {
     wchar_t name[] = L"::{20D04FE0-3AEA-1069-A2D8-08002B30309D}";
     PIDLIST_RELATIVE item = nullptr;
     (void)desktop->ParseDisplayName(nullptr, nullptr, name, nullptr, &item, nullptr);
-    return unique_child_list(reinterpret_cast<PITEMID_CHILD>(item));
+    return com::unique_child_id(reinterpret_cast<PITEMID_CHILD>(item));
 }
 
 bool is_exported(const wchar_t* dll, const char* name) noexcept {
@@ -108,7 +108,7 @@ bool ignores_classes(decltype(SHCreateDefaultContextMenu)* create) noexcept {
     }
     const auto associations = com::adopt(com::make_object<noting_associations>());
     ComPtr<IShellFolder> desktop;
-    const unique_child_list item =
+    const com::unique_child_id item =
         SUCCEEDED(SHGetDesktopFolder(desktop.GetAddressOf())) ? any_item(desktop.Get()) : nullptr;
     if (associations == nullptr || item == nullptr) {
         return false;  // What cannot be tried stays the system's.

@@ -8,6 +8,7 @@
 #include <atomic>
 
 #include "ovufc/com/guard.h"
+#include "ovufc/noncopyable.h"
 #include "ovufc/win/ui_handle.h"
 #include "tools/wine_window/menu_pictures.h"
 
@@ -24,13 +25,11 @@ constexpr UINT_PTR subclass_id = 0x4D54;
 std::atomic<unsigned> empty_menus_so_far{0};
 
 /// Sets a menu's site for the length of a scope.
-class site_scope {
+class site_scope : private noncopyable {
   public:
     site_scope(IContextMenu* menu, IUnknown* site) noexcept : menu_(menu) {
         (void)IUnknown_SetSite(menu_, site);
     }
-    site_scope(const site_scope&) = delete;
-    site_scope& operator=(const site_scope&) = delete;
     ~site_scope() { (void)IUnknown_SetSite(menu_, nullptr); }
 
   private:

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "ovufc/com/guard.h"
-#include "tools/stand_ins/items/task_memory.h"
+#include "ovufc/com/task_memory.h"
 
 namespace ov::wine_window {
 
@@ -22,14 +22,14 @@ std::string bytes_of(PCUITEMID_CHILD item) {
     return {reinterpret_cast<const char*>(item), ILGetSize(item)};
 }
 
-stand_ins::unique_child_list item_at(IFolderView* view, int index) {
+com::unique_child_id item_at(IFolderView* view, int index) {
     PITEMID_CHILD item = nullptr;
-    return stand_ins::unique_child_list(SUCCEEDED(view->Item(index, &item)) ? item : nullptr);
+    return com::unique_child_id(SUCCEEDED(view->Item(index, &item)) ? item : nullptr);
 }
 
 bool calls_items_equal(IFolderView* view, IShellFolder* folder) {
-    const stand_ins::unique_child_list first = item_at(view, 0);
-    const stand_ins::unique_child_list second = item_at(view, 1);
+    const com::unique_child_id first = item_at(view, 0);
+    const com::unique_child_id second = item_at(view, 1);
     if (first == nullptr || second == nullptr) {
         return false;
     }
@@ -48,7 +48,7 @@ std::map<std::string, int> folder_order(IShellFolder* folder) {
     PITEMID_CHILD item = nullptr;
     ULONG fetched = 0;
     for (int place = 0; enumerator->Next(1, &item, &fetched) == S_OK; ++place) {
-        const stand_ins::unique_child_list owner(item);
+        const com::unique_child_id owner(item);
         places.emplace(bytes_of(item), place);
     }
     return places;
@@ -64,7 +64,7 @@ void sort(IFolderView* view, IShellFolder* folder, HWND list) {
     std::vector<int> places;
     const int count = ListView_GetItemCount(list);
     for (int i = 0; i < count; ++i) {
-        const stand_ins::unique_child_list item = item_at(view, i);
+        const com::unique_child_id item = item_at(view, i);
         const auto found = item != nullptr ? order.find(bytes_of(item.get())) : order.end();
         places.push_back(found != order.end() ? found->second : count);
     }

@@ -6,6 +6,9 @@
 #include <cstddef>
 #include <memory>
 
+#include "ovufc/com/task_memory.h"
+#include "ovufc/noncopyable.h"
+
 namespace ov::dialog {
 
 namespace {
@@ -13,11 +16,9 @@ namespace {
 using Microsoft::WRL::ComPtr;
 
 /// COM for the length of a scope; a host thread that has it already keeps what it has.
-class com_apartment {
+class com_apartment : private noncopyable {
   public:
     com_apartment() noexcept : result_(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {}
-    com_apartment(const com_apartment&) = delete;
-    com_apartment& operator=(const com_apartment&) = delete;
     ~com_apartment() {
         if (SUCCEEDED(result_)) {
             CoUninitialize();
@@ -28,17 +29,12 @@ class com_apartment {
     HRESULT result_;
 };
 
-struct task_memory_deleter {
-    void operator()(void* memory) const noexcept { CoTaskMemFree(memory); }
-};
-using task_string = std::unique_ptr<wchar_t, task_memory_deleter>;
-
 std::wstring path_of(IShellItem& item) {
     wchar_t* path = nullptr;
     if (FAILED(item.GetDisplayName(SIGDN_FILESYSPATH, &path))) {
         return {};
     }
-    const task_string owned(path);
+    const com::unique_task_text owned(path);
     return path;
 }
 

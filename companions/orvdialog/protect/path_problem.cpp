@@ -1,4 +1,5 @@
 #include "companions/orvdialog/protect/path_problem.h"
+#include "ovufc/noncopyable.h"
 
 #include <windows.h>
 
@@ -10,11 +11,9 @@ namespace ov::dialog {
 namespace {
 
 /// No box of the system's about a drive without a disk in it, for the length of a scope.
-class quiet_disks {
+class quiet_disks : private noncopyable {
   public:
     quiet_disks() noexcept { SetThreadErrorMode(SEM_FAILCRITICALERRORS, &former_); }
-    quiet_disks(const quiet_disks&) = delete;
-    quiet_disks& operator=(const quiet_disks&) = delete;
     ~quiet_disks() { SetThreadErrorMode(former_, nullptr); }
 
   private:

@@ -7,6 +7,7 @@
 
 #include "companions/orvdialog/versions/chronel_list_reader.h"
 #include "ovufc/json.h"
+#include "ovufc/win/utf8.h"
 
 namespace ov::dialog {
 
@@ -42,11 +43,7 @@ class counting_iterator {
 };
 
 std::wstring to_wide(std::string_view text) {
-    const int size_bytes = static_cast<int>(text.size());
-    const int length_chars = MultiByteToWideChar(CP_UTF8, 0, text.data(), size_bytes, nullptr, 0);
-    std::wstring wide(static_cast<std::size_t>(std::max(length_chars, 0)), L'\0');
-    MultiByteToWideChar(CP_UTF8, 0, text.data(), size_bytes, wide.data(), length_chars);
-    return wide;
+    return win::from_utf8(text).value_or(std::wstring());
 }
 
 std::wstring in_words(const json& record, const char* name) {

@@ -3,18 +3,17 @@
 #include <algorithm>
 
 #include "companions/orvdialog/window/display.h"
+#include "ovufc/noncopyable.h"
 
 namespace ov::dialog {
 
 namespace {
 
 /// The screen with a font selected into it.
-class measuring_dc {
+class measuring_dc : private noncopyable {
   public:
     explicit measuring_dc(HFONT font) noexcept
         : screen_(GetDC(nullptr)), former_(SelectObject(screen_.get(), font)) {}
-    measuring_dc(const measuring_dc&) = delete;
-    measuring_dc& operator=(const measuring_dc&) = delete;
     ~measuring_dc() { SelectObject(screen_.get(), former_); }
 
     [[nodiscard]] HDC get() const noexcept { return screen_.get(); }

@@ -17,7 +17,7 @@ std::string narrow(const wchar_t* text) {
     return {wide.begin(), wide.end()};
 }
 
-TEST(ProcessExit, WithThreadsInCallsWaitsAndDialogs_endsAtOnce_andTheModuleTouchesNothing) {
+TEST(ProcessExit, with_threads_in_calls_waits_and_dialogs_ends_at_once_and_the_module_touches_nothing) {
     scripted_service service([](const scripted_request& request) -> std::optional<scripted_reply> {
         if (request.text.find(narrow(busy_host::protected_folder)) != std::string::npos) {
             return R"({"data":{"protectedFolder":true},"statusCode":0})";

@@ -5,7 +5,7 @@
 namespace ov::test {
 namespace {
 
-TEST(Attach, ThreadsOfTheHost_areNotAnnouncedToTheModule) {
+TEST(Attach, threads_of_the_host_are_not_announced_to_the_module) {
     const shipped_module module;
     // Refused by the system for a file with a TLS directory; the module's own call went the same way as this
     // one.

@@ -33,12 +33,12 @@ ULONG count_of(IUnknown* object) {
     return object->Release();
 }
 
-TEST_F(ClassObject, UnknownClass_isNotAvailable_andOutPointerStays) {
+TEST_F(ClassObject, unknown_class_is_not_available_and_out_pointer_stays) {
     EXPECT_EQ(request(CLSID_NULL, IID_IClassFactory, CLASS_E_CLASSNOTAVAILABLE), untouched);
     EXPECT_EQ(module_.can_unload_now(), S_OK);
 }
 
-TEST_F(ClassObject, EachClass_isHandedOutWithOneReference) {
+TEST_F(ClassObject, each_class_is_handed_out_with_one_reference) {
     for (const auto& row : classes_under_test) {
         for (const IID& riid : {IID_IUnknown, IID_IClassFactory}) {
             auto* made = static_cast<IUnknown*>(request(row.id, riid, S_OK));
@@ -49,14 +49,14 @@ TEST_F(ClassObject, EachClass_isHandedOutWithOneReference) {
     EXPECT_EQ(module_.can_unload_now(), S_OK);
 }
 
-TEST_F(ClassObject, OtherInterface_isRefused_andTheClassObjectFreed) {
+TEST_F(ClassObject, other_interface_is_refused_and_the_class_object_freed) {
     for (const auto& row : classes_under_test) {
         EXPECT_EQ(request(row.id, IID_IContextMenu, E_NOINTERFACE), nullptr) << row.name;
         EXPECT_EQ(module_.can_unload_now(), S_OK) << row.name;
     }
 }
 
-TEST_F(ClassObject, NullOutPointer_isRefused) {
+TEST_F(ClassObject, null_out_pointer_is_refused) {
     for (const auto& row : classes_under_test) {
         EXPECT_EQ(module_.get_class_object(row.id, IID_IClassFactory, nullptr), E_POINTER) << row.name;
         EXPECT_EQ(factory_of(row.id)->CreateInstance(nullptr, IID_IUnknown, nullptr), E_POINTER) << row.name;
@@ -64,7 +64,7 @@ TEST_F(ClassObject, NullOutPointer_isRefused) {
     EXPECT_EQ(module_.can_unload_now(), S_OK);
 }
 
-TEST_F(ClassObject, Lock_countsUpAndDown_andNeverBelowZero) {
+TEST_F(ClassObject, lock_counts_up_and_down_and_never_below_zero) {
     const auto factory = factory_of(class_ids::shell_extension);
     EXPECT_EQ(factory->LockServer(FALSE), 0);
     EXPECT_EQ(factory->LockServer(TRUE), 1);
@@ -74,7 +74,7 @@ TEST_F(ClassObject, Lock_countsUpAndDown_andNeverBelowZero) {
     EXPECT_EQ(factory->LockServer(FALSE), 0);
 }
 
-TEST_F(ClassObject, Aggregation_isRefused) {
+TEST_F(ClassObject, aggregation_is_refused) {
     for (const auto& row : classes_under_test) {
         const auto factory = factory_of(row.id);
         void* made = untouched;
@@ -85,7 +85,7 @@ TEST_F(ClassObject, Aggregation_isRefused) {
     }
 }
 
-TEST_F(ClassObject, OtherInstanceInterface_answersOkAndTouchesNothing) {
+TEST_F(ClassObject, other_instance_interface_answers_ok_and_touches_nothing) {
     for (const auto& row : classes_under_test) {
         if (row.id == class_ids::namespace_folder) {
             continue;
@@ -100,7 +100,7 @@ TEST_F(ClassObject, OtherInstanceInterface_answersOkAndTouchesNothing) {
     EXPECT_EQ(module_.can_unload_now(), S_OK);
 }
 
-TEST_F(ClassObject, RestoreAndAddons_makeNothingForShellExtInit) {
+TEST_F(ClassObject, restore_and_addons_make_nothing_for_shell_ext_init) {
     for (const CLSID& id : {class_ids::one_click_restore, class_ids::addons}) {
         void* made = untouched;
         EXPECT_EQ(factory_of(id)->CreateInstance(nullptr, IID_IShellExtInit, &made), S_OK);
@@ -108,7 +108,7 @@ TEST_F(ClassObject, RestoreAndAddons_makeNothingForShellExtInit) {
     }
 }
 
-TEST_F(ClassObject, NamespaceFolder_passesEveryInterfaceOn) {
+TEST_F(ClassObject, namespace_folder_passes_every_interface_on) {
     const auto factory = factory_of(class_ids::namespace_folder);
     void* made = untouched;
     EXPECT_EQ(factory->CreateInstance(nullptr, IID_IContextMenu, &made), E_NOINTERFACE);
@@ -117,7 +117,7 @@ TEST_F(ClassObject, NamespaceFolder_passesEveryInterfaceOn) {
     EXPECT_EQ(static_cast<IUnknown*>(made)->Release(), 0U);
 }
 
-TEST_F(ClassObject, EachInstance_isOwnedByItsCallerAlone) {
+TEST_F(ClassObject, each_instance_is_owned_by_its_caller_alone) {
     for (const auto& row : classes_under_test) {
         ComPtr<IUnknown> made;
         ASSERT_EQ(

@@ -25,7 +25,7 @@ void use(const shipped_module& module) {
     ASSERT_EQ(module.get_class_object(class_ids::addons, IID_IClassFactory, &made), E_OUTOFMEMORY);
 }
 
-TEST(Unload, ThousandsOfLoads_costTheHostNothing) {
+TEST(Unload, thousands_of_loads_cost_the_host_nothing) {
     EXPECT_THAT(left_behind_by(5000, use), testing::IsEmpty());
 }
 
@@ -34,7 +34,7 @@ void expect_seen(const char* kind, Leak leak) {
     EXPECT_THAT(left_behind_by(40, use, leak), testing::ElementsAre(testing::StartsWith(kind)));
 }
 
-TEST(Unload, LeakOfAnyKind_isSeen) {
+TEST(Unload, leak_of_any_kind_is_seen) {
     expect_seen("TLS indexes", [] { (void)TlsAlloc(); });
     expect_seen("FLS indexes", [] { (void)FlsAlloc(nullptr); });
     expect_seen("handles", [] { (void)CreateEventW(nullptr, TRUE, FALSE, nullptr); });

@@ -33,7 +33,7 @@ void expect_no_class_object(const shipped_module& module, REFCLSID rclsid) {
     EXPECT_EQ(made, untouched);
 }
 
-TEST(OutOfMemory, ClassObject_isRefused_andOutPointerStays) {
+TEST(OutOfMemory, class_object_is_refused_and_out_pointer_stays) {
     for (const auto& row : classes_under_test) {
         const shipped_module module;  // one that has had no other failure before
         expect_no_class_object(module, row.id);
@@ -42,7 +42,7 @@ TEST(OutOfMemory, ClassObject_isRefused_andOutPointerStays) {
     }
 }
 
-TEST(OutOfMemory, Instance_isRefused_andOutPointerCleared) {
+TEST(OutOfMemory, instance_is_refused_and_out_pointer_cleared) {
     for (const auto& row : classes_under_test) {
         const shipped_module module;
         {
@@ -59,7 +59,7 @@ TEST(OutOfMemory, Instance_isRefused_andOutPointerCleared) {
     }
 }
 
-TEST(OutOfMemory, ManyThreadsOneAfterTheOther_areEachRefused) {
+TEST(OutOfMemory, many_threads_one_after_the_other_are_each_refused) {
     const shipped_module module;
     for (int number = 0; number < 200; ++number) {
         const win::unique_kernel_handle thread(CreateThread(
@@ -120,7 +120,7 @@ DWORD WINAPI be_refused(void* shared) {
     return 0;
 }
 
-TEST(OutOfMemory, MoreThreadsAtOnceThanThereIsReserveFor_areEachRefused) {
+TEST(OutOfMemory, more_threads_at_once_than_there_is_reserve_for_are_each_refused) {
     constexpr LONG threads = 100;
     crowd all;
     std::vector<win::unique_kernel_handle> running;
@@ -139,7 +139,7 @@ TEST(OutOfMemory, MoreThreadsAtOnceThanThereIsReserveFor_areEachRefused) {
     EXPECT_EQ(all.refused, threads);
 }
 
-TEST(OutOfMemory, ModuleLoadedWithoutMemory_refusesLaterToo) {
+TEST(OutOfMemory, module_loaded_without_memory_refuses_later_too) {
     std::optional<memory_shortage> shortage;
     const before_attach starve(L"orvshellext.dll", [&](HMODULE module) { shortage.emplace(module); });
     const shipped_module module;
@@ -149,7 +149,7 @@ TEST(OutOfMemory, ModuleLoadedWithoutMemory_refusesLaterToo) {
     EXPECT_NE(factory_of(module, class_ids::shell_extension), nullptr);
 }
 
-TEST(OutOfMemory, HostWithoutStorageIndexes_isNotEndedByIt) {
+TEST(OutOfMemory, host_without_storage_indexes_is_not_ended_by_it) {
     std::vector<DWORD> tls;
     std::vector<DWORD> fls;
     {

@@ -12,7 +12,7 @@ namespace {
 using Microsoft::WRL::ComPtr;
 
 // The page is made by the class object of the file and folder menu, which has a road of its own for it.
-TEST(OutOfMemoryForThePropertyPage, Instance_isRefused_andOutPointerCleared) {
+TEST(OutOfMemoryForThePropertyPage, instance_is_refused_and_out_pointer_cleared) {
     const shipped_module module;
     {
         ComPtr<IClassFactory> factory;

@@ -12,12 +12,12 @@ using Microsoft::WRL::ComPtr;
 namespace ov::test {
 namespace {
 
-TEST(Unload, FreshModule_mayGo) {
+TEST(Unload, fresh_module_may_go) {
     const shipped_module module;
     EXPECT_EQ(module.can_unload_now(), S_OK);
 }
 
-TEST(Unload, LiveClassObject_keepsTheModule) {
+TEST(Unload, live_class_object_keeps_the_module) {
     const shipped_module module;
     for (const auto& row : classes_under_test) {
         ComPtr<IClassFactory> factory;
@@ -28,7 +28,7 @@ TEST(Unload, LiveClassObject_keepsTheModule) {
     }
 }
 
-TEST(Unload, LiveObject_keepsTheModule) {
+TEST(Unload, live_object_keeps_the_module) {
     const shipped_module module;
     for (const auto& row : classes_under_test) {
         ComPtr<IUnknown> made;
@@ -41,7 +41,7 @@ TEST(Unload, LiveObject_keepsTheModule) {
     }
 }
 
-TEST(Unload, LivePropertyPage_doesNotKeepTheModule) {
+TEST(Unload, live_property_page_does_not_keep_the_module) {
     const shipped_module module;
     ComPtr<IShellPropSheetExt> page;
     ASSERT_EQ(module.create(class_ids::shell_extension, IID_PPV_ARGS(&page)), S_OK);
@@ -49,7 +49,7 @@ TEST(Unload, LivePropertyPage_doesNotKeepTheModule) {
     EXPECT_EQ(module.can_unload_now(), S_OK);
 }
 
-TEST(Unload, LockedAndReleasedClassObject_keepsTheModuleForGood) {
+TEST(Unload, locked_and_released_class_object_keeps_the_module_for_good) {
     // The object that is left over keeps its count: a module of its own, so that no other test sees it.
     const std::wstring copy = program_directory() + L"orvshellext_locked.dll";
     ASSERT_TRUE(CopyFileW((program_directory() + L"orvshellext.dll").c_str(), copy.c_str(), FALSE));
@@ -69,7 +69,7 @@ TEST(Unload, LockedAndReleasedClassObject_keepsTheModuleForGood) {
     EXPECT_TRUE(DeleteFileW(copy.c_str()));
 }
 
-TEST(Unload, LoadsThatOpenThePort_costTheHostNothing) {
+TEST(Unload, loads_that_open_the_port_cost_the_host_nothing) {
     // The folder's class object asks the driver: device, section and semaphore come with each load.
     const auto use = [](const shipped_module& module) {
         ComPtr<IShellFolder> folder;

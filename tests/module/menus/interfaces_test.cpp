@@ -55,7 +55,7 @@ class Interfaces : public testing::Test {
     shipped_module module_;
 };
 
-TEST_F(Interfaces, fileMenu_hasTwoFacesAndIsUnknownByTheSecond) {
+TEST_F(Interfaces, file_menu_has_two_faces_and_is_unknown_by_the_second) {
     const auto menu = make<IContextMenu>(class_ids::shell_extension);
     auto* init = ask<IShellExtInit>(menu.Get());
     EXPECT_EQ(static_cast<void*>(ask<IUnknown>(menu.Get())), init);
@@ -67,12 +67,12 @@ TEST_F(Interfaces, fileMenu_hasTwoFacesAndIsUnknownByTheSecond) {
     EXPECT_EQ(menu->QueryInterface(IID_IObjectWithSite, &site), E_NOINTERFACE);
 }
 
-TEST_F(Interfaces, fileMenuAskedForByItsSecondFace_isTheSameKindOfObject) {
+TEST_F(Interfaces, file_menu_asked_for_by_its_second_face_is_the_same_kind_of_object) {
     const auto init = make<IShellExtInit>(class_ids::shell_extension);
     EXPECT_NE(ask<IContextMenu>(init.Get()), nullptr);
 }
 
-TEST_F(Interfaces, propertyPage_hasTwoFacesAndIsUnknownByTheSecond) {
+TEST_F(Interfaces, property_page_has_two_faces_and_is_unknown_by_the_second) {
     const auto page = make<IShellPropSheetExt>(class_ids::shell_extension);
     auto* init = ask<IShellExtInit>(page.Get());
     EXPECT_EQ(static_cast<void*>(ask<IUnknown>(page.Get())), init);
@@ -81,7 +81,7 @@ TEST_F(Interfaces, propertyPage_hasTwoFacesAndIsUnknownByTheSecond) {
     expect_no_other_interface(page.Get());
 }
 
-TEST_F(Interfaces, entryMenus_haveThreeFacesInOrder) {
+TEST_F(Interfaces, entry_menus_have_three_faces_in_order) {
     for (const CLSID& rclsid : {class_ids::one_click_restore, class_ids::addons}) {
         const auto menu = make<IContextMenu>(rclsid);
         auto* init = ask<IShellExtInit>(menu.Get());
@@ -94,7 +94,7 @@ TEST_F(Interfaces, entryMenus_haveThreeFacesInOrder) {
     }
 }
 
-TEST_F(Interfaces, counts_arePlainFromEveryFace) {
+TEST_F(Interfaces, counts_are_plain_from_every_face) {
     const auto menu = make<IContextMenu>(class_ids::shell_extension);
     expect_plain_counting(menu.Get());
     expect_plain_counting(ask<IShellExtInit>(menu.Get()));
@@ -105,7 +105,7 @@ TEST_F(Interfaces, counts_arePlainFromEveryFace) {
     expect_plain_counting(ask<IObjectWithSite>(restore.Get()));
 }
 
-TEST_F(Interfaces, newObject_hasOneReference) {
+TEST_F(Interfaces, new_object_has_one_reference) {
     for (const CLSID& rclsid :
          {class_ids::shell_extension, class_ids::one_click_restore, class_ids::addons}) {
         IContextMenu* menu = nullptr;
@@ -123,7 +123,7 @@ Function* slot(void* face, int index) {
     return reinterpret_cast<Function*>(table[index]);
 }
 
-TEST_F(Interfaces, slotsOfTheFileMenu_standInOrder) {
+TEST_F(Interfaces, slots_of_the_file_menu_stand_in_order) {
     const auto menu = make<IContextMenu>(class_ids::shell_extension);
     const auto query = slot<HRESULT STDMETHODCALLTYPE(void*, HMENU, UINT, UINT, UINT, UINT)>(menu.Get(), 3);
     EXPECT_EQ(query(menu.Get(), nullptr, 0, 1, 2, 0), 0) << "nothing is selected";
@@ -140,7 +140,7 @@ TEST_F(Interfaces, slotsOfTheFileMenu_standInOrder) {
     EXPECT_EQ(initialize(init, nullptr, nullptr, nullptr), S_OK);
 }
 
-TEST_F(Interfaces, slotsOfAnEntryMenu_standInOrder) {
+TEST_F(Interfaces, slots_of_an_entry_menu_stand_in_order) {
     const auto menu = make<IContextMenu>(class_ids::addons);
     const auto query = slot<HRESULT STDMETHODCALLTYPE(void*, HMENU, UINT, UINT, UINT, UINT)>(menu.Get(), 3);
     EXPECT_EQ(query(menu.Get(), nullptr, 0, 1, 2, 0), 0);
@@ -164,7 +164,7 @@ BOOL CALLBACK count_page(HPROPSHEETPAGE /*page*/, LPARAM /*context*/) {
     return TRUE;
 }
 
-TEST_F(Interfaces, propertyPage_takesEverythingAndAddsNothing) {
+TEST_F(Interfaces, property_page_takes_everything_and_adds_nothing) {
     const auto page = make<IShellPropSheetExt>(class_ids::shell_extension);
     auto* init = ask<IShellExtInit>(page.Get());
     EXPECT_EQ(init->Initialize(nullptr, nullptr, nullptr), S_OK);
@@ -178,7 +178,7 @@ TEST_F(Interfaces, propertyPage_takesEverythingAndAddsNothing) {
     EXPECT_EQ(pages_added, 0);
 }
 
-TEST_F(Interfaces, propertyPage_leavesTheModuleFreeToGo) {
+TEST_F(Interfaces, property_page_leaves_the_module_free_to_go) {
     auto page = make<IShellPropSheetExt>(class_ids::shell_extension);
     EXPECT_EQ(module_.can_unload_now(), S_OK);
     EXPECT_EQ(page.Reset(), 0U);

@@ -63,7 +63,7 @@ class MenuLanguage : public testing::TestWithParam<std::uint32_t> {
     ComPtr<IContextMenu> menu_;
 };
 
-TEST_P(MenuLanguage, keysOfTheSubmenu_differ) {
+TEST_P(MenuLanguage, keys_of_the_submenu_differ) {
     const queried_menu queried(menu_.Get(), CMF_NORMAL);
     ASSERT_EQ(queried.submenu.size(), 4U);
     const wchar_t protect = key_of(queried.submenu[0].text);
@@ -77,7 +77,7 @@ TEST_P(MenuLanguage, keysOfTheSubmenu_differ) {
     EXPECT_NE(unprotect, L'E');
 }
 
-TEST_P(MenuLanguage, commandStrings_keepTheMarks) {
+TEST_P(MenuLanguage, command_strings_keep_the_marks) {
     const queried_menu queried(menu_.Get(), CMF_NORMAL);
     ASSERT_EQ(queried.submenu.size(), 4U);
     for (const UINT type : {GCS_VERBW, GCS_HELPTEXTW, GCS_VALIDATEW}) {

@@ -46,7 +46,7 @@ class LocalTime : public entry_fixture {
         module_.handle(), "kernel32.dll", "SystemTimeToTzSpecificLocalTime", to_far_east};
 };
 
-TEST_F(LocalTime, addons_tellsTheTimestampInTheUsersZone) {
+TEST_F(LocalTime, addons_tells_the_timestamp_in_the_users_zone) {
     reply(service_call::get_last_timestamp,
           std::string(R"({"data":{"lastTimestamp":)") + some_time + R"(},"statusCode":-2})");
     const auto menu = entry_menu(class_ids::addons);
@@ -56,7 +56,7 @@ TEST_F(LocalTime, addons_tellsTheTimestampInTheUsersZone) {
     EXPECT_EQ(boxes.shown()[1].text, message_texts::of(0x40018, shown(in_the_zone)));
 }
 
-TEST_F(LocalTime, restore_asksWithTheTimeInTheUsersZone) {
+TEST_F(LocalTime, restore_asks_with_the_time_in_the_users_zone) {
     reply(service_call::get_restore_points, std::string(R"({"data":{"restorePoints":[{"createdOn":)") +
                                                 some_time + R"(,"sequenceNumber":7}]},"statusCode":0})");
     const consent granted(module_.handle());

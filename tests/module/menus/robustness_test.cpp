@@ -27,7 +27,7 @@ class Leaks : public tracked_file_fixture {
     }
 };
 
-TEST_F(Leaks, folderMenu_givesEveryHandleBack) {
+TEST_F(Leaks, folder_menu_gives_every_handle_back) {
     const handle_ledger ledger(module_.handle());
     HMENU submenu = nullptr;
     for (int round = 0; round < 3; ++round) {
@@ -47,7 +47,7 @@ TEST_F(Leaks, folderMenu_givesEveryHandleBack) {
     EXPECT_EQ(ledger.made_by("GetDC"), 3);
 }
 
-TEST_F(Leaks, fileMenu_givesEveryHandleBack) {
+TEST_F(Leaks, file_menu_gives_every_handle_back) {
     reply_with_file(service_call::get_file_chronels, "[]");
     fake_dialog_library dialogs(module_.handle());
     const handle_ledger ledger(module_.handle());
@@ -74,7 +74,7 @@ class NoMemory : public tracked_file_fixture {
     NoMemory() { reply_folder_status(true); }
 };
 
-TEST_F(NoMemory, newMenus_areMadeWholeOrNotAtAll) {
+TEST_F(NoMemory, new_menus_are_made_whole_or_not_at_all) {
     struct made_class {
         CLSID rclsid;
         IID riid;
@@ -96,7 +96,7 @@ TEST_F(NoMemory, newMenus_areMadeWholeOrNotAtAll) {
     }
 }
 
-TEST_F(NoMemory, fileMenu_isWholeOrEmpty) {
+TEST_F(NoMemory, file_menu_is_whole_or_empty) {
     const auto selection = select_paths({file_});
     with_each_allocation_failing(module_.handle(), 2, [&](auto& memory) {
         memory.pause();
@@ -113,7 +113,7 @@ TEST_F(NoMemory, fileMenu_isWholeOrEmpty) {
 // The service call builds and reads JSON, whose library allocates even while it destroys a value.
 class NoMemoryForJson : public NoMemory, public testing::WithParamInterface<failing_allocations::mode> {};
 
-TEST_P(NoMemoryForJson, folderMenu_learnsWhatItCan_andTheHostLives) {
+TEST_P(NoMemoryForJson, folder_menu_learns_what_it_can_and_the_host_lives) {
     const auto selection = select_paths({folder_.path()});
     with_each_allocation_failing(
         module_.handle(), 10,
@@ -131,7 +131,7 @@ TEST_P(NoMemoryForJson, folderMenu_learnsWhatItCan_andTheHostLives) {
         GetParam());
 }
 
-TEST_P(NoMemoryForJson, unprotect_failsOrSucceeds_andTheHostLives) {
+TEST_P(NoMemoryForJson, unprotect_fails_or_succeeds_and_the_host_lives) {
     reply(service_call::unprotect_folder, R"({"data":{},"statusCode":0})");
     const auto menu = menu_on(folder_.path());
     with_each_allocation_failing(
@@ -150,7 +150,7 @@ INSTANTIATE_TEST_SUITE_P(OnceAndForGood, NoMemoryForJson,
                              return test.param == failing_allocations::mode::once ? "once" : "forGood";
                          });
 
-TEST_F(NoMemory, unprotect_isAskedOrNot) {
+TEST_F(NoMemory, unprotect_is_asked_or_not) {
     const auto menu = menu_on(folder_.path());
     with_each_allocation_failing(module_.handle(), 2, [&](auto&) {
         message_box_script boxes(module_.handle(), {IDCANCEL});
@@ -159,7 +159,7 @@ TEST_F(NoMemory, unprotect_isAskedOrNot) {
     });
 }
 
-TEST_F(NoMemory, restore_endsItsTurnWhereverMemoryRunsOut) {
+TEST_F(NoMemory, restore_ends_its_turn_wherever_memory_runs_out) {
     reply(
         service_call::get_restore_points,
         R"({"data":{"restorePoints":[{"createdOn":133500000000000000,"sequenceNumber":7}]},"statusCode":0})");

@@ -146,7 +146,7 @@ class WithoutTexts : public testing::TestWithParam<library> {
     std::optional<import_patch<decltype(CertGetNameStringW)>> signer_;
 };
 
-TEST_P(WithoutTexts, FolderMenu_HasAllItsItemsAndRunsThem) {
+TEST_P(WithoutTexts, folder_menu_has_all_its_items_and_runs_them) {
     const auto menu = folder_menu();
     {
         const queried_menu queried(menu.Get(), CMF_NORMAL);
@@ -164,7 +164,7 @@ TEST_P(WithoutTexts, FolderMenu_HasAllItsItemsAndRunsThem) {
     EXPECT_THAT(last_request(), HasSubstr(R"("serviceCall":44)"));
 }
 
-TEST_P(WithoutTexts, Unprotect_AsksWithAnEmptyTextAndGoesOn) {
+TEST_P(WithoutTexts, unprotect_asks_with_an_empty_text_and_goes_on) {
     const auto menu = folder_menu();
     message_box_script boxes(module_.handle(), {IDOK});
     EXPECT_EQ(invoke(menu.Get(), 1), S_OK);
@@ -175,7 +175,7 @@ TEST_P(WithoutTexts, Unprotect_AsksWithAnEmptyTextAndGoesOn) {
     EXPECT_THAT(last_request(), HasSubstr(R"("serviceCall":14)"));
 }
 
-TEST_P(WithoutTexts, Addons_AsksAndTellsInEmptyTexts) {
+TEST_P(WithoutTexts, addons_asks_and_tells_in_empty_texts) {
     ComPtr<IContextMenu> menu;
     ASSERT_EQ(module_.create(class_ids::addons, IID_PPV_ARGS(&menu)), S_OK);
     ASSERT_EQ(initialize(menu.Get(), select_items({selected_.path()}).Get()), S_OK);
@@ -187,7 +187,7 @@ TEST_P(WithoutTexts, Addons_AsksAndTellsInEmptyTexts) {
     EXPECT_EQ(boxes.shown()[1].style, 0x50040U) << "the result, not the failure";
 }
 
-TEST_P(WithoutTexts, NamespaceFolder_ListsItsItems) {
+TEST_P(WithoutTexts, namespace_folder_lists_its_items) {
     ComPtr<IShellFolder2> folder;
     ASSERT_EQ(module_.create(class_ids::namespace_folder, IID_PPV_ARGS(&folder)), S_OK);
     EXPECT_EQ(first_header(module_), L"");
@@ -214,13 +214,13 @@ INSTANTIATE_TEST_SUITE_P(Library, WithoutTexts,
                                          library::anothers));
 
 // That the tests above would see texts: the same copy, with the library as it is built.
-TEST(WithTexts, CopyOfTheLibraryAsBuilt_IsTaken) {
+TEST(WithTexts, copy_of_the_library_as_built_is_taken) {
     const installation whole(library::accepted);
     const shipped_module module(whole.module_path());
     EXPECT_NE(first_header(module), L"");
 }
 
-TEST(WithTexts, LibraryThatComesLater_IsTakenByTheNextRequest) {
+TEST(WithTexts, library_that_comes_later_is_taken_by_the_next_request) {
     const installation at_first_without(library::missing);
     const shipped_module module(at_first_without.module_path());
     EXPECT_EQ(first_header(module), L"");

@@ -215,7 +215,7 @@ TEST_F(Registered, classes_are_found_by_the_registry_alone) {
     CoUninitialize();
 }
 
-TEST_F(Registered, regsvr32_registers_and_unregisters) {
+TEST_F(Registered, regsvr_32_registers_and_unregisters) {
     const std::wstring program = L"C:\\windows\\system32\\regsvr32.exe";
     test::child_process install(program, {L"/s", module_path()});
     EXPECT_EQ(install.wait(30'000), std::optional<DWORD>(0));

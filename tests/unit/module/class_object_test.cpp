@@ -17,7 +17,7 @@ class watched_factory final : public class_object<watched_factory> {
     static HRESULT make_instance(REFIID, void**) noexcept { return E_NOTIMPL; }
 };
 
-TEST(ClassObjectRelease, LastOne_LowersTheFactoryCountOnlyOnceTheObjectIsGone) {
+TEST(ClassObjectRelease, last_one_lowers_the_factory_count_only_once_the_object_is_gone) {
     count_in_destructor.reset();
     IUnknown* made = nullptr;
     ASSERT_EQ(watched_factory::hand_out(IID_IUnknown, reinterpret_cast<void**>(&made)), S_OK);
@@ -28,7 +28,7 @@ TEST(ClassObjectRelease, LastOne_LowersTheFactoryCountOnlyOnceTheObjectIsGone) {
     EXPECT_EQ(factories.value(), 0);
 }
 
-TEST(ClassObjectRelease, LockedObject_StaysAndStaysCounted) {
+TEST(ClassObjectRelease, locked_object_stays_and_stays_counted) {
     count_in_destructor.reset();
     IClassFactory* made = nullptr;
     ASSERT_EQ(watched_factory::hand_out(IID_IClassFactory, reinterpret_cast<void**>(&made)), S_OK);

@@ -62,19 +62,19 @@ class ProcessAttach : public testing::Test {
     }
 };
 
-TEST_F(ProcessAttach, Path_IsAskedOfTheInstanceWithALimitOf2048Characters) {
+TEST_F(ProcessAttach, path_is_asked_of_the_instance_with_a_limit_of_2048_characters) {
     EXPECT_EQ(directory_for(L"C:\\a\\b\\module.dll"), L"C:\\a\\b\\");
     EXPECT_EQ(file_name.asked_for, self());
     EXPECT_EQ(file_name.capacity_chars, 2048U);
     EXPECT_EQ(module_instance, self());
 }
 
-TEST_F(ProcessAttach, LongestPathThatFits_GivesItsWholeDirectory) {
+TEST_F(ProcessAttach, longest_path_that_fits_gives_its_whole_directory) {
     const std::wstring directory = directory_of(2046);
     EXPECT_EQ(directory_for(directory + L"m"), directory);
 }
 
-TEST_F(ProcessAttach, LongerPath_IsTakenUpToTheLimit) {
+TEST_F(ProcessAttach, longer_path_is_taken_up_to_the_limit) {
     const std::wstring cut = L"C:\\short\\" + std::wstring(2100, L'x') + L"\\m.dll";
     EXPECT_EQ(directory_for(cut), L"C:\\short\\");
     file_name.terminates_what_it_cuts = false;
@@ -83,7 +83,7 @@ TEST_F(ProcessAttach, LongerPath_IsTakenUpToTheLimit) {
     EXPECT_EQ(directory_for(directory_of(2048) + L"m.dll"), L"C:\\");
 }
 
-TEST_F(ProcessAttach, PathWithoutABackslash_GivesNoDirectory) {
+TEST_F(ProcessAttach, path_without_a_backslash_gives_no_directory) {
     EXPECT_EQ(directory_for(L"orvshellext.dll"), L"");
     EXPECT_EQ(directory_for(L"C:/a/orvshellext.dll"), L"");
     EXPECT_EQ(directory_for(L""), L"");
@@ -96,7 +96,7 @@ LONG WINAPI note_and_refuse(HWND, GUID*, LPVOID data) {
     return TRUST_E_NOSIGNATURE;
 }
 
-TEST_F(ProcessAttach, ResourceLibrary_IsLookedForInTheDirectoryOrUnderItsBareName) {
+TEST_F(ProcessAttach, resource_library_is_looked_for_in_the_directory_or_under_its_bare_name) {
     const import_patch<decltype(WinVerifyTrust)> patch(self(), "wintrust.dll", "WinVerifyTrust",
                                                        note_and_refuse);
     (void)directory_for(L"C:\\a\\module.dll");
@@ -134,7 +134,7 @@ BOOL WINAPI tell_no_session(DWORD, DWORD*) {
 // Of the fixture's own kind, for its end: the true ids come back.
 class ProcessAttachIds : public ProcessAttach {};
 
-TEST_F(ProcessAttachIds, ProcessAndItsSession_AreKept) {
+TEST_F(ProcessAttachIds, process_and_its_session_are_kept) {
     const import_patch<decltype(GetCurrentProcessId)> process(self(), "kernel32.dll", "GetCurrentProcessId",
                                                               tell_some_process);
     const import_patch<decltype(ProcessIdToSessionId)> session(self(), "kernel32.dll", "ProcessIdToSessionId",
@@ -145,7 +145,7 @@ TEST_F(ProcessAttachIds, ProcessAndItsSession_AreKept) {
     EXPECT_EQ(current_session_id, some_session);
 }
 
-TEST_F(ProcessAttachIds, SessionThatTheSystemDoesNotTell_StaysZero) {
+TEST_F(ProcessAttachIds, session_that_the_system_does_not_tell_stays_zero) {
     current_session_id = 0;  // as at load
     const import_patch<decltype(ProcessIdToSessionId)> session(self(), "kernel32.dll", "ProcessIdToSessionId",
                                                                tell_no_session);
@@ -154,7 +154,7 @@ TEST_F(ProcessAttachIds, SessionThatTheSystemDoesNotTell_StaysZero) {
     EXPECT_EQ(current_process_id, GetCurrentProcessId());
 }
 
-TEST_F(ProcessAttach, RestoreFlagAndCacheLock_AreAtRest) {
+TEST_F(ProcessAttach, restore_flag_and_cache_lock_are_at_rest) {
     restoreInProgress = 1;
     AcquireSRWLockExclusive(&cacheLock);
     record_process_attach(self());

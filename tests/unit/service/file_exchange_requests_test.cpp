@@ -95,7 +95,7 @@ class FileExchangeRequests : public testing::Test {
     import_patch<decltype(DeleteFileW)> delete_{self, kernel, "DeleteFileW", remove};
 };
 
-TEST_F(FileExchangeRequests, file_isOpenedSharedAndReadInOnePiece) {
+TEST_F(FileExchangeRequests, file_is_opened_shared_and_read_in_one_piece) {
     const temp_file file("abcde");
     opened.clear();
     std::string text;
@@ -105,12 +105,12 @@ TEST_F(FileExchangeRequests, file_isOpenedSharedAndReadInOnePiece) {
     EXPECT_EQ(read_sizes, std::vector<DWORD>{5});
 }
 
-TEST_F(FileExchangeRequests, tempFolder_offersRoomFor260) {
+TEST_F(FileExchangeRequests, temp_folder_offers_room_for_260) {
     static_cast<void>(temp_folder());
     EXPECT_EQ(temp_path_sizes, std::vector<DWORD>{260});
 }
 
-TEST_F(FileExchangeRequests, failedSizing_givesItsError) {
+TEST_F(FileExchangeRequests, failed_sizing_gives_its_error) {
     const temp_file file("abcde");
     size_error = ERROR_INVALID_FUNCTION;
     std::string text = "before";
@@ -118,7 +118,7 @@ TEST_F(FileExchangeRequests, failedSizing_givesItsError) {
     EXPECT_EQ(text, "before");
 }
 
-TEST_F(FileExchangeRequests, failedReading_givesItsErrorAndIsDeletedAllTheSame) {
+TEST_F(FileExchangeRequests, failed_reading_gives_its_error_and_is_deleted_all_the_same) {
     const temp_file file("abcde");
     read_error = ERROR_LOCK_VIOLATION;
     std::string text = "before";
@@ -129,7 +129,7 @@ TEST_F(FileExchangeRequests, failedReading_givesItsErrorAndIsDeletedAllTheSame) 
     EXPECT_FALSE(file.exists());
 }
 
-TEST_F(FileExchangeRequests, errorThatIsNegativeAlready_isGivenAsItIs) {
+TEST_F(FileExchangeRequests, error_that_is_negative_already_is_given_as_it_is) {
     const temp_file file("abcde");
     read_error = 0x80000005;
     std::string text;

@@ -27,7 +27,7 @@ ov::win::unique_file hold(const std::wstring& path, DWORD access, DWORD share) {
     return ov::win::unique_file(CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr));
 }
 
-TEST(ReadFileText, file_givesAllItsBytes) {
+TEST(ReadFileText, file_gives_all_its_bytes) {
     const temp_file file("{\"a\":\"\xC3\xA9\"}\r\n");
     std::string text = "before";
     EXPECT_EQ(read_file_text(file.path(), text), S_OK);
@@ -35,28 +35,28 @@ TEST(ReadFileText, file_givesAllItsBytes) {
     EXPECT_TRUE(file.exists());
 }
 
-TEST(ReadFileText, fileWithANul_endsThere) {
+TEST(ReadFileText, file_with_a_nul_ends_there) {
     const temp_file file(std::string_view("ab\0cd", 5));
     std::string text;
     EXPECT_EQ(read_file_text(file.path(), text), S_OK);
     EXPECT_EQ(text, "ab");
 }
 
-TEST(ReadFileText, fileThatBeginsWithANul_isAnEmptyText) {
+TEST(ReadFileText, file_that_begins_with_a_nul_is_an_empty_text) {
     const temp_file file(std::string_view("\0cd", 3));
     std::string text = "before";
     EXPECT_EQ(read_file_text(file.path(), text), S_OK);
     EXPECT_EQ(text, "");
 }
 
-TEST(ReadFileText, emptyFile_isAnError) {
+TEST(ReadFileText, empty_file_is_an_error) {
     const temp_file file("");
     std::string text = "before";
     EXPECT_EQ(read_file_text(file.path(), text), is_empty);
     EXPECT_EQ(text, "before");
 }
 
-TEST(ReadFileText, fileOfTheLargestSize_isRead) {
+TEST(ReadFileText, file_of_the_largest_size_is_read) {
     const temp_file file(std::string(static_cast<std::size_t>(driver_file_limit_bytes), 'x'));
     std::string text;
     EXPECT_EQ(read_file_text(file.path(), text), S_OK);
@@ -64,7 +64,7 @@ TEST(ReadFileText, fileOfTheLargestSize_isRead) {
     EXPECT_EQ(text.find_first_not_of('x'), std::string::npos);
 }
 
-TEST(ReadFileText, fileOfOneByteMore_isAnError) {
+TEST(ReadFileText, file_of_one_byte_more_is_an_error) {
     const temp_file file("x");
     file.resize(driver_file_limit_bytes + 1);
     std::string text = "before";
@@ -72,25 +72,25 @@ TEST(ReadFileText, fileOfOneByteMore_isAnError) {
     EXPECT_EQ(text, "before");
 }
 
-TEST(ReadFileText, fileWhoseSizeHasAHighWord_isAnError) {
+TEST(ReadFileText, file_whose_size_has_a_high_word_is_an_error) {
     const temp_file file("x");
     file.resize(0x100000005);
     std::string text;
     EXPECT_EQ(read_file_text(file.path(), text), too_large);
 }
 
-TEST(ReadFileText, missingFile_givesTheWindowsError) {
+TEST(ReadFileText, missing_file_gives_the_windows_error) {
     std::string text = "before";
     EXPECT_EQ(read_file_text(temp_folder() + L"no such file.orv", text), not_found);
     EXPECT_EQ(text, "before");
 }
 
-TEST(ReadFileText, folder_givesAWindowsError) {
+TEST(ReadFileText, folder_gives_a_windows_error) {
     std::string text;
     EXPECT_TRUE(FAILED(read_file_text(temp_folder(), text)));
 }
 
-TEST(ReadFileText, fileThatItsWriterStillHolds_isRead) {
+TEST(ReadFileText, file_that_its_writer_still_holds_is_read) {
     const temp_file file("abc");
     const auto writer = hold(file.path(), GENERIC_READ | GENERIC_WRITE | DELETE,
                              FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
@@ -100,7 +100,7 @@ TEST(ReadFileText, fileThatItsWriterStillHolds_isRead) {
     EXPECT_EQ(text, "abc");
 }
 
-TEST(ReadFileText, fileThatNobodyMayRead_givesTheWindowsError) {
+TEST(ReadFileText, file_that_nobody_may_read_gives_the_windows_error) {
     const temp_file file("abc");
     const auto writer = hold(file.path(), GENERIC_WRITE, FILE_SHARE_DELETE);
     ASSERT_TRUE(writer);
@@ -108,27 +108,27 @@ TEST(ReadFileText, fileThatNobodyMayRead_givesTheWindowsError) {
     EXPECT_EQ(read_file_text(file.path(), text), sharing_violation);
 }
 
-TEST(ReadFileText, whenDone_hasClosedTheFile) {
+TEST(ReadFileText, when_done_has_closed_the_file) {
     const temp_file file("abc");
     std::string text;
     EXPECT_EQ(read_file_text(file.path(), text), S_OK);
     EXPECT_TRUE(hold(file.path(), GENERIC_READ | GENERIC_WRITE, 0)) << "error " << GetLastError();
 }
 
-TEST(ReadFileText, whenItFailed_hasClosedTheFile) {
+TEST(ReadFileText, when_it_failed_has_closed_the_file) {
     const temp_file file("");
     std::string text;
     EXPECT_EQ(read_file_text(file.path(), text), is_empty);
     EXPECT_TRUE(hold(file.path(), GENERIC_READ | GENERIC_WRITE, 0)) << "error " << GetLastError();
 }
 
-TEST(TakeDriverFile, file_givesItsTextAndDeletesIt) {
+TEST(TakeDriverFile, file_gives_its_text_and_deletes_it) {
     const temp_file file("abc");
     EXPECT_EQ(take_driver_file(file.path()), "abc");
     EXPECT_FALSE(file.exists());
 }
 
-TEST(TakeDriverFile, fileThatCannotBeUsed_isDeletedAllTheSame) {
+TEST(TakeDriverFile, file_that_cannot_be_used_is_deleted_all_the_same) {
     const temp_file empty("");
     EXPECT_EQ(take_driver_file(empty.path()), "");
     EXPECT_FALSE(empty.exists());
@@ -139,7 +139,7 @@ TEST(TakeDriverFile, fileThatCannotBeUsed_isDeletedAllTheSame) {
     EXPECT_FALSE(large.exists());
 }
 
-TEST(TakeDriverFile, fileThatNobodyMayRead_isDeletedWhenLetGo) {
+TEST(TakeDriverFile, file_that_nobody_may_read_is_deleted_when_let_go) {
     const temp_file file("abc");
     auto writer = hold(file.path(), GENERIC_WRITE, FILE_SHARE_DELETE);
     ASSERT_TRUE(writer);
@@ -148,18 +148,18 @@ TEST(TakeDriverFile, fileThatNobodyMayRead_isDeletedWhenLetGo) {
     EXPECT_FALSE(file.exists());
 }
 
-TEST(TakeDriverFile, missingFile_isEmpty) {
+TEST(TakeDriverFile, missing_file_is_empty) {
     EXPECT_EQ(take_driver_file(temp_folder() + L"no such file.orv"), "");
 }
 
-TEST(TempFolder, usersOwn_endsInABackslashAndIsThere) {
+TEST(TempFolder, users_own_ends_in_a_backslash_and_is_there) {
     const std::wstring folder = temp_folder();
     ASSERT_FALSE(folder.empty());
     EXPECT_EQ(folder.back(), L'\\');
     EXPECT_NE(GetFileAttributesW(folder.c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
-TEST(TempFolder, nameThatDoesNotFit_isEmpty) {
+TEST(TempFolder, name_that_does_not_fit_is_empty) {
     const std::wstring before = temp_folder();
     ASSERT_TRUE(SetEnvironmentVariableW(L"TMP", (L"C:\\" + std::wstring(400, L'x')).c_str()));
     EXPECT_EQ(temp_folder(), L"");

@@ -38,7 +38,7 @@ constexpr folder_status failed_untouched(bool before) {
     return {false, before, before};
 }
 
-TEST(ReadOutcome, status0WithData_isOk) {
+TEST(ReadOutcome, status_0_with_data_is_ok) {
     for (const char* text : {R"({"statusCode":0,"data":{}})", R"({"statusCode":0,"data":null})",
                              R"({"statusCode":0,"data":"x"})", R"({"statusCode":0.9,"data":{}})",
                              R"({"statusCode":-0.9,"data":[]})"}) {
@@ -46,11 +46,11 @@ TEST(ReadOutcome, status0WithData_isOk) {
     }
 }
 
-TEST(ReadOutcome, status0WithoutData_isUnexpected) {
+TEST(ReadOutcome, status_0_without_data_is_unexpected) {
     EXPECT_EQ(read_outcome(of(R"({"statusCode":0})")), E_UNEXPECTED);
 }
 
-TEST(ReadOutcome, anyOtherReply_isUnexpected) {
+TEST(ReadOutcome, any_other_reply_is_unexpected) {
     EXPECT_EQ(read_outcome(no_answer()), E_UNEXPECTED);
     for (const char* text :
          {R"({"statusCode":1,"data":{}})", R"({"statusCode":-2,"data":{}})", R"({"data":{}})",
@@ -60,7 +60,7 @@ TEST(ReadOutcome, anyOtherReply_isUnexpected) {
     }
 }
 
-TEST(ReadFolderStatus, withoutALevel_leavesRestrictedAlone) {
+TEST(ReadFolderStatus, without_a_level_leaves_restricted_alone) {
     for (const bool before : {false, true}) {
         EXPECT_EQ(status_of(of(R"({"statusCode":0,"data":{"protectedFolder":true}})"), before),
                   (folder_status{true, true, before}));
@@ -69,13 +69,13 @@ TEST(ReadFolderStatus, withoutALevel_leavesRestrictedAlone) {
     }
 }
 
-TEST(ReadFolderStatus, levelRestricted_setsRestricted) {
+TEST(ReadFolderStatus, level_restricted_sets_restricted) {
     EXPECT_EQ(
         status_of(of(R"({"statusCode":0,"data":{"protectedFolder":false,"uiLevel":"restricted"}})"), false),
         (folder_status{true, false, true}));
 }
 
-TEST(ReadFolderStatus, anyOtherLevel_clearsRestricted) {
+TEST(ReadFolderStatus, any_other_level_clears_restricted) {
     for (const char* level : {"", "full", "Restricted", "RESTRICTED", "restricted ", "restricted\\u0000"}) {
         const std::string text =
             std::string(R"({"statusCode":0,"data":{"protectedFolder":true,"uiLevel":")") + level + "\"}}";
@@ -83,7 +83,7 @@ TEST(ReadFolderStatus, anyOtherLevel_clearsRestricted) {
     }
 }
 
-TEST(ReadFolderStatus, levelThatIsNoString_failsWithWhatWasRead) {
+TEST(ReadFolderStatus, level_that_is_no_string_fails_with_what_was_read) {
     for (const char* level : {"1", "null", "true", "[\"restricted\"]", "{}"}) {
         const std::string text =
             std::string(R"({"statusCode":0,"data":{"protectedFolder":true,"uiLevel":)") + level + "}}";
@@ -91,7 +91,7 @@ TEST(ReadFolderStatus, levelThatIsNoString_failsWithWhatWasRead) {
     }
 }
 
-TEST(ReadFolderStatus, anyOtherReply_failsWithNothingRead) {
+TEST(ReadFolderStatus, any_other_reply_fails_with_nothing_read) {
     for (const bool before : {false, true}) {
         EXPECT_EQ(status_of(no_answer(), before), failed_untouched(before));
         for (const char* text :
@@ -109,21 +109,21 @@ TEST(ReadFolderStatus, anyOtherReply_failsWithNothingRead) {
     }
 }
 
-TEST(ReadFilePath, path_isConverted) {
+TEST(ReadFilePath, path_is_converted) {
     EXPECT_EQ(
         read_file_path(of("{\"statusCode\":0,\"data\":{\"objPath\":\"C:\\\\J\xC3\xB6rg\\\\\\u6587.tmp\"}}")),
         L"C:\\J\u00F6rg\\\u6587.tmp");
 }
 
-TEST(ReadFilePath, pathWithANul_endsThere) {
+TEST(ReadFilePath, path_with_a_nul_ends_there) {
     EXPECT_EQ(read_file_path(of(R"({"statusCode":0,"data":{"objPath":"C:\\a\u0000b"}})")), L"C:\\a");
 }
 
-TEST(ReadFilePath, emptyPath_isAPath) {
+TEST(ReadFilePath, empty_path_is_a_path) {
     EXPECT_EQ(read_file_path(of(R"({"statusCode":0,"data":{"objPath":""}})")), L"");
 }
 
-TEST(ReadFilePath, anyOtherReply_isNone) {
+TEST(ReadFilePath, any_other_reply_is_none) {
     EXPECT_EQ(read_file_path(no_answer()), std::nullopt);
     for (const char* text :
          {R"({"statusCode":1,"data":{"objPath":"C:\\a"}})", R"({"statusCode":0,"data":{}})",
@@ -136,14 +136,14 @@ TEST(ReadFilePath, anyOtherReply_isNone) {
     }
 }
 
-TEST(ReadRestoreFolders, list_comesInItsOrder) {
+TEST(ReadRestoreFolders, list_comes_in_its_order) {
     const std::vector<std::wstring> expected = {L"D:\\b", L"C:\\J\u00F6rg", L""};
     EXPECT_EQ(ov::service::read_restore_folders(
                   "{\"restoreFolders\":[\"D:\\\\b\",\"C:\\\\J\xC3\xB6rg\",\"\"],\"x\":1}"),
               expected);
 }
 
-TEST(ReadRestoreFolders, anyOtherText_isEmpty) {
+TEST(ReadRestoreFolders, any_other_text_is_empty) {
     for (const char* text :
          {"", "x", "[]", "[\"C:\\\\a\"]", "{}", R"({"restoreFolders":[]})", R"({"restoreFolders":{}})",
           R"({"restoreFolders":"C:\\a"})", R"({"restoreFolders":null})", R"({"restoreFolders":["C:\\a",1]})",
@@ -168,7 +168,7 @@ restore_point point_of(const reply& answer) {
 
 constexpr restore_point none_untouched{false, 11, 22};
 
-TEST(ReadRestorePoint, oneOrMore_givesTheFirst) {
+TEST(ReadRestorePoint, one_or_more_gives_the_first) {
     EXPECT_EQ(
         point_of(of(R"({"statusCode":0,"data":{"restorePoints":[{"createdOn":5,"sequenceNumber":-6}]}})")),
         (restore_point{true, 5, -6}));
@@ -177,14 +177,14 @@ TEST(ReadRestorePoint, oneOrMore_givesTheFirst) {
               (restore_point{true, 9223372036854775807, 2}));
 }
 
-TEST(ReadRestorePoint, laterElements_areNotLookedAt) {
+TEST(ReadRestorePoint, later_elements_are_not_looked_at) {
     EXPECT_EQ(
         point_of(
             of(R"({"statusCode":0,"data":{"restorePoints":[{"createdOn":5,"sequenceNumber":6},null,7]}})")),
         (restore_point{true, 5, 6}));
 }
 
-TEST(ReadRestorePoint, anyOtherReply_leavesTheValuesAlone) {
+TEST(ReadRestorePoint, any_other_reply_leaves_the_values_alone) {
     EXPECT_EQ(point_of(no_answer()), none_untouched);
     for (
         const char* text :
@@ -207,14 +207,14 @@ TEST(ReadRestorePoint, anyOtherReply_leavesTheValuesAlone) {
     }
 }
 
-TEST(ReadRestoreRefused, statusThatIsNot0_isARefusal) {
+TEST(ReadRestoreRefused, status_that_is_not_0_is_a_refusal) {
     for (const char* text : {R"({"statusCode":5})", R"({"statusCode":-2,"data":{}})", R"({"statusCode":1.5})",
                              R"({"statusCode":1e300})"}) {
         EXPECT_TRUE(read_restore_refused(of(text))) << text;
     }
 }
 
-TEST(ReadRestoreRefused, anyOtherReply_isNone) {
+TEST(ReadRestoreRefused, any_other_reply_is_none) {
     EXPECT_FALSE(read_restore_refused(no_answer()));
     for (const char* text :
          {R"({"statusCode":0})", R"({"statusCode":0.9})", R"({"data":{}})", R"({"statusCode":"5"})",
@@ -223,7 +223,7 @@ TEST(ReadRestoreRefused, anyOtherReply_isNone) {
     }
 }
 
-TEST(ReadLastTimestamp, statusMinus2_givesTheTimestamp) {
+TEST(ReadLastTimestamp, status_minus_2_gives_the_timestamp) {
     EXPECT_EQ(read_last_timestamp(of(R"({"statusCode":-2,"data":{"lastTimestamp":132539328000000000}})")),
               132539328000000000u);
     EXPECT_EQ(read_last_timestamp(of(R"({"statusCode":-2,"data":{"lastTimestamp":0}})")), 0u);
@@ -231,14 +231,14 @@ TEST(ReadLastTimestamp, statusMinus2_givesTheTimestamp) {
 }
 
 // A file time has 64 bits without a sign.
-TEST(ReadLastTimestamp, upperHalfOfTheFileTimes_isRead) {
+TEST(ReadLastTimestamp, upper_half_of_the_file_times_is_read) {
     EXPECT_EQ(read_last_timestamp(of(R"({"statusCode":-2,"data":{"lastTimestamp":9223372036854775808}})")),
               0x8000000000000000u);
     EXPECT_EQ(read_last_timestamp(of(R"({"statusCode":-2,"data":{"lastTimestamp":18446744073709551615}})")),
               0xFFFFFFFFFFFFFFFFu);
 }
 
-TEST(ReadLastTimestamp, anyOtherReply_isNone) {
+TEST(ReadLastTimestamp, any_other_reply_is_none) {
     EXPECT_EQ(read_last_timestamp(no_answer()), std::nullopt);
     for (const char* text :
          {R"({"statusCode":0,"data":{"lastTimestamp":5}})", R"({"statusCode":2,"data":{"lastTimestamp":5}})",

@@ -64,7 +64,7 @@ class TextCalls : public testing::Test {
                                                        "MultiByteToWideChar", widen};
 };
 
-TEST_F(TextCalls, wideText_isOfferedFourBytesAUnitAndOne) {
+TEST_F(TextCalls, wide_text_is_offered_four_bytes_a_unit_and_one) {
     const std::string converted = to_utf8(L"abc");
     EXPECT_EQ(conversions, (std::vector<conversion>{{65001, 0, 3, 4 * 3 + 1, false}}));
     EXPECT_EQ(converted, std::string(13, 'x'));
@@ -72,19 +72,19 @@ TEST_F(TextCalls, wideText_isOfferedFourBytesAUnitAndOne) {
     EXPECT_EQ(conversions.back(), (conversion{65001, 0, 1000, 4001, false}));
 }
 
-TEST_F(TextCalls, narrowText_isOfferedAUnitAByteAndOne) {
+TEST_F(TextCalls, narrow_text_is_offered_a_unit_a_byte_and_one) {
     const std::wstring converted = from_utf8("abc");
     EXPECT_EQ(conversions, (std::vector<conversion>{{65001, 0, 3, 4, false}}));
     EXPECT_EQ(converted, L"xxxx");
 }
 
-TEST_F(TextCalls, emptyText_asksNobody) {
+TEST_F(TextCalls, empty_text_asks_nobody) {
     EXPECT_EQ(to_utf8(L""), "");
     EXPECT_EQ(from_utf8(""), L"");
     EXPECT_TRUE(conversions.empty());
 }
 
-TEST_F(TextCalls, failedConversion_isEmpty) {
+TEST_F(TextCalls, failed_conversion_is_empty) {
     fails = true;
     EXPECT_EQ(to_utf8(L"abc"), "");
     EXPECT_EQ(from_utf8("abc"), L"");

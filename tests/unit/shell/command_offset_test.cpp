@@ -26,33 +26,33 @@ CMINVOKECOMMANDINFOEX wide(const char* verb, const wchar_t* wide_verb) {
     return info;
 }
 
-TEST(CommandOffset, noInfo_isNone) {
+TEST(CommandOffset, no_info_is_none) {
     EXPECT_EQ(command_offset(nullptr), std::nullopt);
 }
 
-TEST(CommandOffset, offsets_comeBack) {
+TEST(CommandOffset, offsets_come_back) {
     for (const WORD offset : {0, 1, 3, 4, 0xFFFF}) {
         const auto info = narrow(MAKEINTRESOURCEA(offset));
         EXPECT_EQ(command_offset(&info), offset);
     }
 }
 
-TEST(CommandOffset, namedVerb_isNone) {
+TEST(CommandOffset, named_verb_is_none) {
     const auto info = narrow("open");
     EXPECT_EQ(command_offset(&info), std::nullopt);
 }
 
-TEST(CommandOffset, pointerWhoseMiddleWordIsZero_isStillAName) {
+TEST(CommandOffset, pointer_whose_middle_word_is_zero_is_still_a_name) {
     // 0x0000000100000002: the bits 16 to 31 are zero, yet this is an address.
     const auto info = narrow(reinterpret_cast<const char*>(0x1'0000'0002ULL));
     EXPECT_EQ(command_offset(&info), std::nullopt);
 }
 
-TEST(CommandOffset, wideForm_ofTheSameOffset) {
+TEST(CommandOffset, wide_form_of_the_same_offset) {
     EXPECT_EQ(offset_of(wide(MAKEINTRESOURCEA(2), MAKEINTRESOURCEW(2))), 2);
 }
 
-TEST(CommandOffset, wideVerb_isNotLookedAt) {
+TEST(CommandOffset, wide_verb_is_not_looked_at) {
     EXPECT_EQ(offset_of(wide(MAKEINTRESOURCEA(1), L"open")), 1);
     EXPECT_EQ(offset_of(wide(MAKEINTRESOURCEA(1), MAKEINTRESOURCEW(3))), 1);
     EXPECT_EQ(offset_of(wide(nullptr, L"open")), 0);

@@ -14,7 +14,7 @@ using test::message_texts;
 
 class MessageBoxes : public test::texts_fixture {};
 
-TEST_F(MessageBoxes, eachKind_hasItsStyle) {
+TEST_F(MessageBoxes, each_kind_has_its_style) {
     message_box_script script(GetModuleHandleW(nullptr), {IDOK, IDOK, IDOK, IDOK});
     EXPECT_TRUE(confirmed(L"question"));
     show_box(L"refusal", box_style::refusal);
@@ -34,14 +34,14 @@ TEST_F(MessageBoxes, eachKind_hasItsStyle) {
     }
 }
 
-TEST_F(MessageBoxes, nothingButOk_confirms) {
+TEST_F(MessageBoxes, nothing_but_ok_confirms) {
     message_box_script script(GetModuleHandleW(nullptr), {IDCANCEL, 0, IDYES, IDCLOSE});
     for (int asked = 0; asked < 4; ++asked) {
         EXPECT_FALSE(confirmed(L"question"));
     }
 }
 
-TEST_F(MessageBoxes, realQuestion_startsOnCancel) {
+TEST_F(MessageBoxes, real_question_starts_on_cancel) {
     test::box_presser presser({IDCANCEL});
     EXPECT_FALSE(confirmed(L"go on?"));
     const auto& pressed = presser.finish();

@@ -3,7 +3,7 @@
 #include <shlobj.h>
 #include <shlwapi.h>
 
-#include "tools/stand_ins/items/task_memory.h"
+#include "ovufc/com/task_memory.h"
 
 namespace ov::shellhost {
 
@@ -26,7 +26,7 @@ std::wstring column_text(IShellFolder2* folder, PCUITEMID_CHILD item, UINT colum
         FAILED(StrRetToStrW(&details.str, item, &text))) {
         return {};
     }
-    const stand_ins::unique_task<wchar_t> owner(text);
+    const com::unique_task_text owner(text);
     return text;
 }
 

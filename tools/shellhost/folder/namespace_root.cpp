@@ -14,9 +14,6 @@ namespace ov::shellhost {
 
 namespace {
 
-using stand_ins::unique_absolute_list;
-using stand_ins::unique_child_list;
-
 constexpr int guid_chars = 39;
 
 /// The folder's own property: the type of an item, a 16-bit number.
@@ -26,12 +23,12 @@ constexpr std::uint16_t foreign_type = 0xFFFF;
 
 }  // namespace
 
-unique_absolute_list list_of_namespace_root() noexcept {
+com::unique_absolute_id_list list_of_namespace_root() noexcept {
     std::array<wchar_t, guid_chars + 2> name{L':', L':'};
     StringFromGUID2(class_ids::namespace_folder, name.data() + 2, guid_chars);
     PIDLIST_ABSOLUTE list = nullptr;
     (void)SHParseDisplayName(name.data(), nullptr, &list, 0, nullptr);
-    return unique_absolute_list(list);
+    return com::unique_absolute_id_list(list);
 }
 
 namespace_root open_namespace_root() {
@@ -55,8 +52,8 @@ namespace_root open_namespace_root() {
     return root;
 }
 
-std::vector<unique_child_list> items_of(IShellFolder* folder) {
-    std::vector<unique_child_list> items;
+std::vector<com::unique_child_id> items_of(IShellFolder* folder) {
+    std::vector<com::unique_child_id> items;
     Microsoft::WRL::ComPtr<IEnumIDList> enumerator;
     const HRESULT result =
         folder->EnumObjects(nullptr, SHCONTF_FOLDERS | SHCONTF_NONFOLDERS, enumerator.GetAddressOf());

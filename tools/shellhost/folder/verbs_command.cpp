@@ -68,7 +68,7 @@ const entry& read_entry(arguments& words) {
     return *chosen;
 }
 
-stand_ins::unique_child_list find_item(const namespace_root& root, const entry& wanted) {
+com::unique_child_id find_item(const namespace_root& root, const entry& wanted) {
     for (auto& item : items_of(root.folder.Get())) {
         if (type_of(root.folder.Get(), item.get()) == wanted.type) {
             return std::move(item);

@@ -12,8 +12,8 @@ namespace ov::shellhost {
 
 namespace {
 
+using com::unique_absolute_id_list;
 using Microsoft::WRL::ComPtr;
-using stand_ins::unique_absolute_list;
 
 constexpr DWORD path_limit_chars = 32768;
 
@@ -33,18 +33,18 @@ std::wstring full_path_of(const std::wstring& path) {
     return text;
 }
 
-unique_absolute_list list_of_path(const std::wstring& path) {
+com::unique_absolute_id_list list_of_path(const std::wstring& path) {
     PIDLIST_ABSOLUTE list = nullptr;
     const HRESULT result = SHParseDisplayName(path.c_str(), nullptr, &list, 0, nullptr);
     if (FAILED(result)) {
         throw command_failure(L"the shell does not know '" + path + L"': " + describe(result));
     }
-    return unique_absolute_list(list);
+    return com::unique_absolute_id_list(list);
 }
 
 /// Adds one more item, which must lie in the folder of those before.
 void add(file_selection& selection, const std::wstring& path) {
-    unique_absolute_list list = list_of_path(path);
+    com::unique_absolute_id_list list = list_of_path(path);
     selection.ids.items.emplace_back(
         ILCloneChild(reinterpret_cast<PCUITEMID_CHILD>(ILFindLastID(list.get()))));
     ILRemoveLastID(list.get());
@@ -89,7 +89,7 @@ file_selection select_files(const std::vector<std::wstring>& paths) {
     }
     ComPtr<IShellFolder> folder;
     PCUITEMID_CHILD child = nullptr;
-    unique_absolute_list first = list_of_path(selection.paths.front());
+    com::unique_absolute_id_list first = list_of_path(selection.paths.front());
     const HRESULT result = SHBindToParent(first.get(), IID_PPV_ARGS(folder.GetAddressOf()), &child);
     if (FAILED(result)) {
         throw command_failure(L"the folder of '" + selection.paths.front() + L"' cannot be opened: " +

@@ -7,6 +7,7 @@
 #include <array>
 #include <memory>
 
+#include "ovufc/com/task_memory.h"
 #include "tools/shellhost/console.h"
 #include "tools/shellhost/menus/menu_tree.h"
 #include "tools/shellhost/script/accessible_parts.h"
@@ -14,7 +15,6 @@
 #include "tools/shellhost/script/input.h"
 #include "tools/shellhost/script/open_windows.h"
 #include "tools/shellhost/script/shown_items.h"
-#include "tools/stand_ins/items/task_memory.h"
 #include "tools/wine_window/system.h"
 
 namespace ov::shellhost {
@@ -106,7 +106,7 @@ void answer_dialog(const request& asked) {
 void browse(const request& asked) {
     PIDLIST_ABSOLUTE list = nullptr;
     HRESULT result = SHParseDisplayName(asked.rest.c_str(), nullptr, &list, 0, nullptr);
-    const stand_ins::unique_absolute_list owner(list);
+    const com::unique_absolute_id_list owner(list);
     if (SUCCEEDED(result)) {
         result = asked.window.browse(list);
     }

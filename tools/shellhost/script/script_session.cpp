@@ -5,6 +5,7 @@
 #include <string>
 
 #include "ovufc/win/handle.h"
+#include "ovufc/win/utf8.h"
 #include "tools/shellhost/command_failure.h"
 #include "tools/shellhost/console.h"
 #include "tools/shellhost/script/open_windows.h"
@@ -43,14 +44,6 @@ LRESULT CALLBACK receiver_procedure(HWND receiver, UINT message, WPARAM wparam, 
     return DefWindowProcW(receiver, message, wparam, lparam);
 }
 
-std::wstring from_utf8(const std::string& text) {
-    const auto size_bytes = static_cast<int>(text.size());
-    std::wstring wide(text.size(), L'\0');
-    wide.resize(static_cast<std::size_t>(
-        MultiByteToWideChar(CP_UTF8, 0, text.data(), size_bytes, wide.data(), size_bytes)));
-    return wide;
-}
-
 /// The script's side: runs on a thread of its own and knows the window by its receiver only, which may be
 /// gone.
 class script_reader {
@@ -60,7 +53,7 @@ class script_reader {
     void run() const {
         std::string line;
         while (read_line(line)) {
-            const script_reply reply = answer(from_utf8(line));
+            const script_reply reply = answer(win::from_utf8(line).value_or(std::wstring()));
             for (const std::wstring& text : reply.lines) {
                 print_line(text);
             }

@@ -2,8 +2,8 @@
 
 #include <wrl/client.h>
 
+#include "ovufc/com/task_memory.h"
 #include "tools/shellhost/folder/folder_columns.h"
-#include "tools/stand_ins/items/task_memory.h"
 
 namespace ov::shellhost {
 
@@ -44,7 +44,7 @@ std::vector<std::vector<std::wstring>> items_of_view(IFolderView* view) {
     for (int i = 0; i < count; ++i) {
         PITEMID_CHILD item = nullptr;
         (void)view->Item(i, &item);
-        const stand_ins::unique_child_list owner(item);
+        const com::unique_child_id owner(item);
         items.push_back(item != nullptr ? texts_of(folder.Get(), item) : std::vector<std::wstring>());
     }
     return items;

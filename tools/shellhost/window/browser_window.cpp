@@ -32,7 +32,7 @@ std::wstring name_of(PCIDLIST_ABSOLUTE place, SIGDN kind) {
     if (FAILED(SHGetNameFromIDList(place, kind, &name))) {
         return {};
     }
-    const stand_ins::unique_task<wchar_t> owner(name);
+    const com::unique_task_text owner(name);
     return name;
 }
 

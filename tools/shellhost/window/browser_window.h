@@ -6,10 +6,10 @@
 
 #include <string>
 
+#include "ovufc/com/task_memory.h"
 #include "ovufc/noncopyable.h"
 #include "tools/shellhost/window/browser_site.h"
 #include "tools/shellhost/window/window_menu.h"
-#include "tools/stand_ins/items/task_memory.h"
 
 namespace ov::shellhost {
 
@@ -54,7 +54,7 @@ class browser_window : noncopyable, nonmoveable {
     Microsoft::WRL::ComPtr<browser_site> site_;
     DWORD events_cookie_ = 0;
     bool is_navigating_ = false;
-    stand_ins::unique_absolute_list place_;
+    com::unique_absolute_id_list place_;
 };
 
 }  // namespace ov::shellhost

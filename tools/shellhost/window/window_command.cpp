@@ -51,7 +51,7 @@ window_options read_options(arguments& words) {
     return options;
 }
 
-stand_ins::unique_absolute_list first_place(const std::wstring& place) {
+com::unique_absolute_id_list first_place(const std::wstring& place) {
     if (place.empty()) {
         auto root = list_of_namespace_root();
         if (root != nullptr && !registered_module_of(class_ids::namespace_folder).empty()) {
@@ -60,14 +60,14 @@ stand_ins::unique_absolute_list first_place(const std::wstring& place) {
         print_error(L"the namespace folder is not registered; showing the desktop");
         PIDLIST_ABSOLUTE desktop = nullptr;
         (void)SHGetKnownFolderIDList(FOLDERID_Desktop, 0, nullptr, &desktop);
-        return stand_ins::unique_absolute_list(desktop);
+        return com::unique_absolute_id_list(desktop);
     }
     PIDLIST_ABSOLUTE list = nullptr;
     const HRESULT result = SHParseDisplayName(place.c_str(), nullptr, &list, 0, nullptr);
     if (FAILED(result)) {
         throw command_failure(L"there is no place '" + place + L"': " + describe(result));
     }
-    return stand_ins::unique_absolute_list(list);
+    return com::unique_absolute_id_list(list);
 }
 
 void say_consent(stand_ins::consent /*answer*/) {

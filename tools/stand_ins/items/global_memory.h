@@ -4,6 +4,8 @@
 
 #include "ovufc/win/handle.h"
 
+#include "ovufc/noncopyable.h"
+
 namespace ov::stand_ins {
 
 struct global_memory_traits {
@@ -15,11 +17,9 @@ struct global_memory_traits {
 using unique_global = win::unique_handle<global_memory_traits>;
 
 /// Holds a block of global memory locked for the length of a scope.
-class [[nodiscard]] global_lock {
+class [[nodiscard]] global_lock : private noncopyable {
   public:
     explicit global_lock(HGLOBAL memory) noexcept : memory_(memory), data_(GlobalLock(memory)) {}
-    global_lock(const global_lock&) = delete;
-    global_lock& operator=(const global_lock&) = delete;
     ~global_lock() {
         if (data_ != nullptr) {
             GlobalUnlock(memory_);

@@ -1,3 +1,4 @@
+#include "ovufc/noncopyable.h"
 #include "tools/stand_ins/items/id_list_array.h"
 
 #include <shlobj.h>
@@ -49,11 +50,9 @@ class block_reader {
     std::size_t size_bytes_;
 };
 
-class medium_scope {
+class medium_scope : private noncopyable {
   public:
     medium_scope() = default;
-    medium_scope(const medium_scope&) = delete;
-    medium_scope& operator=(const medium_scope&) = delete;
     ~medium_scope() { ReleaseStgMedium(&medium); }
     STGMEDIUM medium{};
 };
@@ -85,7 +84,7 @@ HRESULT read_block(const block_reader& block, item_selection& read) {
 std::vector<PCUITEMID_CHILD> item_selection::children() const {
     std::vector<PCUITEMID_CHILD> all;
     all.reserve(items.size());
-    for (const unique_child_list& item : items) {
+    for (const com::unique_child_id& item : items) {
         all.push_back(item.get());
     }
     return all;

@@ -6,15 +6,15 @@
 
 #include <vector>
 
+#include "ovufc/com/task_memory.h"
 #include "tools/stand_ins/items/global_memory.h"
-#include "tools/stand_ins/items/task_memory.h"
 
 namespace ov::stand_ins {
 
 /// Some items of one folder: its absolute id list and the children's.
 struct item_selection {
-    unique_absolute_list folder;
-    std::vector<unique_child_list> items;
+    com::unique_absolute_id_list folder;
+    std::vector<com::unique_child_id> items;
 
     /// The children as shell functions want them; valid as long as the selection.
     [[nodiscard]] std::vector<PCUITEMID_CHILD> children() const;

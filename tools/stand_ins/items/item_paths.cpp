@@ -25,7 +25,7 @@ std::wstring name_of_item(IShellFolder* folder, PCUITEMID_CHILD item, SHGDNF fla
     if (FAILED(StrRetToStrW(&returned, item, &text))) {
         return {};
     }
-    const unique_task<wchar_t> owner(text);
+    const com::unique_task_text owner(text);
     return text;
 }
 
@@ -40,7 +40,7 @@ std::vector<std::wstring> file_system_paths(const item_selection& selection) {
         return {};
     }
     std::vector<std::wstring> paths;
-    for (const unique_child_list& item : selection.items) {
+    for (const com::unique_child_id& item : selection.items) {
         std::wstring path = name_of_item(folder.Get(), item.get(), SHGDN_FORPARSING);
         // "::{class id}" names a place that is no path, whatever its attributes say.
         if (path.empty() || path.rfind(L"::", 0) == 0 ||

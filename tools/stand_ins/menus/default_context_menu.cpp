@@ -40,20 +40,20 @@ std::vector<unique_registry_key> class_keys_of_selection(const DEFCONTEXTMENU& d
 }
 
 /// The folder's own list: as given, or as the folder itself knows it.
-unique_absolute_list folder_list_of(const DEFCONTEXTMENU& description) {
+com::unique_absolute_id_list folder_list_of(const DEFCONTEXTMENU& description) {
     if (description.pidlFolder != nullptr) {
-        return unique_absolute_list(ILCloneFull(description.pidlFolder));
+        return com::unique_absolute_id_list(ILCloneFull(description.pidlFolder));
     }
     PIDLIST_ABSOLUTE list = nullptr;
     ComPtr<IPersistFolder2> persist;
     if (SUCCEEDED(description.psf->QueryInterface(IID_PPV_ARGS(persist.GetAddressOf())))) {
         (void)persist->GetCurFolder(&list);
     }
-    return unique_absolute_list(list);
+    return com::unique_absolute_id_list(list);
 }
 
 menu_source open_source(PCIDLIST_ABSOLUTE folder, PCUITEMID_CHILD item) {
-    const std::shared_ptr<ITEMIDLIST_ABSOLUTE> target(ILCombine(folder, item), task_memory_closer{});
+    const std::shared_ptr<ITEMIDLIST_ABSOLUTE> target(ILCombine(folder, item), com::task_memory_deleter{});
     menu_source source;
     source.name = L"folder";
     source.serves_default = true;
@@ -67,7 +67,7 @@ HRESULT build(const DEFCONTEXTMENU& description, REFIID riid, void** result) {
     (void)description.psf->GetUIObjectOf(description.hwnd, description.cidl, description.apidl,
                                          __uuidof(IDataObject), nullptr,
                                          reinterpret_cast<void**>(selection.GetAddressOf()));
-    const unique_absolute_list folder = folder_list_of(description);
+    const com::unique_absolute_id_list folder = folder_list_of(description);
     std::vector<menu_source> sources;
     if (folder != nullptr && description.cidl == 1 &&
         attributes_of_item(description.psf, description.apidl[0], SFGAO_FOLDER) != 0) {

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "tools/stand_ins/items/task_memory.h"
+#include "ovufc/com/task_memory.h"
 
 namespace ov::stand_ins {
 
@@ -12,7 +12,7 @@ namespace {
 
 /// What all sources of one selection share.
 struct selection_context {
-    unique_absolute_list folder;
+    com::unique_absolute_id_list folder;
     Microsoft::WRL::ComPtr<IDataObject> selection;
     std::vector<unique_registry_key> class_keys;
 };

@@ -9,7 +9,7 @@
 
 #include "ovufc/com/com_object.h"
 #include "ovufc/com/guard.h"
-#include "tools/stand_ins/items/task_memory.h"
+#include "ovufc/com/task_memory.h"
 
 namespace ov::stand_ins {
 
@@ -94,7 +94,7 @@ class open_folder_menu final
         return ShellExecuteExW(&execute) ? S_OK : HRESULT_FROM_WIN32(GetLastError());
     }
 
-    unique_absolute_list target_;
+    com::unique_absolute_id_list target_;
     ComPtr<IUnknown> site_;
 };
 

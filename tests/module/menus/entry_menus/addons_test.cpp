@@ -25,7 +25,7 @@ class Addons : public entry_fixture {
     Microsoft::WRL::ComPtr<IContextMenu> menu_ = entry_menu(class_ids::addons);
 };
 
-TEST_F(Addons, open_asksThenTellsTheTimestamp) {
+TEST_F(Addons, open_asks_then_tells_the_timestamp) {
     reply_timestamp(std::to_string(some_time));
     message_box_script boxes(module_.handle(), {IDOK, IDOK});
     EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
@@ -42,14 +42,14 @@ TEST_F(Addons, open_asksThenTellsTheTimestamp) {
     EXPECT_THAT(sent(), ElementsAre(request()));
 }
 
-TEST_F(Addons, cancel_sendsNothing) {
+TEST_F(Addons, cancel_sends_nothing) {
     message_box_script boxes(module_.handle(), {IDCANCEL});
     EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
     EXPECT_EQ(boxes.shown().size(), 1U);
     EXPECT_THAT(sent(), IsEmpty());
 }
 
-TEST_F(Addons, timestampOfZero_isAnEmptyDate) {
+TEST_F(Addons, timestamp_of_zero_is_an_empty_date) {
     reply_timestamp("0");
     message_box_script boxes(module_.handle(), {IDOK, IDOK});
     EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
@@ -59,7 +59,7 @@ TEST_F(Addons, timestampOfZero_isAnEmptyDate) {
 }
 
 // File times have no sign; the system turns none of the upper half into a date.
-TEST_F(Addons, timestampInTheUpperHalf_isATimestampWithoutADate) {
+TEST_F(Addons, timestamp_in_the_upper_half_is_a_timestamp_without_a_date) {
     for (const char* timestamp : {"9223372036854775808", "18446744073709551615"}) {
         reply_timestamp(timestamp);
         message_box_script boxes(module_.handle(), {IDOK, IDOK});
@@ -70,7 +70,7 @@ TEST_F(Addons, timestampInTheUpperHalf_isATimestampWithoutADate) {
     }
 }
 
-TEST_F(Addons, noTimestamp_isTheFailureMessage) {
+TEST_F(Addons, no_timestamp_is_the_failure_message) {
     for (const char* text :
          {R"({"data":{"lastTimestamp":5},"statusCode":0})", R"({"data":{},"statusCode":-2})",
           R"({"data":{"lastTimestamp":5},"statusCode":5})", "not json"}) {
@@ -84,14 +84,14 @@ TEST_F(Addons, noTimestamp_isTheFailureMessage) {
     }
 }
 
-TEST_F(Addons, driverThatServesNothing_isTheFailureMessage) {
+TEST_F(Addons, driver_that_serves_nothing_is_the_failure_message) {
     service_.set_state(0);
     message_box_script boxes(module_.handle(), {IDOK, IDOK});
     EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
     EXPECT_EQ(boxes.shown().at(1).style, 0x50010U);
 }
 
-TEST_F(Addons, errorWhileTelling_isTheFailureMessage) {
+TEST_F(Addons, error_while_telling_is_the_failure_message) {
     reply_timestamp(std::to_string(some_time));
     message_box_script boxes(module_.handle(), {IDOK, IDOK, IDOK});
     boxes.while_shown = [](const message_box_script::box& box) {
@@ -105,7 +105,7 @@ TEST_F(Addons, errorWhileTelling_isTheFailureMessage) {
     EXPECT_EQ(boxes.shown()[2].style, 0x50010U);
 }
 
-TEST_F(Addons, errorInTheQuestion_endsTheCommandQuietly) {
+TEST_F(Addons, error_in_the_question_ends_the_command_quietly) {
     message_box_script boxes(module_.handle(), {IDOK});
     boxes.while_shown = [](const auto&) { throw std::bad_alloc(); };
     EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
@@ -113,7 +113,7 @@ TEST_F(Addons, errorInTheQuestion_endsTheCommandQuietly) {
     EXPECT_THAT(sent(), IsEmpty());
 }
 
-TEST_F(Addons, withoutAnItem_nothingIsAsked) {
+TEST_F(Addons, without_an_item_nothing_is_asked) {
     message_box_script boxes(module_.handle(), {});
     const auto menu = make_menu(class_ids::addons);
     EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
@@ -122,7 +122,7 @@ TEST_F(Addons, withoutAnItem_nothingIsAsked) {
     EXPECT_THAT(sent(), IsEmpty());
 }
 
-TEST_F(Addons, verb_isTheDefaultActionAlone) {
+TEST_F(Addons, verb_is_the_default_action_alone) {
     expect_default_verb_alone(menu_.Get(), L"Open");
 }
 

@@ -57,7 +57,7 @@ class Restore : public entry_fixture {
     Microsoft::WRL::ComPtr<IContextMenu> menu_ = entry_menu(class_ids::one_click_restore);
 };
 
-TEST_F(Restore, confirmedTwice_restoresTheFirstPoint) {
+TEST_F(Restore, confirmed_twice_restores_the_first_point) {
     message_box_script boxes(module_.handle(), {IDOK, IDOK});
     EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
     ASSERT_EQ(boxes.shown().size(), 2U);
@@ -73,7 +73,7 @@ TEST_F(Restore, confirmedTwice_restoresTheFirstPoint) {
     EXPECT_THAT(sent(), ElementsAre(points_request(), folders_request(), restore_request()));
 }
 
-TEST_F(Restore, cancelAtEitherQuestion_sendsNothingMore) {
+TEST_F(Restore, cancel_at_either_question_sends_nothing_more) {
     {
         message_box_script boxes(module_.handle(), {IDCANCEL});
         EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
@@ -88,7 +88,7 @@ TEST_F(Restore, cancelAtEitherQuestion_sendsNothingMore) {
     EXPECT_FALSE(is_running());
 }
 
-TEST_F(Restore, declinedElevation_endsSilently) {
+TEST_F(Restore, declined_elevation_ends_silently) {
     message_box_script boxes(module_.handle(), {});
     for (const HRESULT refusal :
          {HRESULT_FROM_WIN32(ERROR_CANCELLED), E_ACCESSDENIED, MK_E_SYNTAX, S_FALSE}) {
@@ -99,7 +99,7 @@ TEST_F(Restore, declinedElevation_endsSilently) {
     EXPECT_FALSE(is_running());
 }
 
-TEST_F(Restore, noPoint_isOneStopMessageAndNoQuestion) {
+TEST_F(Restore, no_point_is_one_stop_message_and_no_question) {
     for (const char* text :
          {R"({"data":{"restorePoints":[]},"statusCode":0})", R"({"data":{},"statusCode":0})",
           R"({"data":{"restorePoints":[{"createdOn":1,"sequenceNumber":1}]},"statusCode":3})"}) {
@@ -116,7 +116,7 @@ TEST_F(Restore, noPoint_isOneStopMessageAndNoQuestion) {
     EXPECT_FALSE(is_running());
 }
 
-TEST_F(Restore, driverThatServesNothing_isTheStopMessage) {
+TEST_F(Restore, driver_that_serves_nothing_is_the_stop_message) {
     service_.set_state(0);
     {
         message_box_script boxes(module_.handle(), {IDOK});
@@ -127,7 +127,7 @@ TEST_F(Restore, driverThatServesNothing_isTheStopMessage) {
     expect_another_restore_runs();
 }
 
-TEST_F(Restore, refusalOfTheRestoreItself_isNotShown) {
+TEST_F(Restore, refusal_of_the_restore_itself_is_not_shown) {
     reply(service_call::restore_from_point, R"({"data":{},"statusCode":5})");
     message_box_script boxes(module_.handle(), {IDOK, IDOK});
     EXPECT_EQ(invoke(menu_.Get(), 0), S_OK);
@@ -135,7 +135,7 @@ TEST_F(Restore, refusalOfTheRestoreItself_isNotShown) {
     EXPECT_FALSE(is_running());
 }
 
-TEST_F(Restore, withoutAnItem_nothingHappens) {
+TEST_F(Restore, without_an_item_nothing_happens) {
     message_box_script boxes(module_.handle(), {});
     const auto menu = make_menu(class_ids::one_click_restore);
     EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
@@ -143,12 +143,12 @@ TEST_F(Restore, withoutAnItem_nothingHappens) {
     EXPECT_THAT(sent(), IsEmpty());
 }
 
-TEST_F(Restore, verb_isTheDefaultActionAlone) {
+TEST_F(Restore, verb_is_the_default_action_alone) {
     expect_default_verb_alone(menu_.Get(), L"Restore");
     EXPECT_EQ(consent_.asked(), 0);
 }
 
-TEST_F(Restore, whileItRuns_newFileMenusAreEmptyAndOldOnesKeepTheirItems) {
+TEST_F(Restore, while_it_runs_new_file_menus_are_empty_and_old_ones_keep_their_items) {
     reply_folder_status(true);
     const auto older = menu_on(folder_.path());
     EXPECT_FALSE(is_running());
@@ -166,7 +166,7 @@ TEST_F(Restore, whileItRuns_newFileMenusAreEmptyAndOldOnesKeepTheirItems) {
     EXPECT_FALSE(is_running());
 }
 
-TEST_F(Restore, proofOfConsent_isHeldToTheEndAndReleasedWhenTheTurnIsOver) {
+TEST_F(Restore, proof_of_consent_is_held_to_the_end_and_released_when_the_turn_is_over) {
     bool running_at_release = true;
     consent_.when_released = [&] { running_at_release = is_running(); };
     message_box_script boxes(module_.handle(), {IDOK, IDOK});
@@ -197,7 +197,7 @@ struct second_restore {
     }
 };
 
-TEST_F(Restore, secondRestoreOnAnotherThread_endsAtOnceWithoutAWord) {
+TEST_F(Restore, second_restore_on_another_thread_ends_at_once_without_a_word) {
     const auto selection = select_items({folder_.path()});
     second_restore second{module_, selection.Get()};
     message_box_script boxes(module_.handle(), {IDOK, IDOK});
@@ -217,7 +217,7 @@ TEST_F(Restore, secondRestoreOnAnotherThread_endsAtOnceWithoutAWord) {
     EXPECT_FALSE(is_running());
 }
 
-TEST_F(Restore, errorOnTheWay_isTheStopMessageAndEndsTheTurn) {
+TEST_F(Restore, error_on_the_way_is_the_stop_message_and_ends_the_turn) {
     message_box_script boxes(module_.handle(), {IDOK, IDOK});
     boxes.while_shown = [](const message_box_script::box& box) {
         if (box.style == 0x50121U) {
@@ -232,7 +232,7 @@ TEST_F(Restore, errorOnTheWay_isTheStopMessageAndEndsTheTurn) {
     EXPECT_FALSE(is_running());
 }
 
-TEST_F(Restore, errorInTheStopMessageToo_stillEndsTheTurn) {
+TEST_F(Restore, error_in_the_stop_message_too_still_ends_the_turn) {
     {
         message_box_script boxes(module_.handle(), {IDOK, IDOK});
         boxes.while_shown = [](const auto&) { throw std::bad_alloc(); };
@@ -243,7 +243,7 @@ TEST_F(Restore, errorInTheStopMessageToo_stillEndsTheTurn) {
     expect_another_restore_runs();
 }
 
-TEST_F(Restore, errorInThePrompt_endsTheTurn) {
+TEST_F(Restore, error_in_the_prompt_ends_the_turn) {
     consent_.while_asked = [] { throw std::bad_alloc(); };
     {
         message_box_script boxes(module_.handle(), {});

@@ -39,7 +39,7 @@ class CommandString : public tracked_file_fixture {
 constexpr std::array wide_types{GCS_VERBW, GCS_HELPTEXTW, GCS_VALIDATEW};
 constexpr std::array narrow_types{GCS_VERBA, GCS_HELPTEXTA, GCS_VALIDATEA};
 
-TEST_F(CommandString, folderTexts_serveAsVerbHelpAndValidation) {
+TEST_F(CommandString, folder_texts_serve_as_verb_help_and_validation) {
     const auto menu = menu_on(folder_.path());
     const std::array texts{message_texts::of(0x40000), message_texts::of(0x40001),
                            std::wstring(L"Export deleted files"), std::wstring(L"Export chronels")};
@@ -56,7 +56,7 @@ TEST_F(CommandString, folderTexts_serveAsVerbHelpAndValidation) {
 // Nothing but what a cast to half the width would lose.
 constexpr UINT_PTR upper_half = UINT_PTR{1} << (sizeof(UINT_PTR) * 4);
 
-TEST_F(CommandString, idsBeyondTheFour_areRefused) {
+TEST_F(CommandString, ids_beyond_the_four_are_refused) {
     const auto menu = menu_on(folder_.path());
     for (const UINT_PTR id : {UINT_PTR{4}, UINT_PTR{5}, upper_half, ~UINT_PTR{0}}) {
         const auto got = ask(menu.Get(), id, GCS_VERBW);
@@ -65,7 +65,7 @@ TEST_F(CommandString, idsBeyondTheFour_areRefused) {
     }
 }
 
-TEST_F(CommandString, narrowRequests_areRefusedInEveryMode) {
+TEST_F(CommandString, narrow_requests_are_refused_in_every_mode) {
     const auto folder = menu_on(folder_.path());
     const auto file = file_menu();
     for (const UINT type : narrow_types) {
@@ -75,7 +75,7 @@ TEST_F(CommandString, narrowRequests_areRefusedInEveryMode) {
     }
 }
 
-TEST_F(CommandString, trackedFile_hasOneText) {
+TEST_F(CommandString, tracked_file_has_one_text) {
     const auto menu = file_menu();
     for (const UINT type : wide_types) {
         EXPECT_EQ(ask(menu.Get(), 0, type).text, message_texts::of(0x40019));
@@ -83,12 +83,12 @@ TEST_F(CommandString, trackedFile_hasOneText) {
     }
 }
 
-TEST_F(CommandString, menuWithoutASelection_answersAsForAFolder) {
+TEST_F(CommandString, menu_without_a_selection_answers_as_for_a_folder) {
     const auto menu = make_menu(class_ids::shell_extension);
     EXPECT_EQ(ask(menu.Get(), 3, GCS_VERBW).text, L"Export chronels");
 }
 
-TEST_F(CommandString, shortBuffer_cutsTheText) {
+TEST_F(CommandString, short_buffer_cuts_the_text) {
     const auto menu = menu_on(folder_.path());
     for (const UINT cch : {1U, 2U, 7U, 15U, 16U}) {
         const auto got = ask(menu.Get(), 3, GCS_HELPTEXTW, cch);
@@ -98,7 +98,7 @@ TEST_F(CommandString, shortBuffer_cutsTheText) {
     }
 }
 
-TEST_F(CommandString, noBuffer_isOkAndWritesNothing) {
+TEST_F(CommandString, no_buffer_is_ok_and_writes_nothing) {
     const auto menu = menu_on(folder_.path());
     const auto got = ask(menu.Get(), 3, GCS_VERBW, 0);
     EXPECT_EQ(got.result, S_OK);

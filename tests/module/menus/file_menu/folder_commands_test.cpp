@@ -35,7 +35,7 @@ class FolderCommands : public menus_fixture {
 // Nothing but what a cast to half the width would lose.
 constexpr UINT_PTR upper_half = UINT_PTR{1} << (sizeof(UINT_PTR) * 4);
 
-TEST_F(FolderCommands, badVerbs_areRefused) {
+TEST_F(FolderCommands, bad_verbs_are_refused) {
     const auto menu = folder_menu();
     EXPECT_EQ(menu->InvokeCommand(nullptr), E_INVALIDARG);
     for (const UINT_PTR verb : {UINT_PTR{4}, UINT_PTR{0xFFFF}, UINT_PTR{0x10000}, upper_half}) {
@@ -45,7 +45,7 @@ TEST_F(FolderCommands, badVerbs_areRefused) {
     EXPECT_THAT(sent(), IsEmpty());
 }
 
-TEST_F(FolderCommands, menuWithoutASelection_runsNothing) {
+TEST_F(FolderCommands, menu_without_a_selection_runs_nothing) {
     const auto menu = make_menu(class_ids::shell_extension);
     for (const UINT_PTR verb : {0, 1, 2, 3}) {
         EXPECT_EQ(invoke(menu.Get(), verb), E_INVALIDARG);
@@ -55,7 +55,7 @@ TEST_F(FolderCommands, menuWithoutASelection_runsNothing) {
     EXPECT_THAT(sent(), IsEmpty());
 }
 
-TEST_F(FolderCommands, wideForm_runsTheSameCommand) {
+TEST_F(FolderCommands, wide_form_runs_the_same_command) {
     service_.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
     const auto menu = folder_menu();
     CMINVOKECOMMANDINFOEX info{};
@@ -67,7 +67,7 @@ TEST_F(FolderCommands, wideForm_runsTheSameCommand) {
     EXPECT_EQ(sent().size(), 1U);
 }
 
-TEST_F(FolderCommands, wideNameBesideAnOffset_isNotLookedAt) {
+TEST_F(FolderCommands, wide_name_beside_an_offset_is_not_looked_at) {
     service_.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
     const auto menu = folder_menu();
     CMINVOKECOMMANDINFOEX info{};
@@ -79,7 +79,7 @@ TEST_F(FolderCommands, wideNameBesideAnOffset_isNotLookedAt) {
     EXPECT_EQ(sent().size(), 1U);
 }
 
-TEST_F(FolderCommands, protectionNotConfirmed_sendsNothing) {
+TEST_F(FolderCommands, protection_not_confirmed_sends_nothing) {
     fake_dialog_library dialogs(module_.handle());
     const auto menu = folder_menu();
     EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
@@ -87,7 +87,7 @@ TEST_F(FolderCommands, protectionNotConfirmed_sendsNothing) {
     EXPECT_THAT(sent(), IsEmpty());
 }
 
-TEST_F(FolderCommands, protection_isOfferedWithUnprotect) {
+TEST_F(FolderCommands, protection_is_offered_with_unprotect) {
     fake_dialog_library dialogs(module_.handle());
     std::wstring shown_path;
     std::uint32_t shown_flags = 0;
@@ -104,7 +104,7 @@ TEST_F(FolderCommands, protection_isOfferedWithUnprotect) {
     EXPECT_EQ(dialogs.loads().at(0).flags, 0x1100U);
 }
 
-TEST_F(FolderCommands, protectionConfirmed_isSent) {
+TEST_F(FolderCommands, protection_confirmed_is_sent) {
     fake_dialog_library dialogs(module_.handle());
     dialogs.protect = [](dialog::ProtectDialogRequest&) { return 1U; };
     const auto menu = folder_menu();
@@ -112,7 +112,7 @@ TEST_F(FolderCommands, protectionConfirmed_isSent) {
     EXPECT_THAT(sent(), ElementsAre(request_text(service_call::protect_folder, folder_name() + "}")));
 }
 
-TEST_F(FolderCommands, protectionUnderAnObjectPath_isSentWithIt) {
+TEST_F(FolderCommands, protection_under_an_object_path_is_sent_with_it) {
     fake_dialog_library dialogs(module_.handle());
     dialogs.protect = [](dialog::ProtectDialogRequest& request) {
         std::wcscpy(request.object_path, L"D:\\\u00fcber\\x");
@@ -125,7 +125,7 @@ TEST_F(FolderCommands, protectionUnderAnObjectPath_isSentWithIt) {
                             folder_name() + R"(,"objPath":)" + json_text(L"D:\\\u00fcber\\x") + "}")));
 }
 
-TEST_F(FolderCommands, protectionThatFails_isUnexpected) {
+TEST_F(FolderCommands, protection_that_fails_is_unexpected) {
     fake_dialog_library dialogs(module_.handle());
     reply(service_call::protect_folder, refused);
     reply(service_call::protect_folder_as, refused);
@@ -140,7 +140,7 @@ TEST_F(FolderCommands, protectionThatFails_isUnexpected) {
     EXPECT_EQ(invoke(menu.Get(), 0), E_UNEXPECTED);
 }
 
-TEST_F(FolderCommands, missingDialogLibrary_doesNothing) {
+TEST_F(FolderCommands, missing_dialog_library_does_nothing) {
     fake_dialog_library dialogs(module_.handle());
     const auto menu = folder_menu();
     dialogs.is_missing = true;
@@ -152,7 +152,7 @@ TEST_F(FolderCommands, missingDialogLibrary_doesNothing) {
     EXPECT_THAT(sent(), IsEmpty());
 }
 
-TEST_F(FolderCommands, unprotect_asksThenSends) {
+TEST_F(FolderCommands, unprotect_asks_then_sends) {
     message_box_script boxes(module_.handle(), {IDOK});
     const auto menu = folder_menu();
     EXPECT_EQ(invoke(menu.Get(), 1), S_OK);
@@ -164,7 +164,7 @@ TEST_F(FolderCommands, unprotect_asksThenSends) {
     EXPECT_THAT(sent(), ElementsAre(request_text(service_call::unprotect_folder, folder_name() + "}")));
 }
 
-TEST_F(FolderCommands, realQuestion_isAnsweredByItsButtons) {
+TEST_F(FolderCommands, real_question_is_answered_by_its_buttons) {
     const auto menu = folder_menu();
     {
         box_presser presser({IDCANCEL});
@@ -179,7 +179,7 @@ TEST_F(FolderCommands, realQuestion_isAnsweredByItsButtons) {
     EXPECT_EQ(sent().size(), 1U);
 }
 
-TEST_F(FolderCommands, unprotectNotConfirmed_sendsNothing) {
+TEST_F(FolderCommands, unprotect_not_confirmed_sends_nothing) {
     message_box_script boxes(module_.handle(), {IDCANCEL, 0});
     const auto menu = folder_menu();
     EXPECT_EQ(invoke(menu.Get(), 1), S_OK);
@@ -187,7 +187,7 @@ TEST_F(FolderCommands, unprotectNotConfirmed_sendsNothing) {
     EXPECT_THAT(sent(), IsEmpty());
 }
 
-TEST_F(FolderCommands, unprotectThatFails_isUnexpectedAndSaysNothing) {
+TEST_F(FolderCommands, unprotect_that_fails_is_unexpected_and_says_nothing) {
     message_box_script boxes(module_.handle(), {IDOK});
     reply(service_call::unprotect_folder, refused);
     const auto menu = folder_menu();
@@ -195,7 +195,7 @@ TEST_F(FolderCommands, unprotectThatFails_isUnexpectedAndSaysNothing) {
     EXPECT_EQ(boxes.shown().size(), 1U);
 }
 
-TEST_F(FolderCommands, blockedUnprotect_saysSoAndSendsNothing) {
+TEST_F(FolderCommands, blocked_unprotect_says_so_and_sends_nothing) {
     message_box_script boxes(module_.handle(), {IDOK});
     service_.set_flags(ORV_FLAG_UNPROTECT_BLOCKED);
     const auto menu = folder_menu();
@@ -208,7 +208,7 @@ TEST_F(FolderCommands, blockedUnprotect_saysSoAndSendsNothing) {
     EXPECT_THAT(sent(), IsEmpty());
 }
 
-TEST_F(FolderCommands, blockOnUnprotect_isReadWhenTheMenuIsInitialised) {
+TEST_F(FolderCommands, block_on_unprotect_is_read_when_the_menu_is_initialised) {
     message_box_script boxes(module_.handle(), {IDCANCEL});
     const auto menu = folder_menu();
     service_.set_flags(ORV_FLAG_UNPROTECT_BLOCKED);
@@ -216,7 +216,7 @@ TEST_F(FolderCommands, blockOnUnprotect_isReadWhenTheMenuIsInitialised) {
     EXPECT_EQ(boxes.shown().at(0).style, 0x50121U) << "the question, not the refusal";
 }
 
-TEST_F(FolderCommands, exports_areSentByKind) {
+TEST_F(FolderCommands, exports_are_sent_by_kind) {
     service_.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
     const auto menu = folder_menu();
     const std::string folder_name = json_text(folder_.path());
@@ -230,7 +230,7 @@ TEST_F(FolderCommands, exports_areSentByKind) {
                                          R"({"exportType":"chronels","folderName":)" + folder_name + "}")));
 }
 
-TEST_F(FolderCommands, exportThatFails_isStillOk) {
+TEST_F(FolderCommands, export_that_fails_is_still_ok) {
     service_.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
     reply(service_call::export_folder, refused);
     const auto menu = folder_menu();
@@ -239,7 +239,7 @@ TEST_F(FolderCommands, exportThatFails_isStillOk) {
     EXPECT_EQ(sent().size(), 2U);
 }
 
-TEST_F(FolderCommands, exportsThatAreNotAvailable_areNotSent) {
+TEST_F(FolderCommands, exports_that_are_not_available_are_not_sent) {
     const auto menu = folder_menu();
     EXPECT_EQ(invoke(menu.Get(), 2), S_OK);
     EXPECT_EQ(invoke(menu.Get(), 3), S_OK);

@@ -15,13 +15,13 @@ constexpr UINT first = queried_menu::first_id;
 
 class FolderMenu : public menus_fixture {};
 
-TEST_F(FolderMenu, folder_isAskedAboutOnce) {
+TEST_F(FolderMenu, folder_is_asked_about_once) {
     const auto menu = menu_on(folder_.path());
     EXPECT_THAT(sent(), ElementsAre(request_text(service_call::get_folder_status,
                                                  R"({"folderName":)" + json_text(folder_.path()) + "}")));
 }
 
-TEST_F(FolderMenu, unprotectedFolder_hasOneGreyItem) {
+TEST_F(FolderMenu, unprotected_folder_has_one_grey_item) {
     reply_folder_status(false);
     const auto menu = menu_on(folder_.path());
     const queried_menu queried(menu.Get(), CMF_NORMAL);
@@ -32,7 +32,7 @@ TEST_F(FolderMenu, unprotectedFolder_hasOneGreyItem) {
     EXPECT_THAT(queried.submenu, ElementsAre(menu_item{L"Not protected", first, MF_GRAYED}));
 }
 
-TEST_F(FolderMenu, protectedFolder_hasTwoItems) {
+TEST_F(FolderMenu, protected_folder_has_two_items) {
     reply_folder_status(true);
     const auto menu = menu_on(folder_.path());
     const queried_menu queried(menu.Get(), CMF_NORMAL);
@@ -41,7 +41,7 @@ TEST_F(FolderMenu, protectedFolder_hasTwoItems) {
                                              menu_item{message_texts::of(0x40001), first + 1}));
 }
 
-TEST_F(FolderMenu, protectedFolderWithExports_hasFourItems) {
+TEST_F(FolderMenu, protected_folder_with_exports_has_four_items) {
     reply_folder_status(true);
     service_.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
     const auto menu = menu_on(folder_.path());
@@ -53,7 +53,7 @@ TEST_F(FolderMenu, protectedFolderWithExports_hasFourItems) {
                                              menu_item{L"Export chronels", first + 3}));
 }
 
-TEST_F(FolderMenu, unprotectedFolderWithExports_stillHasOneItem) {
+TEST_F(FolderMenu, unprotected_folder_with_exports_still_has_one_item) {
     reply_folder_status(false);
     service_.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
     const auto menu = menu_on(folder_.path());
@@ -62,7 +62,7 @@ TEST_F(FolderMenu, unprotectedFolderWithExports_stillHasOneItem) {
     EXPECT_EQ(queried.submenu.size(), 1U);
 }
 
-TEST_F(FolderMenu, submenu_carriesTheProductsBitmapAndItsItemsNone) {
+TEST_F(FolderMenu, submenu_carries_the_products_bitmap_and_its_items_none) {
     reply_folder_status(true);
     const auto menu = menu_on(folder_.path());
     const queried_menu queried(menu.Get(), CMF_NORMAL);
@@ -78,7 +78,7 @@ TEST_F(FolderMenu, submenu_carriesTheProductsBitmapAndItsItemsNone) {
     }
 }
 
-TEST_F(FolderMenu, driverThatStopsServing_greysTheFirstItemAlone) {
+TEST_F(FolderMenu, driver_that_stops_serving_greys_the_first_item_alone) {
     reply_folder_status(true);
     service_.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
     const auto menu = menu_on(folder_.path());
@@ -91,7 +91,7 @@ TEST_F(FolderMenu, driverThatStopsServing_greysTheFirstItemAlone) {
                                              menu_item{L"Export chronels", first + 3}));
 }
 
-TEST_F(FolderMenu, driverThatServesNothing_leavesTheGreyItem) {
+TEST_F(FolderMenu, driver_that_serves_nothing_leaves_the_grey_item) {
     service_.set_state(0);
     service_.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
     const auto menu = menu_on(folder_.path());
@@ -114,7 +114,7 @@ HANDLE WINAPI refuse_device(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_
     return open_device->original()(path, access, share, security, disposition, flags, pattern);
 }
 
-TEST_F(FolderMenu, absentDriver_leavesTheGreyItem) {
+TEST_F(FolderMenu, absent_driver_leaves_the_grey_item) {
     import_patch<decltype(CreateFileW)> patch(module_.handle(), "kernel32.dll", "CreateFileW",
                                               &refuse_device);
     open_device = &patch;
@@ -126,7 +126,7 @@ TEST_F(FolderMenu, absentDriver_leavesTheGreyItem) {
     EXPECT_EQ(device_opens, 2) << "one to ask about the folder, one to build the menu";
 }
 
-TEST_F(FolderMenu, driverThatComesAfterTheSelection_makesTheMenuActive) {
+TEST_F(FolderMenu, driver_that_comes_after_the_selection_makes_the_menu_active) {
     {
         import_patch<decltype(CreateFileW)> patch(module_.handle(), "kernel32.dll", "CreateFileW",
                                                   &refuse_device);
@@ -140,7 +140,7 @@ TEST_F(FolderMenu, driverThatComesAfterTheSelection_makesTheMenuActive) {
     EXPECT_EQ(queried.submenu[0].state & MF_GRAYED, 0U);
 }
 
-TEST_F(FolderMenu, hostsThatWantOtherMenus_getNothing) {
+TEST_F(FolderMenu, hosts_that_want_other_menus_get_nothing) {
     reply_folder_status(true);
     const auto menu = menu_on(folder_.path());
     for (const UINT flags : std::initializer_list<UINT>{CMF_DEFAULTONLY, CMF_EXTENDEDVERBS, 0x800,
@@ -155,13 +155,13 @@ TEST_F(FolderMenu, hostsThatWantOtherMenus_getNothing) {
     }
 }
 
-TEST_F(FolderMenu, restrictedUser_getsNothing) {
+TEST_F(FolderMenu, restricted_user_gets_nothing) {
     reply_folder_status(true, "restricted");
     const auto menu = menu_on(folder_.path());
     EXPECT_EQ(queried_menu(menu.Get(), CMF_NORMAL).result, 0);
 }
 
-TEST_F(FolderMenu, restrictedInAnotherCase_isNotRestricted) {
+TEST_F(FolderMenu, restricted_in_another_case_is_not_restricted) {
     for (const char* level : {"Restricted", "full", "restricted "}) {
         reply_folder_status(true, level);
         const auto menu = menu_on(folder_.path());
@@ -169,14 +169,14 @@ TEST_F(FolderMenu, restrictedInAnotherCase_isNotRestricted) {
     }
 }
 
-TEST_F(FolderMenu, restrictionInTheStatusBlock_isForFilesAlone) {
+TEST_F(FolderMenu, restriction_in_the_status_block_is_for_files_alone) {
     reply_folder_status(true);
     service_.set_flags(ORV_FLAG_UI_RESTRICTED);
     const auto menu = menu_on(folder_.path());
     EXPECT_EQ(queried_menu(menu.Get(), CMF_NORMAL).result, 3);
 }
 
-TEST_F(FolderMenu, otherSelections_getNothingAndAskNothing) {
+TEST_F(FolderMenu, other_selections_get_nothing_and_ask_nothing) {
     const auto file = folder_.make_file(L"plain.txt", "text");
     const auto inner = folder_.make_folder(L"inner");
     const auto refusing = select_paths({folder_.path()});
@@ -200,7 +200,7 @@ TEST_F(FolderMenu, otherSelections_getNothingAndAskNothing) {
     EXPECT_THAT(sent(), IsEmpty());
 }
 
-TEST_F(FolderMenu, secondSelection_takesThePlaceOfTheFirst) {
+TEST_F(FolderMenu, second_selection_takes_the_place_of_the_first) {
     reply_folder_status(true, "restricted");
     const auto menu = menu_on(folder_.path());
     const auto several = select_paths({folder_.path(), folder_.path()});
@@ -211,7 +211,7 @@ TEST_F(FolderMenu, secondSelection_takesThePlaceOfTheFirst) {
     EXPECT_EQ(queried_menu(menu.Get(), CMF_NORMAL).result, 3);
 }
 
-TEST_F(FolderMenu, noSubmenuToBeHad_isTheSystemsError) {
+TEST_F(FolderMenu, no_submenu_to_be_had_is_the_systems_error) {
     reply_folder_status(true);
     const auto menu = menu_on(folder_.path());
     const import_patch<decltype(CreateMenu)> patch(module_.handle(), "user32.dll", "CreateMenu",
@@ -224,7 +224,7 @@ TEST_F(FolderMenu, noSubmenuToBeHad_isTheSystemsError) {
     EXPECT_THAT(queried.added, IsEmpty());
 }
 
-TEST_F(FolderMenu, hostWithoutAMenu_getsNoItemAndNoSubmenuStays) {
+TEST_F(FolderMenu, host_without_a_menu_gets_no_item_and_no_submenu_stays) {
     static HMENU made;
     static decltype(&CreateMenu) original;
     const import_patch<decltype(CreateMenu)> patch(module_.handle(), "user32.dll", "CreateMenu",
@@ -253,7 +253,7 @@ BOOL WINAPI note_bitmaps(HMENU menu, UINT position, UINT flags, HBITMAP unchecke
     return real_bitmaps(menu, position, flags, unchecked, checked);
 }
 
-TEST_F(FolderMenu, calls_areMadeByPositionInOrder) {
+TEST_F(FolderMenu, calls_are_made_by_position_in_order) {
     reply_folder_status(true);
     const auto menu = menu_on(folder_.path());
     const import_patch<decltype(InsertMenuW)> inserts(module_.handle(), "user32.dll", "InsertMenuW",

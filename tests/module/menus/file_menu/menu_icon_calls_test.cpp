@@ -118,7 +118,7 @@ class MenuIconCalls : public testing::Test {
                                                 real_delete};
 };
 
-TEST_F(MenuIconCalls, newMenu_asksForTheSizeOnceAndDrawsOnce) {
+TEST_F(MenuIconCalls, new_menu_asks_for_the_size_once_and_draws_once) {
     IContextMenu* menu = nullptr;
     ASSERT_EQ(module_.create(class_ids::shell_extension, IID_PPV_ARGS(&menu)), S_OK);
     // 54 is SM_CXMENUSIZE.
@@ -127,7 +127,7 @@ TEST_F(MenuIconCalls, newMenu_asksForTheSizeOnceAndDrawsOnce) {
     menu->Release();
 }
 
-TEST_F(MenuIconCalls, lastRelease_givesIconThenBitmapBack) {
+TEST_F(MenuIconCalls, last_release_gives_icon_then_bitmap_back) {
     IContextMenu* menu = nullptr;
     ASSERT_EQ(module_.create(class_ids::shell_extension, IID_PPV_ARGS(&menu)), S_OK);
     calls.clear();

@@ -54,7 +54,7 @@ class recorded_menu {
     import_patch<decltype(SetMenuItemBitmaps)> bitmaps_;
 };
 
-TEST_F(TrackedFileMenu, file_hasOneItemWithThePopupFlagAndACommandNumber) {
+TEST_F(TrackedFileMenu, file_has_one_item_with_the_popup_flag_and_a_command_number) {
     const auto menu = file_menu();
     const recorded_menu recorded(module_.handle());
     EXPECT_EQ(menu->QueryContextMenu(nullptr, 4, 100, 0x7FFF, CMF_NORMAL), 1);
@@ -69,7 +69,7 @@ TEST_F(TrackedFileMenu, file_hasOneItemWithThePopupFlagAndACommandNumber) {
     EXPECT_THAT(sent(), IsEmpty()) << "a file is not asked about";
 }
 
-TEST_F(TrackedFileMenu, hostsMenu_holdsTheItem) {
+TEST_F(TrackedFileMenu, hosts_menu_holds_the_item) {
     const auto menu = file_menu();
     const queried_menu queried(menu.Get(), CMF_NORMAL);
     ASSERT_EQ(queried.added.size(), 1U);
@@ -80,7 +80,7 @@ TEST_F(TrackedFileMenu, hostsMenu_holdsTheItem) {
 }
 
 // Wine inserts whatever it is asked to: the refusal is put in its place.
-TEST_F(TrackedFileMenu, itemThatCannotBeInserted_leavesTheHostsItemWithItsOwnBitmaps) {
+TEST_F(TrackedFileMenu, item_that_cannot_be_inserted_leaves_the_hosts_item_with_its_own_bitmaps) {
     const auto menu = file_menu();
     const import_patch<decltype(InsertMenuW)> refusal(module_.handle(), "user32.dll", "InsertMenuW",
                                                       [](HMENU, UINT, UINT, UINT_PTR, LPCWSTR)
@@ -95,7 +95,7 @@ TEST_F(TrackedFileMenu, itemThatCannotBeInserted_leavesTheHostsItemWithItsOwnBit
     DestroyMenu(host);
 }
 
-TEST_F(TrackedFileMenu, driverThatServesNothing_greysTheItem) {
+TEST_F(TrackedFileMenu, driver_that_serves_nothing_greys_the_item) {
     service_.set_state(0);
     const auto menu = file_menu();
     const recorded_menu recorded(module_.handle());
@@ -104,29 +104,29 @@ TEST_F(TrackedFileMenu, driverThatServesNothing_greysTheItem) {
     EXPECT_EQ(inserts[0].flags, 0x411U);
 }
 
-TEST_F(TrackedFileMenu, restrictionInTheStatusBlock_hidesTheItem) {
+TEST_F(TrackedFileMenu, restriction_in_the_status_block_hides_the_item) {
     service_.set_flags(ORV_FLAG_UI_RESTRICTED);
     EXPECT_EQ(queried_menu(file_menu().Get(), CMF_NORMAL).result, 0);
 }
 
-TEST_F(TrackedFileMenu, otherBits_doNotHideIt) {
+TEST_F(TrackedFileMenu, other_bits_do_not_hide_it) {
     service_.set_flags(~ORV_FLAG_UI_RESTRICTED);
     EXPECT_EQ(queried_menu(file_menu().Get(), CMF_NORMAL).result, 1);
 }
 
-TEST_F(TrackedFileMenu, hostsThatWantOtherMenus_getNothing) {
+TEST_F(TrackedFileMenu, hosts_that_want_other_menus_get_nothing) {
     const auto menu = file_menu();
     for (const UINT flags : std::initializer_list<UINT>{CMF_DEFAULTONLY, CMF_EXTENDEDVERBS, 0x800}) {
         EXPECT_EQ(queried_menu(menu.Get(), flags).result, 0);
     }
 }
 
-TEST_F(TrackedFileMenu, twoTrackedFiles_getNothing) {
+TEST_F(TrackedFileMenu, two_tracked_files_get_nothing) {
     const auto other = folder_.make_file(L"other.txt");
     EXPECT_EQ(queried_menu(menu_on(select_paths({file_, other}).Get()).Get(), CMF_NORMAL).result, 0);
 }
 
-TEST_F(TrackedFileMenu, folderAfterAFile_isAFolderAgain) {
+TEST_F(TrackedFileMenu, folder_after_a_file_is_a_folder_again) {
     reply_folder_status(true);
     const auto menu = file_menu();
     ASSERT_EQ(initialize(menu.Get(), select_paths({folder_.path()}).Get()), S_OK);
@@ -163,7 +163,7 @@ class ChronelFlow : public tracked_file_fixture {
     fake_dialog_library dialogs_{module_.handle()};
 };
 
-TEST_F(ChronelFlow, dialog_isShownTheListAsTheDriverWroteIt) {
+TEST_F(ChronelFlow, dialog_is_shown_the_list_as_the_driver_wrote_it) {
     std::string shown_list;
     std::wstring shown_file;
     HICON shown_icon = nullptr;
@@ -185,7 +185,7 @@ TEST_F(ChronelFlow, dialog_isShownTheListAsTheDriverWroteIt) {
     EXPECT_THAT(dialogs_.events(), ElementsAre("load", "find 47", "show 47", "free"));
 }
 
-TEST_F(ChronelFlow, verb_isNotLookedAt) {
+TEST_F(ChronelFlow, verb_is_not_looked_at) {
     answer(9, chronel);
     const auto menu = file_menu();
     for (const UINT_PTR verb : {UINT_PTR{7}, UINT_PTR{0x10000}, reinterpret_cast<UINT_PTR>("verb")}) {
@@ -195,7 +195,7 @@ TEST_F(ChronelFlow, verb_isNotLookedAt) {
     EXPECT_EQ(menu->InvokeCommand(nullptr), E_INVALIDARG);
 }
 
-TEST_F(ChronelFlow, restore_isSentForActionsTwoAndThree) {
+TEST_F(ChronelFlow, restore_is_sent_for_actions_two_and_three) {
     for (const std::uint32_t action : {2U, 3U}) {
         answer(action, chronel, L"not used");
         const auto menu = file_menu();
@@ -206,7 +206,7 @@ TEST_F(ChronelFlow, restore_isSentForActionsTwoAndThree) {
     }
 }
 
-TEST_F(ChronelFlow, open_isSentUnderTheDialogsFileName) {
+TEST_F(ChronelFlow, open_is_sent_under_the_dialogs_file_name) {
     answer(1, chronel, L"opened \u00e4.docx");
     const auto menu = file_menu();
     EXPECT_EQ(invoke(menu.Get(), 0), S_OK);
@@ -214,7 +214,7 @@ TEST_F(ChronelFlow, open_isSentUnderTheDialogsFileName) {
                                                                     json_text(L"opened \u00e4.docx"))));
 }
 
-TEST_F(ChronelFlow, otherActions_sendNothing) {
+TEST_F(ChronelFlow, other_actions_send_nothing) {
     for (const std::uint32_t action : {0U, 4U, 0xFFFFFFFFU}) {
         reply_with_file(get_file_chronels, chronel_list);
         answer(action, chronel);
@@ -224,13 +224,13 @@ TEST_F(ChronelFlow, otherActions_sendNothing) {
     }
 }
 
-TEST_F(ChronelFlow, failureOfTheChosenAction_isNotPassedOn) {
+TEST_F(ChronelFlow, failure_of_the_chosen_action_is_not_passed_on) {
     answer(2, chronel);
     reply(service_call::restore_file_chronel, R"({"data":{},"statusCode":5})");
     EXPECT_EQ(invoke(file_menu().Get(), 0), S_OK);
 }
 
-TEST_F(ChronelFlow, emptyList_isUnexpectedAndShowsNoDialog) {
+TEST_F(ChronelFlow, empty_list_is_unexpected_and_shows_no_dialog) {
     reply(get_file_chronels, R"({"data":{},"statusCode":0})");
     EXPECT_EQ(invoke(file_menu().Get(), 0), E_UNEXPECTED);
     reply(get_file_chronels, R"({"data":{},"statusCode":5})");
@@ -240,13 +240,13 @@ TEST_F(ChronelFlow, emptyList_isUnexpectedAndShowsNoDialog) {
     EXPECT_THAT(dialogs_.events(), IsEmpty());
 }
 
-TEST_F(ChronelFlow, cancelledDialog_isUnexpected) {
+TEST_F(ChronelFlow, cancelled_dialog_is_unexpected) {
     EXPECT_EQ(invoke(file_menu().Get(), 0), E_UNEXPECTED);
     EXPECT_THAT(dialogs_.events(), ElementsAre("load", "find 47", "show 47", "free"));
     EXPECT_THAT(sent(), ElementsAre(list_request()));
 }
 
-TEST_F(ChronelFlow, resultOfAnotherSize_isUnexpected) {
+TEST_F(ChronelFlow, result_of_another_size_is_unexpected) {
     dialogs_.chronels = [](const dialog::ChronelDialogRequest&, dialog::ChronelDialogResult& result) {
         result.size_bytes = sizeof result - 1;
         result.action = 2;
@@ -257,7 +257,7 @@ TEST_F(ChronelFlow, resultOfAnotherSize_isUnexpected) {
     EXPECT_THAT(sent(), ElementsAre(list_request()));
 }
 
-TEST_F(ChronelFlow, missingLibraryOrExport_isOk) {
+TEST_F(ChronelFlow, missing_library_or_export_is_ok) {
     dialogs_.is_missing = true;
     EXPECT_EQ(invoke(file_menu().Get(), 0), S_OK);
     dialogs_.is_missing = false;
@@ -267,7 +267,7 @@ TEST_F(ChronelFlow, missingLibraryOrExport_isOk) {
     EXPECT_THAT(dialogs_.events(), ElementsAre("load", "load", "find 47", "free"));
 }
 
-TEST_F(ChronelFlow, identifierThatIsNotJson_isUnexpectedWithNothingSentAndTheLibraryFreed) {
+TEST_F(ChronelFlow, identifier_that_is_not_json_is_unexpected_with_nothing_sent_and_the_library_freed) {
     for (const std::uint32_t action : {1U, 2U, 3U}) {
         for (const char* identifier : {"", "{", "not json", "{\"fileName\":}"}) {
             reply_with_file(get_file_chronels, chronel_list);
@@ -281,7 +281,7 @@ TEST_F(ChronelFlow, identifierThatIsNotJson_isUnexpectedWithNothingSentAndTheLib
     }
 }
 
-TEST_F(ChronelFlow, identifierWithoutItsMembers_sendsNullForThem) {
+TEST_F(ChronelFlow, identifier_without_its_members_sends_null_for_them) {
     answer(2, "{}");
     EXPECT_EQ(invoke(file_menu().Get(), 0), S_OK);
     EXPECT_THAT(sent(), ElementsAre(list_request(),
@@ -290,7 +290,7 @@ TEST_F(ChronelFlow, identifierWithoutItsMembers_sendsNullForThem) {
                                                      json_text(file_) + R"(,"usedFileName":null})")));
 }
 
-TEST_F(ChronelFlow, identifierWithoutATerminator_doesNotCrash) {
+TEST_F(ChronelFlow, identifier_without_a_terminator_does_not_crash) {
     dialogs_.chronels = [](const dialog::ChronelDialogRequest&, dialog::ChronelDialogResult& result) {
         std::memset(&result, '[', sizeof result);  // 16384 levels deep, and no end
         result.size_bytes = sizeof result;
@@ -300,7 +300,7 @@ TEST_F(ChronelFlow, identifierWithoutATerminator_doesNotCrash) {
     EXPECT_EQ(invoke(file_menu().Get(), 0), E_UNEXPECTED);
 }
 
-TEST_F(ChronelFlow, dialogsLibrary_isStillThereWhileTheActionIsSent) {
+TEST_F(ChronelFlow, dialogs_library_is_still_there_while_the_action_is_sent) {
     answer(2, chronel);
     bool freed_before_sending = true;
     service_.set_answer([&](const scripted_request& request) -> scripted_reply {

@@ -178,13 +178,13 @@ INSTANTIATE_TEST_SUITE_P(languages, MessageTable, testing::ValuesIn(known_langua
     return name;
 });
 
-TEST_P(MessageTable, numbers_areExactlyTheProducts) {
+TEST_P(MessageTable, numbers_are_exactly_the_products) {
     std::vector<std::uint32_t> numbers;
     std::ranges::transform(raw, std::back_inserter(numbers), [](const auto& entry) { return entry.first; });
     EXPECT_THAT(numbers, testing::UnorderedElementsAreArray(all_numbers));
 }
 
-TEST_P(MessageTable, everyText_isFoundAndFits) {
+TEST_P(MessageTable, every_text_is_found_and_fits) {
     for (const std::uint32_t number : all_numbers) {
         const std::wstring found = text(number);
         EXPECT_FALSE(found.empty()) << std::hex << number;
@@ -192,7 +192,7 @@ TEST_P(MessageTable, everyText_isFoundAndFits) {
     }
 }
 
-TEST_P(MessageTable, placeholders_areOneStringWhereTheProductGivesOne) {
+TEST_P(MessageTable, placeholders_are_one_string_where_the_product_gives_one) {
     for (const std::uint32_t number : all_numbers) {
         const std::wstring found = text(number);
         const auto percents = std::ranges::count(found, L'%');
@@ -205,7 +205,7 @@ TEST_P(MessageTable, placeholders_areOneStringWhereTheProductGivesOne) {
     }
 }
 
-TEST_P(MessageTable, texts_haveNoBlanksOrLineBreaksAtTheirEnds) {
+TEST_P(MessageTable, texts_have_no_blanks_or_line_breaks_at_their_ends) {
     for (const std::uint32_t number : all_numbers) {
         const std::wstring found = text(number);
         ASSERT_FALSE(found.empty());
@@ -214,7 +214,7 @@ TEST_P(MessageTable, texts_haveNoBlanksOrLineBreaksAtTheirEnds) {
     }
 }
 
-TEST_P(MessageTable, namesAndMenuItems_areOneLine) {
+TEST_P(MessageTable, names_and_menu_items_are_one_line) {
     for (const std::uint32_t number : all_numbers) {
         if (contains(menu_items, number) || contains(one_line_dialog_texts, number) ||
             number <= ids::menu_unprotect ||
@@ -224,7 +224,7 @@ TEST_P(MessageTable, namesAndMenuItems_areOneLine) {
     }
 }
 
-TEST_P(MessageTable, menuItemsAndControls_haveOneKeyEach) {
+TEST_P(MessageTable, menu_items_and_controls_have_one_key_each) {
     for (const std::uint32_t number : all_numbers) {
         const std::wstring found = text(number);
         const auto ampersands = std::ranges::count(found, L'&');
@@ -235,7 +235,7 @@ TEST_P(MessageTable, menuItemsAndControls_haveOneKeyEach) {
     }
 }
 
-TEST_P(MessageTable, acceleratorsOfOneMenu_differ) {
+TEST_P(MessageTable, accelerators_of_one_menu_differ) {
     const auto accelerator = [this](std::uint32_t number) {
         const std::wstring found = text(number);
         return std::towupper(found[found.find(L'&') + 1]);
@@ -247,7 +247,7 @@ TEST_P(MessageTable, acceleratorsOfOneMenu_differ) {
 }
 
 // East Asian menus and dialogs show a Latin key in brackets behind the text.
-TEST_P(MessageTable, eastAsianAccelerators_standInBrackets) {
+TEST_P(MessageTable, east_asian_accelerators_stand_in_brackets) {
     const WORD primary = PRIMARYLANGID(language);
     if (primary != LANG_JAPANESE && primary != LANG_KOREAN && primary != LANG_CHINESE) {
         return;
@@ -260,7 +260,7 @@ TEST_P(MessageTable, eastAsianAccelerators_standInBrackets) {
     }
 }
 
-TEST_P(MessageTable, texts_areOfTheirLanguage) {
+TEST_P(MessageTable, texts_are_of_their_language) {
     if (language == fallback_language) {
         return;
     }
@@ -270,18 +270,18 @@ TEST_P(MessageTable, texts_areOfTheirLanguage) {
     EXPECT_LE(same, 5) << "the title and a few words are spelt alike";
 }
 
-TEST_P(MessageTable, theTwoRestoreQuestions_differ) {
+TEST_P(MessageTable, the_two_restore_questions_differ) {
     EXPECT_NE(text(ids::ask_restore), text(ids::ask_restore_again));
 }
 
-TEST(ResourceLibrary, builtAndSigned_isLoadedByTheProduct) {
+TEST(ResourceLibrary, built_and_signed_is_loaded_by_the_product) {
     rosetta_stone stone;
     ASSERT_TRUE(stone.load(library_path()));
     EXPECT_EQ(stone.lookup(ids::product_title), L"Orvane Vaultkeep");
     EXPECT_THAT(stone.format(ids::ask_unprotect, L"C:\\Älbum"), testing::HasSubstr(L"C:\\Älbum"));
 }
 
-TEST(ResourceLibrary, questions_haveTheirLinesBroken) {
+TEST(ResourceLibrary, questions_have_their_lines_broken) {
     rosetta_stone stone;
     ASSERT_TRUE(stone.load(library_path()));
     EXPECT_THAT(stone.format(ids::ask_unprotect, L"C:\\Album"),

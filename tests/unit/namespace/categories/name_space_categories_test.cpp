@@ -6,6 +6,7 @@
 #include "namespace/folder/columns.h"
 #include "ovufc/com/adopt.h"
 #include "tests/unit/namespace/folder_fixture.h"
+#include "tests/unit/namespace/unable_folder.h"
 
 namespace {
 
@@ -300,33 +301,9 @@ using untold_folder_base =
     ov::com::com_object<untold_folder, ov::com::bases<IShellFolder2>,
                         ov::com::answers<ov::com::answer<IUnknown>, ov::com::answer<IShellFolder2>>>;
 
-class untold_folder final : public untold_folder_base {
+class untold_folder final : public ov::test::unable_folder<untold_folder_base> {
   public:
     virtual ~untold_folder() = default;
-    STDMETHODIMP
-    ParseDisplayName(HWND, IBindCtx*, LPWSTR, ULONG*, PIDLIST_RELATIVE*, ULONG*) noexcept override {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP
-    EnumObjects(HWND, SHCONTF, IEnumIDList**) noexcept override { return E_NOTIMPL; }
-    STDMETHODIMP
-    BindToObject(PCUIDLIST_RELATIVE, IBindCtx*, REFIID, void**) noexcept override { return E_NOTIMPL; }
-    STDMETHODIMP
-    BindToStorage(PCUIDLIST_RELATIVE, IBindCtx*, REFIID, void**) noexcept override { return E_NOTIMPL; }
-    STDMETHODIMP
-    CompareIDs(LPARAM, PCUIDLIST_RELATIVE, PCUIDLIST_RELATIVE) noexcept override { return E_NOTIMPL; }
-    STDMETHODIMP
-    CreateViewObject(HWND, REFIID, void**) noexcept override { return E_NOTIMPL; }
-    STDMETHODIMP
-    GetAttributesOf(UINT, PCUITEMID_CHILD_ARRAY, SFGAOF*) noexcept override { return E_NOTIMPL; }
-    STDMETHODIMP
-    GetUIObjectOf(HWND, UINT, PCUITEMID_CHILD_ARRAY, REFIID, UINT*, void**) noexcept override {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP
-    GetDisplayNameOf(PCUITEMID_CHILD, SHGDNF, STRRET*) noexcept override { return E_NOTIMPL; }
-    STDMETHODIMP
-    SetNameOf(HWND, PCUITEMID_CHILD, LPCWSTR, SHGDNF, PITEMID_CHILD*) noexcept override { return E_NOTIMPL; }
     STDMETHODIMP
     GetDefaultSearchGUID(GUID*) noexcept override { return E_NOTIMPL; }
     STDMETHODIMP

@@ -5,6 +5,7 @@
 #include "ovufc/com/com_object.h"
 #include "testkit/imports/import_patch.h"
 #include "tests/unit/namespace/folder_fixture.h"
+#include "tests/unit/namespace/unable_folder.h"
 
 namespace {
 
@@ -19,7 +20,7 @@ using recording_desktop_base =
                         ov::com::answers<ov::com::answer<IUnknown>, ov::com::answer<IShellFolder>>>;
 
 /// A desktop that notes what it is asked to bind.
-class recording_desktop final : public recording_desktop_base {
+class recording_desktop final : public ov::test::unable_folder<recording_desktop_base> {
   public:
     virtual ~recording_desktop() = default;
 
@@ -37,29 +38,6 @@ class recording_desktop final : public recording_desktop_base {
         out = result;
         return desktops_answer;
     }
-
-    STDMETHODIMP
-    ParseDisplayName(HWND, IBindCtx*, LPWSTR, ULONG*, PIDLIST_RELATIVE*, ULONG*) noexcept override {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP
-    EnumObjects(HWND, SHCONTF, IEnumIDList**) noexcept override { return E_NOTIMPL; }
-    STDMETHODIMP
-    BindToStorage(PCUIDLIST_RELATIVE, IBindCtx*, REFIID, void**) noexcept override { return E_NOTIMPL; }
-    STDMETHODIMP
-    CompareIDs(LPARAM, PCUIDLIST_RELATIVE, PCUIDLIST_RELATIVE) noexcept override { return E_NOTIMPL; }
-    STDMETHODIMP
-    CreateViewObject(HWND, REFIID, void**) noexcept override { return E_NOTIMPL; }
-    STDMETHODIMP
-    GetAttributesOf(UINT, PCUITEMID_CHILD_ARRAY, SFGAOF*) noexcept override { return E_NOTIMPL; }
-    STDMETHODIMP
-    GetUIObjectOf(HWND, UINT, PCUITEMID_CHILD_ARRAY, REFIID, UINT*, void**) noexcept override {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP
-    GetDisplayNameOf(PCUITEMID_CHILD, SHGDNF, STRRET*) noexcept override { return E_NOTIMPL; }
-    STDMETHODIMP
-    SetNameOf(HWND, PCUITEMID_CHILD, LPCWSTR, SHGDNF, PITEMID_CHILD*) noexcept override { return E_NOTIMPL; }
 };
 
 recording_desktop* given_desktop = nullptr;

@@ -65,7 +65,7 @@ class CertContext : public testing::Test {
                                                                  counted_get_parameter};
 };
 
-TEST_F(CertContext, signerOfAFile_isDescribed) {
+TEST_F(CertContext, signer_of_a_file_is_described) {
     cert_context context;
     ASSERT_TRUE(context.load_signer(sample(L"maker")));
     const cert_description description = context.describe();
@@ -76,7 +76,7 @@ TEST_F(CertContext, signerOfAFile_isDescribed) {
     EXPECT_EQ(description.public_key_length_bits, 2048U);
 }
 
-TEST_F(CertContext, certificateOfItsOwnIssuer_isSelfSigned) {
+TEST_F(CertContext, certificate_of_its_own_issuer_is_self_signed) {
     cert_context context;
     ASSERT_TRUE(context.load_signer(sample(L"self_signed")));
     const cert_description description = context.describe();
@@ -85,13 +85,13 @@ TEST_F(CertContext, certificateOfItsOwnIssuer_isSelfSigned) {
     EXPECT_EQ(description.public_key_length_bits, 3072U);
 }
 
-TEST_F(CertContext, blankAtTheEndOfAName_isKept) {
+TEST_F(CertContext, blank_at_the_end_of_a_name_is_kept) {
     cert_context context;
     ASSERT_TRUE(context.load_signer(sample(L"trailing_blank")));
     EXPECT_EQ(context.describe().subject_name, L"Orvane, Inc. ");
 }
 
-TEST_F(CertContext, empty_isDescribedAsEmpty) {
+TEST_F(CertContext, empty_is_described_as_empty) {
     const cert_description description = cert_context().describe();
     EXPECT_EQ(description.subject_name, L"");
     EXPECT_EQ(description.issuer_name, L"");
@@ -99,7 +99,7 @@ TEST_F(CertContext, empty_isDescribedAsEmpty) {
     EXPECT_EQ(description.public_key_length_bits, 0U);
 }
 
-TEST_F(CertContext, filesWithoutSignature_haveNoSigner) {
+TEST_F(CertContext, files_without_signature_have_no_signer) {
     for (const wchar_t* name : {L"unsigned", L"text", L"no such file"}) {
         cert_context context;
         EXPECT_FALSE(context.load_signer(sample(name))) << testing::PrintToString(name);
@@ -109,7 +109,7 @@ TEST_F(CertContext, filesWithoutSignature_haveNoSigner) {
     EXPECT_EQ(certificates_freed, 0);
 }
 
-TEST_F(CertContext, success_closesAllAndFreesTheCertificateAtItsEnd) {
+TEST_F(CertContext, success_closes_all_and_frees_the_certificate_at_its_end) {
     {
         cert_context context;
         ASSERT_TRUE(context.load_signer(sample(L"maker")));
@@ -121,7 +121,7 @@ TEST_F(CertContext, success_closesAllAndFreesTheCertificateAtItsEnd) {
     EXPECT_EQ(certificates_freed, 1);
 }
 
-TEST_F(CertContext, secondSigner_replacesTheFirst) {
+TEST_F(CertContext, second_signer_replaces_the_first) {
     cert_context context;
     ASSERT_TRUE(context.load_signer(sample(L"maker")));
     parameter_calls = 0;
@@ -132,7 +132,7 @@ TEST_F(CertContext, secondSigner_replacesTheFirst) {
     EXPECT_EQ(certificates_freed, 2);
 }
 
-TEST_F(CertContext, signerWithoutSize_closesAll) {
+TEST_F(CertContext, signer_without_size_closes_all) {
     failing_parameter_call = 1;
     cert_context context;
     EXPECT_FALSE(context.load_signer(sample(L"maker")));
@@ -141,7 +141,7 @@ TEST_F(CertContext, signerWithoutSize_closesAll) {
     EXPECT_EQ(messages_closed, 1);
 }
 
-TEST_F(CertContext, signerWithoutData_closesAll) {
+TEST_F(CertContext, signer_without_data_closes_all) {
     failing_parameter_call = 2;
     cert_context context;
     EXPECT_FALSE(context.load_signer(sample(L"maker")));
@@ -149,7 +149,7 @@ TEST_F(CertContext, signerWithoutData_closesAll) {
     EXPECT_EQ(messages_closed, 1);
 }
 
-TEST_F(CertContext, certificateThatIsNotThere_closesAll) {
+TEST_F(CertContext, certificate_that_is_not_there_closes_all) {
     const import_patch<decltype(CertFindCertificateInStore)> find(
         program, "crypt32.dll", "CertFindCertificateInStore",
         [](HCERTSTORE, DWORD encoding, DWORD flags, DWORD type, const void* wanted, PCCERT_CONTEXT previous) {
@@ -168,7 +168,7 @@ TEST_F(CertContext, certificateThatIsNotThere_closesAll) {
     EXPECT_EQ(certificates_freed, 0);
 }
 
-TEST_F(CertContext, query_asksForAnEmbeddedSignature) {
+TEST_F(CertContext, query_asks_for_an_embedded_signature) {
     const import_patch<decltype(CryptQueryObject)> query(
         program, "crypt32.dll", "CryptQueryObject",
         [](DWORD object, const void* path, DWORD content, DWORD format, DWORD flags, DWORD* encoding,
@@ -189,7 +189,7 @@ TEST_F(CertContext, query_asksForAnEmbeddedSignature) {
     EXPECT_EQ(stores_closed + messages_closed, 0);
 }
 
-TEST_F(CertContext, nameThatCannotBeRead_isEmpty) {
+TEST_F(CertContext, name_that_cannot_be_read_is_empty) {
     cert_context context;
     ASSERT_TRUE(context.load_signer(sample(L"maker")));
     const import_patch<decltype(CertGetNameStringW)> name(
@@ -205,7 +205,7 @@ TEST_F(CertContext, nameThatCannotBeRead_isEmpty) {
     EXPECT_EQ(context.describe().issuer_name, L"");
 }
 
-TEST_F(CertContext, nameWithAZeroInside_isTakenWhole) {
+TEST_F(CertContext, name_with_a_zero_inside_is_taken_whole) {
     cert_context context;
     ASSERT_TRUE(context.load_signer(sample(L"maker")));
     const import_patch<decltype(CertGetNameStringW)> name(
@@ -217,7 +217,7 @@ TEST_F(CertContext, nameWithAZeroInside_isTakenWhole) {
     EXPECT_EQ(context.describe().subject_name.size(), 17U);
 }
 
-TEST_F(CertContext, keySpecification_countsOnlyAtFourBytes) {
+TEST_F(CertContext, key_specification_counts_only_at_four_bytes) {
     cert_context context;
     ASSERT_TRUE(context.load_signer(sample(L"maker")));
     static DWORD reported_bytes;

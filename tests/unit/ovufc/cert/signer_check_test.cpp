@@ -15,17 +15,17 @@ namespace {
 
 using test::sample;
 
-TEST(SignerCheck, signedByTheMaker_isTrue) {
+TEST(SignerCheck, signed_by_the_maker_is_true) {
     EXPECT_TRUE(is_signed_by_maker(sample(L"maker")));
 }
 
-TEST(SignerCheck, makersNameInOtherLetterCase_isTrue) {
+TEST(SignerCheck, makers_name_in_other_letter_case_is_true) {
     EXPECT_TRUE(is_signed_by_maker(sample(L"other_case")));
 }
 
 class SignerCheckRefusal : public testing::TestWithParam<const wchar_t*> {};
 
-TEST_P(SignerCheckRefusal, file_isNotTheMakers) {
+TEST_P(SignerCheckRefusal, file_is_not_the_makers) {
     EXPECT_FALSE(is_signed_by_maker(sample(GetParam())));
 }
 
@@ -36,24 +36,24 @@ INSTANTIATE_TEST_SUITE_P(badSignatures, SignerCheckRefusal,
                          testing::Values(L"unsigned", L"tampered", L"cut", L"text", L"no such file"));
 
 // Wine does not look at the dates; the day that it does, this fails and the exception goes.
-TEST(SignerCheck, expiredSigner_isRefusedByWindows) {
+TEST(SignerCheck, expired_signer_is_refused_by_windows) {
     const bool under_wine = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
     EXPECT_EQ(is_signed_by_maker(sample(L"expired")), under_wine);
 }
 
-TEST(SignerCheck, pathsThatNameNoFile_areFalse) {
+TEST(SignerCheck, paths_that_name_no_file_are_false) {
     EXPECT_FALSE(is_signed_by_maker(L""));
     EXPECT_FALSE(is_signed_by_maker(L"C:\\"));
     EXPECT_FALSE(is_signed_by_maker(L"C:\\" + std::wstring(40'000, L'x')));
 }
 
-TEST(MakersName, lettersOfAnyCase_match) {
+TEST(MakersName, letters_of_any_case_match) {
     EXPECT_TRUE(is_makers_name(L"Orvane, Inc."));
     EXPECT_TRUE(is_makers_name(L"ORVANE, INC."));
     EXPECT_TRUE(is_makers_name(L"orvane, inc."));
 }
 
-TEST(MakersName, otherLengths_neverMatch) {
+TEST(MakersName, other_lengths_never_match) {
     EXPECT_FALSE(is_makers_name(L""));
     EXPECT_FALSE(is_makers_name(L"Orvane, Inc"));
     EXPECT_FALSE(is_makers_name(L"Orvane, Inc. "));
@@ -62,7 +62,7 @@ TEST(MakersName, otherLengths_neverMatch) {
     EXPECT_FALSE(is_makers_name(std::wstring_view(L"Orvane, Inc.\0evil", 17)));
 }
 
-TEST(MakersName, otherCharacters_doNotMatch) {
+TEST(MakersName, other_characters_do_not_match) {
     EXPECT_FALSE(is_makers_name(L"0rvane, Inc."));
     EXPECT_FALSE(is_makers_name(L"Orvane; Inc."));
     EXPECT_FALSE(is_makers_name(L"Orvane, Inc,"));
@@ -81,7 +81,7 @@ wint_t fold_with_a_stroke(wint_t character) {
     return character >= L'A' && character <= L'Z' ? character - L'A' + L'a' : character;
 }
 
-TEST(MakersName, letters_areFoldedAsTheCurrentLocaleFoldsThem) {
+TEST(MakersName, letters_are_folded_as_the_current_locale_folds_them) {
     EXPECT_FALSE(is_makers_name(L"\u00D8rvane, Inc."));
     const test::import_patch<wint_t(wint_t)> locale(GetModuleHandleW(nullptr), "msvcrt.dll;ucrtbase.dll",
                                                     "towlower", fold_with_a_stroke);
@@ -89,7 +89,7 @@ TEST(MakersName, letters_areFoldedAsTheCurrentLocaleFoldsThem) {
     EXPECT_FALSE(is_makers_name(L"\u00F8rvane, Inc."));
 }
 
-TEST(MakersName, comparison_runsFromTheLastCharacterToTheFirst) {
+TEST(MakersName, comparison_runs_from_the_last_character_to_the_first) {
     folded.clear();
     const test::import_patch<wint_t(wint_t)> locale(GetModuleHandleW(nullptr), "msvcrt.dll;ucrtbase.dll",
                                                     "towlower", fold_with_a_stroke);

@@ -65,7 +65,7 @@ class TrustCall : public testing::Test {
                                                         recorded_verify};
 };
 
-TEST_F(TrustCall, verification_isAskedForAndClosedWithTheSameData) {
+TEST_F(TrustCall, verification_is_asked_for_and_closed_with_the_same_data) {
     EXPECT_TRUE(is_signed_by_maker(sample(L"maker")));
     ASSERT_EQ(calls.size(), 2U);
     EXPECT_EQ(calls[0].data.dwStateAction, 1U);
@@ -74,7 +74,7 @@ TEST_F(TrustCall, verification_isAskedForAndClosedWithTheSameData) {
     EXPECT_EQ(calls[1].data.hWVTStateData, state_of_verification);
 }
 
-TEST_F(TrustCall, everyField_isAsItMustBe) {
+TEST_F(TrustCall, every_field_is_as_it_must_be) {
     EXPECT_TRUE(is_signed_by_maker(sample(L"maker")));
     ASSERT_EQ(calls.size(), 2U);
     const GUID generic_verify = WINTRUST_ACTION_GENERIC_VERIFY_V2;
@@ -100,7 +100,7 @@ TEST_F(TrustCall, everyField_isAsItMustBe) {
 
 class TrustCallRefusal : public TrustCall, public testing::WithParamInterface<LONG> {};
 
-TEST_P(TrustCallRefusal, answer_isFalseAndTheVerificationIsClosed) {
+TEST_P(TrustCallRefusal, answer_is_false_and_the_verification_is_closed) {
     const import_patch<decltype(CryptQueryObject)> query(program, "crypt32.dll", "CryptQueryObject",
                                                          counted_query);
     answer = GetParam();
@@ -118,14 +118,14 @@ INSTANTIATE_TEST_SUITE_P(answers, TrustCallRefusal,
                                          static_cast<LONG>(0x80096010),  // changed after signing
                                          1));
 
-TEST_F(TrustCall, validSignatureWithoutSigner_isFalse) {
+TEST_F(TrustCall, valid_signature_without_signer_is_false) {
     const import_patch<decltype(CryptQueryObject)> query(program, "crypt32.dll", "CryptQueryObject",
                                                          counted_query);
     EXPECT_FALSE(is_signed_by_maker(sample(L"maker")));
     EXPECT_EQ(queries, 1);
 }
 
-TEST_F(TrustCall, validSignatureOfAnother_isFalse) {
+TEST_F(TrustCall, valid_signature_of_another_is_false) {
     EXPECT_FALSE(is_signed_by_maker(sample(L"other_maker")));
 }
 

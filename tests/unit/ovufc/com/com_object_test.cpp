@@ -27,7 +27,7 @@ class ComObject : public testing::Test {
     ComObject() { count_in_destructor.reset(); }
 };
 
-TEST_F(ComObject, LastRelease_LowersTheLiveCountOnlyOnceTheObjectIsGone) {
+TEST_F(ComObject, last_release_lowers_the_live_count_only_once_the_object_is_gone) {
     auto* object = make_object<watched_object>();
     EXPECT_EQ(counted.value(), 1);
     EXPECT_EQ(object->AddRef(), 2U);
@@ -38,7 +38,7 @@ TEST_F(ComObject, LastRelease_LowersTheLiveCountOnlyOnceTheObjectIsGone) {
     EXPECT_EQ(counted.value(), 0);
 }
 
-TEST_F(ComObject, ConstructorThatFails_CountsNothing) {
+TEST_F(ComObject, constructor_that_fails_counts_nothing) {
     EXPECT_THROW((void)make_object<watched_object>(true), std::runtime_error);
     EXPECT_EQ(counted.value(), 0);
 }

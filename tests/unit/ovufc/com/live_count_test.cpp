@@ -19,7 +19,7 @@
 namespace ov::com {
 namespace {
 
-TEST(LiveCount, RaisedAndLowered_CountsUpAndDown) {
+TEST(LiveCount, raised_and_lowered_counts_up_and_down) {
     live_count count;
     EXPECT_EQ(count.value(), 0);
     count.raise();
@@ -58,7 +58,7 @@ void change_step_by_step(live_count& count, Change change) {
     RemoveVectoredExceptionHandler(handler);
 }
 
-TEST(LiveCount, InterruptedAtAnyInstruction_LosesNothing) {
+TEST(LiveCount, interrupted_at_any_instruction_loses_nothing) {
     live_count count;
     change_step_by_step(count, [&] { count.raise(); });
     EXPECT_GT(interruptions, 0);
@@ -71,7 +71,7 @@ TEST(LiveCount, InterruptedAtAnyInstruction_LosesNothing) {
 }
 
 // The same with threads that run side by side, for changes in one instruction that do not lock the memory.
-TEST(LiveCount, ChangedFromSeveralThreads_LosesNothing) {
+TEST(LiveCount, changed_from_several_threads_loses_nothing) {
     constexpr DWORD long_enough_ms = 500;  // for the threads to get into each other's way on a busy machine
     struct shared_state {
         live_count count;

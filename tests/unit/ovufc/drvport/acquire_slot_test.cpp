@@ -40,7 +40,7 @@ std::vector<std::size_t> order_of_words(const std::vector<std::size_t>& writes) 
     return order;
 }
 
-TEST(AcquireSlot, FreeSlot_HoldsTheRequestAndIsSignalledOnce) {
+TEST(AcquireSlot, free_slot_holds_the_request_and_is_signalled_once) {
     fake_driver driver;
     client_port port;
     driver.slot(0).word_20 = 99;
@@ -61,7 +61,7 @@ TEST(AcquireSlot, FreeSlot_HoldsTheRequestAndIsSignalledOnce) {
     EXPECT_THAT(driver.signalled, ElementsAre(1));
 }
 
-TEST(AcquireSlot, Words_AreWrittenInOrderAndTheStateLast) {
+TEST(AcquireSlot, words_are_written_in_order_and_the_state_last) {
     fake_driver driver;
     client_port port;
     ASSERT_TRUE(port.connect());
@@ -76,7 +76,7 @@ TEST(AcquireSlot, Words_AreWrittenInOrderAndTheStateLast) {
     EXPECT_EQ(writes.back(), 4u);
 }
 
-TEST(AcquireSlot, Signal_ComesAfterTheRequestIsPosted) {
+TEST(AcquireSlot, signal_comes_after_the_request_is_posted) {
     fake_driver driver;
     client_port port;
     std::uint32_t state_at_signal = 0;
@@ -85,7 +85,7 @@ TEST(AcquireSlot, Signal_ComesAfterTheRequestIsPosted) {
     EXPECT_EQ(state_at_signal, 0x1000u);
 }
 
-TEST(AcquireSlot, AbsentDevice_GivesNull) {
+TEST(AcquireSlot, absent_device_gives_null) {
     fake_driver driver;
     driver.present = false;
     client_port port;
@@ -93,7 +93,7 @@ TEST(AcquireSlot, AbsentDevice_GivesNull) {
     EXPECT_TRUE(driver.signalled.empty());
 }
 
-TEST(AcquireSlot, StateWordZero_GivesNullAndTouchesNoSlot) {
+TEST(AcquireSlot, state_word_zero_gives_null_and_touches_no_slot) {
     fake_driver driver;
     driver.status().state = 0;
     client_port port;
@@ -108,7 +108,7 @@ TEST(AcquireSlot, StateWordZero_GivesNullAndTouchesNoSlot) {
     EXPECT_TRUE(driver.signalled.empty());
 }
 
-TEST(AcquireSlot, FirstSlotBusy_TakesTheSecondAndLeavesTheFirst) {
+TEST(AcquireSlot, first_slot_busy_takes_the_second_and_leaves_the_first) {
     fake_driver driver;
     driver.slot(0).owner = other_process;
     client_port port;
@@ -117,7 +117,7 @@ TEST(AcquireSlot, FirstSlotBusy_TakesTheSecondAndLeavesTheFirst) {
     EXPECT_EQ(driver.slot(0).state, 0u);
 }
 
-TEST(AcquireSlot, AllBusy_GivesNullAfterFivePassesWithoutANap) {
+TEST(AcquireSlot, all_busy_gives_null_after_five_passes_without_a_nap) {
     fake_driver driver;
     driver.slot(0).owner = other_process;
     driver.slot(1).owner = other_process;
@@ -134,7 +134,7 @@ TEST(AcquireSlot, AllBusy_GivesNullAfterFivePassesWithoutANap) {
     EXPECT_TRUE(driver.signalled.empty());
 }
 
-TEST(AcquireSlot, SlotFreedBetweenPasses_IsTaken) {
+TEST(AcquireSlot, slot_freed_between_passes_is_taken) {
     fake_driver driver;
     driver.slot(0).owner = other_process;
     driver.slot(1).owner = other_process;
@@ -160,14 +160,14 @@ struct size_case {
 
 class SizeWord : public testing::TestWithParam<size_case> {};
 
-TEST_P(SizeWord, FirstSlotFree_IsTakenWhateverTheSize) {
+TEST_P(SizeWord, first_slot_free_is_taken_whatever_the_size) {
     fake_driver driver;
     driver.status().section_bytes = GetParam().size_word;
     client_port port;
     EXPECT_EQ(port.acquire_slot(some_request()), &driver.slot(0));
 }
 
-TEST_P(SizeWord, FirstSlotBusy_SecondIsTakenOnlyWhenItEndsWithin) {
+TEST_P(SizeWord, first_slot_busy_second_is_taken_only_when_it_ends_within) {
     fake_driver driver;
     driver.status().section_bytes = GetParam().size_word;
     driver.slot(0).owner = other_process;
@@ -183,7 +183,7 @@ INSTANTIATE_TEST_SUITE_P(Sizes, SizeWord,
 
 class HostileSize : public testing::TestWithParam<std::uint32_t> {};
 
-TEST_P(HostileSize, AllBusy_StaysInsideTheMapping) {
+TEST_P(HostileSize, all_busy_stays_inside_the_mapping) {
     fake_driver driver;
     driver.status().section_bytes = GetParam();
     driver.slot(0).owner = other_process;
@@ -195,7 +195,7 @@ TEST_P(HostileSize, AllBusy_StaysInsideTheMapping) {
 INSTANTIATE_TEST_SUITE_P(Sizes, HostileSize,
                          testing::Values(16384, 0x7FFFFFFF, 0x80000000, 0xFFFFF000, 0xFFFFFFFF));
 
-TEST(AcquireSlot, SizeWord_IsReadAgainBeforeEachFurtherSlot) {
+TEST(AcquireSlot, size_word_is_read_again_before_each_further_slot) {
     fake_driver driver(3);
     driver.slot(0).owner = other_process;
     driver.slot(1).owner = other_process;
@@ -210,7 +210,7 @@ TEST(AcquireSlot, SizeWord_IsReadAgainBeforeEachFurtherSlot) {
     EXPECT_EQ(driver.slot(2).owner, 0u);
 }
 
-TEST(AcquireSlot, SectionThatGrewAfterOpening_OffersItsNewSlot) {
+TEST(AcquireSlot, section_that_grew_after_opening_offers_its_new_slot) {
     fake_driver driver;
     driver.slot(0).owner = other_process;
     driver.slot(1).owner = other_process;

@@ -23,7 +23,7 @@ class Client : public testing::Test {
     std::uint32_t reply_bytes = 0;
 };
 
-TEST_F(Client, StatusWords_AreTheDrivers) {
+TEST_F(Client, status_words_are_the_drivers) {
     driver.status().state = 5;
     driver.status().generation = 6;
     driver.status().flags = 7;
@@ -33,7 +33,7 @@ TEST_F(Client, StatusWords_AreTheDrivers) {
     EXPECT_EQ(drvport::flags(), 7u);
 }
 
-TEST_F(Client, AbsentDriver_ReadsAsZero) {
+TEST_F(Client, absent_driver_reads_as_zero) {
     driver.present = false;
     driver.status().generation = 6;
     driver.status().flags = 7;
@@ -44,7 +44,7 @@ TEST_F(Client, AbsentDriver_ReadsAsZero) {
     EXPECT_FALSE(drvport::transact(request, buffer.data(), reply_bytes));
 }
 
-TEST_F(Client, Exchange_GoesThroughThePort) {
+TEST_F(Client, exchange_goes_through_the_port) {
     driver.on_signal = [this] {
         driver.slot(0).payload[0] = 'y';
         driver.slot(0).payload_bytes = 1;
@@ -55,12 +55,12 @@ TEST_F(Client, Exchange_GoesThroughThePort) {
     EXPECT_EQ(buffer[0], 'y');
 }
 
-TEST_F(Client, DefaultTimeOut_IsThirtySeconds) {
+TEST_F(Client, default_time_out_is_thirty_seconds) {
     EXPECT_FALSE(drvport::transact(request, buffer.data(), reply_bytes));
     EXPECT_EQ(driver.naps.size(), 3001u);
 }
 
-TEST_F(Client, NoClient_ReadsAsAnAbsentDriver) {
+TEST_F(Client, no_client_reads_as_an_absent_driver) {
     drvport::process_client.reset();
     EXPECT_FALSE(drvport::connect());
     EXPECT_EQ(drvport::state(), 0u);

@@ -50,19 +50,19 @@ class ConnectLock : public testing::Test {
     client_port port;
 };
 
-TEST_F(ConnectLock, OpenPort_IsReportedWithoutTheLock) {
+TEST_F(ConnectLock, open_port_is_reported_without_the_lock) {
     ASSERT_TRUE(port.connect());
     EXPECT_TRUE(connect(port));
     EXPECT_EQ(entered, 0);
 }
 
-TEST_F(ConnectLock, Opening_HoldsTheLockOnceAndLeavesIt) {
+TEST_F(ConnectLock, opening_holds_the_lock_once_and_leaves_it) {
     EXPECT_TRUE(connect(port));
     EXPECT_EQ(entered, 1);
     EXPECT_EQ(left, 1);
 }
 
-TEST_F(ConnectLock, FailedOpening_LeavesTheLock) {
+TEST_F(ConnectLock, failed_opening_leaves_the_lock) {
     driver.answers_open = false;
     EXPECT_FALSE(connect(port));
     EXPECT_EQ(entered, 1);

@@ -12,13 +12,13 @@ namespace {
 using ov::ipc::drvport::details::client_port;
 using ov::test::fake_driver;
 
-TEST(Connect, NewPort_HasOpenedNothing) {
+TEST(Connect, new_port_has_opened_nothing) {
     fake_driver driver;
     const client_port port;
     EXPECT_TRUE(driver.opened.empty());
 }
 
-TEST(Connect, OpensTheDeviceForReadingAndSharedReading) {
+TEST(Connect, opens_the_device_for_reading_and_shared_reading) {
     fake_driver driver;
     client_port port;
 
@@ -35,7 +35,7 @@ TEST(Connect, OpensTheDeviceForReadingAndSharedReading) {
     EXPECT_TRUE(call.without_template);
 }
 
-TEST(Connect, AsksWithoutInputForTwentyFourBytesSynchronously) {
+TEST(Connect, asks_without_input_for_twenty_four_bytes_synchronously) {
     fake_driver driver;
     client_port port;
 
@@ -51,7 +51,7 @@ TEST(Connect, AsksWithoutInputForTwentyFourBytesSynchronously) {
     EXPECT_TRUE(call.synchronous);
 }
 
-TEST(Connect, OpenPort_ShowsTheStatusBlock) {
+TEST(Connect, open_port_shows_the_status_block) {
     fake_driver driver;
     driver.status().generation = 77;
     client_port port;
@@ -59,7 +59,7 @@ TEST(Connect, OpenPort_ShowsTheStatusBlock) {
     EXPECT_EQ(port.status().generation, 77u);
 }
 
-TEST(Connect, OpenPort_IsNotOpenedAgain) {
+TEST(Connect, open_port_is_not_opened_again) {
     fake_driver driver;
     client_port port;
     EXPECT_TRUE(port.connect());
@@ -69,7 +69,7 @@ TEST(Connect, OpenPort_IsNotOpenedAgain) {
     EXPECT_EQ(driver.controlled.size(), 1u);
 }
 
-TEST(Connect, AbsentDevice_IsFalseAndTriedAgainEachTime) {
+TEST(Connect, absent_device_is_false_and_tried_again_each_time) {
     fake_driver driver;
     driver.present = false;
     client_port port;
@@ -82,7 +82,7 @@ TEST(Connect, AbsentDevice_IsFalseAndTriedAgainEachTime) {
     EXPECT_TRUE(port.connect());
 }
 
-TEST(Connect, FailedRequest_ClosesTheDeviceAndIsTriedAgain) {
+TEST(Connect, failed_request_closes_the_device_and_is_tried_again) {
     fake_driver driver;
     driver.answers_open = false;
     client_port port;
@@ -92,7 +92,7 @@ TEST(Connect, FailedRequest_ClosesTheDeviceAndIsTriedAgain) {
     EXPECT_TRUE(port.connect());
 }
 
-TEST(Connect, NullSemaphore_ClosesTheDeviceAndIsTriedAgain) {
+TEST(Connect, null_semaphore_closes_the_device_and_is_tried_again) {
     fake_driver driver;
     driver.gives_semaphore = false;
     client_port port;
@@ -102,7 +102,7 @@ TEST(Connect, NullSemaphore_ClosesTheDeviceAndIsTriedAgain) {
     EXPECT_TRUE(port.connect());
 }
 
-TEST(Connect, NullSection_ClosesBothHandles) {
+TEST(Connect, null_section_closes_both_handles) {
     fake_driver driver;
     driver.section_word = 0;
     client_port port;
@@ -110,7 +110,7 @@ TEST(Connect, NullSection_ClosesBothHandles) {
     EXPECT_EQ(driver.closed, (std::vector<HANDLE>{fake_driver::semaphore, fake_driver::device}));
 }
 
-TEST(Connect, Destruction_ClosesDeviceThenSemaphore) {
+TEST(Connect, destruction_closes_device_then_semaphore) {
     fake_driver driver;
     {
         client_port port;
@@ -120,7 +120,7 @@ TEST(Connect, Destruction_ClosesDeviceThenSemaphore) {
     EXPECT_EQ(driver.closed, (std::vector<HANDLE>{fake_driver::device, fake_driver::semaphore}));
 }
 
-TEST(Connect, DestructionOfAClosedPort_ClosesNothing) {
+TEST(Connect, destruction_of_a_closed_port_closes_nothing) {
     fake_driver driver;
     driver.present = false;
     {
@@ -130,14 +130,14 @@ TEST(Connect, DestructionOfAClosedPort_ClosesNothing) {
     EXPECT_TRUE(driver.closed.empty());
 }
 
-TEST(Connect, Lock_SpinsAHundredTimes) {
+TEST(Connect, lock_spins_a_hundred_times) {
     fake_driver driver;
     const client_port port;
     EXPECT_EQ(driver.spin_counts, std::vector<DWORD>{100});
 }
 
 // Threads that ask while one of them is opening either wait or come later; none sees a port without section.
-TEST(Connect, ManyThreadsAtOnce_OpenOnceAndSeeTheWholePort) {
+TEST(Connect, many_threads_at_once_open_once_and_see_the_whole_port) {
     for (int round = 0; round < 20; ++round) {
         fake_driver driver;
         driver.open_delay_ms = 2;

@@ -37,7 +37,7 @@ std::uint64_t address_of(const volatile void* place) {
     return reinterpret_cast<std::uintptr_t>(place);
 }
 
-TEST(HostileSection, AddressWhereNothingIs_IsAFailedOpen) {
+TEST(HostileSection, address_where_nothing_is_is_a_failed_open) {
     fake_driver driver;
     void* const reserved = VirtualAlloc(nullptr, 8192, MEM_RESERVE, PAGE_READWRITE);
     for (const std::uint64_t word : {address_of(reserved), std::uint64_t{1}, std::uint64_t{4096},
@@ -53,7 +53,7 @@ TEST(HostileSection, AddressWhereNothingIs_IsAFailedOpen) {
     VirtualFree(reserved, 0, MEM_RELEASE);
 }
 
-TEST(HostileSection, StatusBlockThatCannotBeRead_IsAFailedOpen) {
+TEST(HostileSection, status_block_that_cannot_be_read_is_a_failed_open) {
     for (const DWORD protection : unreadable) {
         fake_driver driver;
         make(driver.status(), protection);
@@ -63,14 +63,14 @@ TEST(HostileSection, StatusBlockThatCannotBeRead_IsAFailedOpen) {
     }
 }
 
-TEST(HostileSection, StatusBlockThatIsCutOff_IsAFailedOpen) {
+TEST(HostileSection, status_block_that_is_cut_off_is_a_failed_open) {
     fake_driver driver(0);
     driver.section_word = address_of(&driver.status()) + 128;
     client_port port;
     EXPECT_FALSE(port.connect());
 }
 
-TEST(HostileSection, StatusBlockThatCanOnlyBeRead_IsEnough) {
+TEST(HostileSection, status_block_that_can_only_be_read_is_enough) {
     fake_driver driver;
     make(driver.status(), PAGE_READONLY);
     client_port port;
@@ -78,7 +78,7 @@ TEST(HostileSection, StatusBlockThatCanOnlyBeRead_IsEnough) {
     EXPECT_EQ(port.acquire_slot({}), &driver.slot(0));
 }
 
-TEST(HostileSection, NoSlotAtAll_IsNoFreeSlot) {
+TEST(HostileSection, no_slot_at_all_is_no_free_slot) {
     fake_driver driver(0);
     for (const std::uint32_t size_word : {0U, 4096U, 8192U, 0xFFFFFFFFU}) {
         driver.status().section_bytes = size_word;
@@ -88,7 +88,7 @@ TEST(HostileSection, NoSlotAtAll_IsNoFreeSlot) {
     EXPECT_TRUE(driver.signalled.empty());
 }
 
-TEST(HostileSection, FirstSlotThatCannotBeWritten_IsNeverFree) {
+TEST(HostileSection, first_slot_that_cannot_be_written_is_never_free) {
     for (const DWORD protection : unwritable) {
         fake_driver driver;
         make(driver.slot(0), protection);
@@ -97,7 +97,7 @@ TEST(HostileSection, FirstSlotThatCannotBeWritten_IsNeverFree) {
     }
 }
 
-TEST(HostileSection, FirstSlotOfASmallSectionThatCannotBeWritten_IsNeverFree) {
+TEST(HostileSection, first_slot_of_a_small_section_that_cannot_be_written_is_never_free) {
     for (const DWORD protection : unwritable) {
         fake_driver driver;
         driver.status().section_bytes = 8192;
@@ -107,7 +107,7 @@ TEST(HostileSection, FirstSlotOfASmallSectionThatCannotBeWritten_IsNeverFree) {
     }
 }
 
-TEST(HostileSection, SlotBetweenThatCannotBeWritten_IsPassedOver) {
+TEST(HostileSection, slot_between_that_cannot_be_written_is_passed_over) {
     for (const DWORD protection : unwritable) {
         fake_driver driver(4);
         driver.slot(0).owner = other_process;
@@ -118,7 +118,7 @@ TEST(HostileSection, SlotBetweenThatCannotBeWritten_IsPassedOver) {
     }
 }
 
-TEST(HostileSection, SlotGrownAfterOpeningThatCannotBeWritten_IsNeverFree) {
+TEST(HostileSection, slot_grown_after_opening_that_cannot_be_written_is_never_free) {
     fake_driver driver(1);
     driver.slot(0).owner = other_process;
     client_port port;
@@ -128,7 +128,7 @@ TEST(HostileSection, SlotGrownAfterOpeningThatCannotBeWritten_IsNeverFree) {
     EXPECT_EQ(port.acquire_slot({}), nullptr);
 }
 
-TEST(HostileSection, ExchangeWithoutAWritableSlot_FailsAtOnce) {
+TEST(HostileSection, exchange_without_a_writable_slot_fails_at_once) {
     fake_driver driver(1);
     make(driver.slot(0), PAGE_READONLY);
     client_port port;

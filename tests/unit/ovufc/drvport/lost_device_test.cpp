@@ -42,7 +42,7 @@ class LostDevice : public testing::Test {
     std::uint32_t reply_bytes = 0;
 };
 
-TEST_F(LostDevice, PortThatCannotBeOpenedAgain_EndsTheWaitAtTheNextPoll) {
+TEST_F(LostDevice, port_that_cannot_be_opened_again_ends_the_wait_at_the_next_poll) {
     ASSERT_TRUE(port.connect());
     driver.present = false;
     driver.opened.clear();
@@ -53,7 +53,7 @@ TEST_F(LostDevice, PortThatCannotBeOpenedAgain_EndsTheWaitAtTheNextPoll) {
     EXPECT_EQ(driver.slot(0).owner, GetCurrentProcessId());
 }
 
-TEST_F(LostDevice, PortThatOpensAgain_GoesOnWaiting) {
+TEST_F(LostDevice, port_that_opens_again_goes_on_waiting) {
     const auto lose_the_device = driver.on_nap;
     driver.on_nap = [&] {
         lose_the_device();

@@ -47,7 +47,7 @@ class Transact : public testing::Test {
     std::uint32_t reply_bytes = untouched;
 };
 
-TEST_F(Transact, ReplyThatIsThere_IsTakenWithoutANap) {
+TEST_F(Transact, reply_that_is_there_is_taken_without_a_nap) {
     driver.on_signal = [this] { reply("hello"); };
     client_port port;
     EXPECT_TRUE(transact(port));
@@ -56,7 +56,7 @@ TEST_F(Transact, ReplyThatIsThere_IsTakenWithoutANap) {
     EXPECT_EQ(driver.yields, 0u);
 }
 
-TEST_F(Transact, ReplyThatComesAtOnce_IsMetBeforeTheFirstNap) {
+TEST_F(Transact, reply_that_comes_at_once_is_met_before_the_first_nap) {
     driver.on_yield = [this] {
         if (driver.yields == 3) {
             reply("at once");
@@ -69,7 +69,7 @@ TEST_F(Transact, ReplyThatComesAtOnce_IsMetBeforeTheFirstNap) {
     EXPECT_EQ(driver.yields, 3u);
 }
 
-TEST_F(Transact, LongWait_GivesTheProcessorAwayForOneMillisecondAndThenNaps) {
+TEST_F(Transact, long_wait_gives_the_processor_away_for_one_millisecond_and_then_naps) {
     driver.on_nap = [this] { EXPECT_EQ(driver.yields, 10u); };  // of 100 microseconds
     client_port port(500);
     EXPECT_FALSE(transact(port));
@@ -77,14 +77,14 @@ TEST_F(Transact, LongWait_GivesTheProcessorAwayForOneMillisecondAndThenNaps) {
     EXPECT_EQ(driver.yields, 10u);
 }
 
-TEST_F(Transact, BusyMachineThatGivesTheProcessorBackLate_IsNotAskedAgain) {
+TEST_F(Transact, busy_machine_that_gives_the_processor_back_late_is_not_asked_again) {
     driver.yield_length_us = 40'000;
     client_port port(30);
     EXPECT_FALSE(transact(port));
     EXPECT_EQ(driver.yields, 1u);
 }
 
-TEST_F(Transact, StateWordZeroAfterThePost_EndsTheYieldingAndGivesUpAtTheNextPoll) {
+TEST_F(Transact, state_word_zero_after_the_post_ends_the_yielding_and_gives_up_at_the_next_poll) {
     driver.on_signal = [this] { driver.status().state = 0; };
     client_port port;
     EXPECT_FALSE(transact(port));
@@ -93,7 +93,7 @@ TEST_F(Transact, StateWordZeroAfterThePost_EndsTheYieldingAndGivesUpAtTheNextPol
     expect_abandoned(ORV_SLOT_POSTED);
 }
 
-TEST_F(Transact, StateWordZeroWhileYielding_EndsItAtOnce) {
+TEST_F(Transact, state_word_zero_while_yielding_ends_it_at_once) {
     driver.on_yield = [this] { driver.status().state = driver.yields < 2 ? 1 : 0; };
     client_port port;
     EXPECT_FALSE(transact(port));
@@ -101,7 +101,7 @@ TEST_F(Transact, StateWordZeroWhileYielding_EndsItAtOnce) {
     EXPECT_EQ(driver.naps.size(), 1u);
 }
 
-TEST_F(Transact, ReplyDuringTheLastYieldOfADyingDriver_IsTaken) {
+TEST_F(Transact, reply_during_the_last_yield_of_a_dying_driver_is_taken) {
     driver.on_yield = [this] {
         driver.status().state = 0;
         reply("last words");
@@ -112,7 +112,7 @@ TEST_F(Transact, ReplyDuringTheLastYieldOfADyingDriver_IsTaken) {
     EXPECT_TRUE(driver.naps.empty());
 }
 
-TEST_F(Transact, ReplyThatComesLater_IsPolledForInAlertableNapsOfTenMilliseconds) {
+TEST_F(Transact, reply_that_comes_later_is_polled_for_in_alertable_naps_of_ten_milliseconds) {
     driver.on_nap = [this] {
         if (driver.naps.size() == 3) {
             reply("late");
@@ -128,7 +128,7 @@ TEST_F(Transact, ReplyThatComesLater_IsPolledForInAlertableNapsOfTenMilliseconds
     }
 }
 
-TEST_F(Transact, OverlongReply_IsCutTo2048Bytes) {
+TEST_F(Transact, overlong_reply_is_cut_to_2048_bytes) {
     driver.on_signal = [this] { reply(std::string(ORV_PAYLOAD_BYTES, 'x'), 5000); };
     client_port port;
     EXPECT_TRUE(transact(port));
@@ -136,21 +136,21 @@ TEST_F(Transact, OverlongReply_IsCutTo2048Bytes) {
     EXPECT_EQ(replied(), std::string(2048, 'x'));
 }
 
-TEST_F(Transact, LengthWordOfAllBits_IsCutTo2048Bytes) {
+TEST_F(Transact, length_word_of_all_bits_is_cut_to_2048_bytes) {
     driver.on_signal = [this] { reply("x", 0xFFFFFFFF); };
     client_port port;
     EXPECT_TRUE(transact(port));
     EXPECT_EQ(reply_bytes, 2048u);
 }
 
-TEST_F(Transact, EmptyReply_IsAReply) {
+TEST_F(Transact, empty_reply_is_a_reply) {
     driver.on_signal = [this] { reply(""); };
     client_port port;
     EXPECT_TRUE(transact(port));
     EXPECT_EQ(reply_bytes, 0u);
 }
 
-TEST_F(Transact, AfterTheReply_SlotIsClearedAndFree) {
+TEST_F(Transact, after_the_reply_slot_is_cleared_and_free) {
     volatile orv_slot& slot = driver.slot(0);
     driver.on_signal = [&] {
         std::memset(const_cast<std::uint8_t*>(slot.payload), 0xEE, ORV_PAYLOAD_BYTES);
@@ -176,7 +176,7 @@ TEST_F(Transact, AfterTheReply_SlotIsClearedAndFree) {
     EXPECT_TRUE(std::all_of(std::begin(slot.reserved_24), std::end(slot.reserved_24), is(0xEE)));
 }
 
-TEST_F(Transact, Release_WritesTheWordsInOrderAndTheOwnerLast) {
+TEST_F(Transact, release_writes_the_words_in_order_and_the_owner_last) {
     client_port port;
     ASSERT_TRUE(port.connect());
     std::unique_ptr<write_trace> trace;
@@ -194,27 +194,27 @@ TEST_F(Transact, Release_WritesTheWordsInOrderAndTheOwnerLast) {
     EXPECT_THAT(writes, ElementsAre(8, 20, 4, 16, 12, 112, 0));
 }
 
-TEST_F(Transact, NoReply_GivesUpOnceMoreThanTheTimeOutHasPassed) {
+TEST_F(Transact, no_reply_gives_up_once_more_than_the_time_out_has_passed) {
     client_port port(30);
     EXPECT_FALSE(transact(port));
     EXPECT_EQ(driver.naps.size(), 4u);  // after the third exactly 30 ms have passed, which is not more
     expect_abandoned(ORV_SLOT_POSTED);
 }
 
-TEST_F(Transact, DefaultTimeOut_IsThirtySeconds) {
+TEST_F(Transact, default_time_out_is_thirty_seconds) {
     client_port port;
     EXPECT_FALSE(transact(port));
     EXPECT_EQ(driver.naps.size(), 3001u);
 }
 
-TEST_F(Transact, TickCountThatWraps_ChangesNothing) {
+TEST_F(Transact, tick_count_that_wraps_changes_nothing) {
     driver.tick = 0xFFFFFFF0;
     client_port port(30);
     EXPECT_FALSE(transact(port));
     EXPECT_EQ(driver.naps.size(), 4u);
 }
 
-TEST_F(Transact, ReplyDuringTheLastNap_IsTaken) {
+TEST_F(Transact, reply_during_the_last_nap_is_taken) {
     driver.on_nap = [this] {
         if (driver.naps.size() == 4) {
             reply("just in time");
@@ -225,7 +225,7 @@ TEST_F(Transact, ReplyDuringTheLastNap_IsTaken) {
     EXPECT_EQ(replied(), "just in time");
 }
 
-TEST_F(Transact, StateWordZeroWhileWaiting_GivesUpAtTheNextPoll) {
+TEST_F(Transact, state_word_zero_while_waiting_gives_up_at_the_next_poll) {
     driver.on_nap = [this] {
         if (driver.naps.size() == 2) {
             driver.status().state = 0;
@@ -237,7 +237,7 @@ TEST_F(Transact, StateWordZeroWhileWaiting_GivesUpAtTheNextPoll) {
     expect_abandoned(ORV_SLOT_POSTED);
 }
 
-TEST_F(Transact, AbandonedSlot_IsNotUsedAgain) {
+TEST_F(Transact, abandoned_slot_is_not_used_again) {
     client_port port(30);
     EXPECT_FALSE(transact(port));
     driver.on_signal = [this] { driver.slot(1).state = ORV_SLOT_REPLIED; };
@@ -247,7 +247,7 @@ TEST_F(Transact, AbandonedSlot_IsNotUsedAgain) {
     EXPECT_EQ(driver.slot(1).owner, 0u);
 }
 
-TEST_F(Transact, OtherStates_AreWaitedThrough) {
+TEST_F(Transact, other_states_are_waited_through) {
     driver.on_nap = [this] {
         constexpr std::array<std::uint32_t, 4> states{0x1800, 0x8000, 0x4000, 0x12345678};
         if (driver.naps.size() <= states.size()) {
@@ -261,7 +261,7 @@ TEST_F(Transact, OtherStates_AreWaitedThrough) {
     EXPECT_EQ(driver.naps.size(), 5u);
 }
 
-TEST_F(Transact, AllSlotsBusy_IsFalseAtOnce) {
+TEST_F(Transact, all_slots_busy_is_false_at_once) {
     driver.slot(0).owner = 1;
     driver.slot(1).owner = 1;
     client_port port;
@@ -270,14 +270,14 @@ TEST_F(Transact, AllSlotsBusy_IsFalseAtOnce) {
     EXPECT_EQ(reply_bytes, untouched);
 }
 
-TEST_F(Transact, AbsentDevice_IsFalse) {
+TEST_F(Transact, absent_device_is_false) {
     driver.present = false;
     client_port port;
     EXPECT_FALSE(transact(port));
     EXPECT_EQ(reply_bytes, untouched);
 }
 
-TEST_F(Transact, OneWay_LeavesAnAbandonedSlotAndDoesNotWait) {
+TEST_F(Transact, one_way_leaves_an_abandoned_slot_and_does_not_wait) {
     client_port port;
     EXPECT_TRUE(port.transact(request, nullptr, reply_bytes));
     EXPECT_TRUE(driver.naps.empty());
@@ -285,20 +285,20 @@ TEST_F(Transact, OneWay_LeavesAnAbandonedSlotAndDoesNotWait) {
     expect_abandoned(ORV_SLOT_POSTED);
 }
 
-TEST_F(Transact, OneWayToAnAbsentDevice_ReportsSuccess) {
+TEST_F(Transact, one_way_to_an_absent_device_reports_success) {
     driver.present = false;
     client_port port;
     EXPECT_TRUE(port.transact(request, nullptr, reply_bytes));
 }
 
-TEST_F(Transact, OneWayWithAllSlotsBusy_IsFalse) {
+TEST_F(Transact, one_way_with_all_slots_busy_is_false) {
     driver.slot(0).owner = 1;
     driver.slot(1).owner = 1;
     client_port port;
     EXPECT_FALSE(port.transact(request, nullptr, reply_bytes));
 }
 
-TEST_F(Transact, OneWayWithStateWordZero_IsFalse) {
+TEST_F(Transact, one_way_with_state_word_zero_is_false) {
     driver.status().state = 0;
     client_port port;
     EXPECT_FALSE(port.transact(request, nullptr, reply_bytes));

@@ -22,7 +22,7 @@ std::ostream& operator<<(std::ostream& out, const choice_row& row) {
 
 class LanguageChoice : public testing::TestWithParam<choice_row> {};
 
-TEST_P(LanguageChoice, candidate_givesItsRow) {
+TEST_P(LanguageChoice, candidate_gives_its_row) {
     const auto chosen = choose_language(GetParam().candidate);
     EXPECT_EQ(chosen.value_or(0), GetParam().chosen);
     EXPECT_EQ(chosen.has_value(), GetParam().chosen != 0);
@@ -56,13 +56,13 @@ INSTANTIATE_TEST_SUITE_P(unknown, LanguageChoice,
                          testing::Values(choice_row{0x0407, 0}, choice_row{0x0000, 0}, choice_row{0x0400, 0},
                                          choice_row{0x0419, 0}, choice_row{0xFFFF, 0}));
 
-TEST(LanguageChoiceTables, enabled_areAmongTheKnown) {
+TEST(LanguageChoiceTables, enabled_are_among_the_known) {
     for (const std::uint32_t id : enabled_languages) {
         EXPECT_EQ(choose_language(static_cast<std::uint16_t>(id)), id);
     }
 }
 
-TEST(LanguageChoiceTables, everyId_givesAnEnabledLanguageOrNone) {
+TEST(LanguageChoiceTables, every_id_gives_an_enabled_language_or_none) {
     for (std::uint32_t id = 0; id <= 0xFFFF; ++id) {
         const auto chosen = choose_language(static_cast<std::uint16_t>(id));
         if (chosen) {
@@ -71,7 +71,7 @@ TEST(LanguageChoiceTables, everyId_givesAnEnabledLanguageOrNone) {
     }
 }
 
-TEST(CandidateLanguage, systemOfThePrefix_isTheUsersLocale) {
+TEST(CandidateLanguage, system_of_the_prefix_is_the_users_locale) {
     ASSERT_TRUE(IsWindows8OrGreater()) << "the prefix is set up as Windows 10";
     EXPECT_EQ(candidate_language(), GetUserDefaultLangID());
 }

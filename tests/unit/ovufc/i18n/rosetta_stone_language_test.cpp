@@ -59,7 +59,7 @@ std::ostream& operator<<(std::ostream& out, const language_row& row) {
 
 class LanguageRow : public LanguageOfUser, public testing::WithParamInterface<language_row> {};
 
-TEST_P(LanguageRow, texts_areInIt) {
+TEST_P(LanguageRow, texts_are_in_it) {
     locale_language = GetParam().user;
     rosetta_stone stone;
     ASSERT_TRUE(stone.load(sample(L"maker")));
@@ -76,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(users, LanguageRow,
                                          language_row{0x0416, L"en"}, language_row{0x0816, L"en"},
                                          language_row{0x0421, L"en"}, language_row{0x0427, L"en"}));
 
-TEST_F(LanguageOfUser, beforeWindows8_isThatOfTheInterface) {
+TEST_F(LanguageOfUser, before_windows_8_is_that_of_the_interface) {
     version_answer = FALSE;
     locale_language = 0x040C;
     interface_language = 0x0411;
@@ -85,7 +85,7 @@ TEST_F(LanguageOfUser, beforeWindows8_isThatOfTheInterface) {
     EXPECT_EQ(stone.lookup(0), L"ja");
 }
 
-TEST_F(LanguageOfUser, sinceWindows8_isThatOfTheLocale) {
+TEST_F(LanguageOfUser, since_windows_8_is_that_of_the_locale) {
     locale_language = 0x040C;
     interface_language = 0x0411;
     rosetta_stone stone;
@@ -99,7 +99,7 @@ DWORD WINAPI recorded_format(DWORD, LPCVOID, DWORD, DWORD language, LPWSTR, DWOR
     return 0;
 }
 
-TEST_F(LanguageOfUser, unknownLanguage_leavesTheChoiceToTheMessageTable) {
+TEST_F(LanguageOfUser, unknown_language_leaves_the_choice_to_the_message_table) {
     locale_language = 0x0407;
     rosetta_stone stone;
     ASSERT_TRUE(stone.load(sample(L"maker")));
@@ -110,7 +110,7 @@ TEST_F(LanguageOfUser, unknownLanguage_leavesTheChoiceToTheMessageTable) {
     EXPECT_EQ(asked_language, 0U);
 }
 
-TEST_F(LanguageOfUser, failedLoad_choosesTheLanguageAllTheSame) {
+TEST_F(LanguageOfUser, failed_load_chooses_the_language_all_the_same) {
     rosetta_stone stone;
     locale_language = 0x0C0A;
     {
@@ -124,7 +124,7 @@ TEST_F(LanguageOfUser, failedLoad_choosesTheLanguageAllTheSame) {
     EXPECT_EQ(stone.lookup(0), L"es");
 }
 
-TEST_F(LanguageOfUser, refusedLoad_choosesNoLanguage) {
+TEST_F(LanguageOfUser, refused_load_chooses_no_language) {
     rosetta_stone stone;
     locale_language = 0x0C0A;
     EXPECT_FALSE(stone.load(sample(L"unsigned")));
@@ -133,7 +133,7 @@ TEST_F(LanguageOfUser, refusedLoad_choosesNoLanguage) {
     EXPECT_NE(stone.lookup(0), L"es");
 }
 
-TEST_F(LanguageOfUser, languageOfALaterLoad_isNotTaken) {
+TEST_F(LanguageOfUser, language_of_a_later_load_is_not_taken) {
     locale_language = 0x040C;
     rosetta_stone stone;
     ASSERT_TRUE(stone.load(sample(L"maker")));
@@ -142,7 +142,7 @@ TEST_F(LanguageOfUser, languageOfALaterLoad_isNotTaken) {
     EXPECT_EQ(stone.lookup(0), L"fr");
 }
 
-TEST(WindowsVersion, question_isWindows8OrLaterInEachPart) {
+TEST(WindowsVersion, question_is_windows_8_or_later_in_each_part) {
     static bool asked;
     asked = false;
     const import_patch<decltype(VerifyVersionInfoW)> version(

@@ -70,7 +70,7 @@ class RosettaStoneLock : public testing::Test {
     lock_trace locks{program};
 };
 
-TEST_F(RosettaStoneLock, load_holdsItExclusivelyFromTheCheckToTheChoiceOfLanguage) {
+TEST_F(RosettaStoneLock, load_holds_it_exclusively_from_the_check_to_the_choice_of_language) {
     const import_patch<decltype(WinVerifyTrust)> check(program, "wintrust.dll", "WinVerifyTrust",
                                                        look_and_accept);
     const import_patch<decltype(LoadLibraryExW)> loading(program, "kernel32.dll", "LoadLibraryExW",
@@ -84,7 +84,7 @@ TEST_F(RosettaStoneLock, load_holdsItExclusivelyFromTheCheckToTheChoiceOfLanguag
     expect_all_seen_under(mode::exclusive, 4);  // verify, close, load, language
 }
 
-TEST_F(RosettaStoneLock, refusedLoad_givesItBack) {
+TEST_F(RosettaStoneLock, refused_load_gives_it_back) {
     EXPECT_FALSE(stone.load(sample(L"unsigned")));
     EXPECT_TRUE(locks.held().empty());
     ASSERT_TRUE(stone.load(sample(L"maker")));
@@ -93,7 +93,7 @@ TEST_F(RosettaStoneLock, refusedLoad_givesItBack) {
     EXPECT_TRUE(locks.held().empty());
 }
 
-TEST_F(RosettaStoneLock, fetch_holdsItShared) {
+TEST_F(RosettaStoneLock, fetch_holds_it_shared) {
     ASSERT_TRUE(stone.load(sample(L"maker")));
     const import_patch<format_message> formatting(program, "kernel32.dll", "FormatMessageW",
                                                   look_and_give_no_text);
@@ -106,7 +106,7 @@ TEST_F(RosettaStoneLock, fetch_holdsItShared) {
     expect_all_seen_under(mode::shared, 2);
 }
 
-TEST_F(RosettaStoneLock, fetchBeforeTheLoad_looksUnderItToo) {
+TEST_F(RosettaStoneLock, fetch_before_the_load_looks_under_it_too) {
     (void)stone.lookup(0);
     EXPECT_EQ(locks.taken().size(), 1U);
     expect_all_seen_under(mode::shared, 0);

@@ -26,19 +26,19 @@ constexpr std::uint32_t of_2048_chars = 4;
 constexpr std::uint32_t plain = 5;
 constexpr std::uint32_t missing = 6;
 
-TEST(RosettaStone, beforeLoading_textsAreEmpty) {
+TEST(RosettaStone, before_loading_texts_are_empty) {
     const rosetta_stone stone;
     EXPECT_EQ(stone.lookup(plain), L"");
     EXPECT_EQ(stone.format(with_printf, L"a", 1), L"");
 }
 
-TEST(RosettaStone, librarySignedByTheMaker_isLoaded) {
+TEST(RosettaStone, library_signed_by_the_maker_is_loaded) {
     rosetta_stone stone;
     EXPECT_TRUE(stone.load(sample(L"maker")));
     EXPECT_EQ(stone.lookup(plain), L"no placeholder");
 }
 
-TEST(RosettaStone, secondLoad_isRefusedAndKeepsTheFirst) {
+TEST(RosettaStone, second_load_is_refused_and_keeps_the_first) {
     rosetta_stone stone;
     ASSERT_TRUE(stone.load(sample(L"maker")));
     EXPECT_FALSE(stone.load(sample(L"maker")));
@@ -47,7 +47,7 @@ TEST(RosettaStone, secondLoad_isRefusedAndKeepsTheFirst) {
     EXPECT_EQ(stone.lookup(plain), L"no placeholder");
 }
 
-TEST(RosettaStone, filesThatAreNotTheMakers_areNotLoaded) {
+TEST(RosettaStone, files_that_are_not_the_makers_are_not_loaded) {
     const HMODULE program = GetModuleHandleW(nullptr);
     const import_patch<decltype(LoadLibraryExW)> loading(program, "kernel32.dll", "LoadLibraryExW",
                                                          [](LPCWSTR, HANDLE, DWORD) {
@@ -61,13 +61,13 @@ TEST(RosettaStone, filesThatAreNotTheMakers_areNotLoaded) {
     }
 }
 
-TEST(RosettaStone, refusedLoad_leavesRoomForAGoodOne) {
+TEST(RosettaStone, refused_load_leaves_room_for_a_good_one) {
     rosetta_stone stone;
     EXPECT_FALSE(stone.load(sample(L"unsigned")));
     EXPECT_TRUE(stone.load(sample(L"maker")));
 }
 
-TEST(RosettaStone, library_isLoadedAsDataFromBesideTheProgram) {
+TEST(RosettaStone, library_is_loaded_as_data_from_beside_the_program) {
     static int loads;
     loads = 0;
     const import_patch<decltype(LoadLibraryExW)> loading(GetModuleHandleW(nullptr), "kernel32.dll",
@@ -85,7 +85,7 @@ TEST(RosettaStone, library_isLoadedAsDataFromBesideTheProgram) {
     EXPECT_EQ(stone.lookup(plain), L"");
 }
 
-TEST(RosettaStone, destruction_freesTheLibrary) {
+TEST(RosettaStone, destruction_frees_the_library) {
     static int frees;
     frees = 0;
     static BOOL(WINAPI * real_free)(HMODULE);
@@ -110,45 +110,45 @@ class LoadedStone : public testing::Test {
     rosetta_stone stone;
 };
 
-TEST_F(LoadedStone, missingMessage_isEmpty) {
+TEST_F(LoadedStone, missing_message_is_empty) {
     EXPECT_EQ(stone.lookup(missing), L"");
     EXPECT_EQ(stone.lookup(0xFFFFFFFF), L"");
     EXPECT_EQ(stone.format(missing, L"a"), L"");
 }
 
-TEST_F(LoadedStone, messageWithAnInsert_isEmpty) {
+TEST_F(LoadedStone, message_with_an_insert_is_empty) {
     EXPECT_EQ(stone.lookup(with_insert), L"");
     EXPECT_EQ(stone.format(with_insert, L"a"), L"");
 }
 
-TEST_F(LoadedStone, longestMessage_isWhole) {
+TEST_F(LoadedStone, longest_message_is_whole) {
     EXPECT_EQ(stone.lookup(of_2047_chars), std::wstring(2047, L'x'));
     EXPECT_EQ(stone.format(of_2047_chars), std::wstring(2047, L'x'));
 }
 
-TEST_F(LoadedStone, longerMessage_isEmpty) {
+TEST_F(LoadedStone, longer_message_is_empty) {
     EXPECT_EQ(stone.lookup(of_2048_chars), L"");
 }
 
-TEST_F(LoadedStone, lookup_leavesPrintfSequences) {
+TEST_F(LoadedStone, lookup_leaves_printf_sequences) {
     EXPECT_EQ(stone.lookup(with_printf), L"%s|%d|%%");
 }
 
 // The Microsoft meaning: "%s" in a wide format is a wide string.
-TEST_F(LoadedStone, format_takesWideStrings) {
+TEST_F(LoadedStone, format_takes_wide_strings) {
     EXPECT_EQ(stone.format(with_printf, L"C:\\\u00C4lbum \u4FDD", 42), L"C:\\\u00C4lbum \u4FDD|42|%");
 }
 
-TEST_F(LoadedStone, format_hasNoLimitOfItsOwn) {
+TEST_F(LoadedStone, format_has_no_limit_of_its_own) {
     const std::wstring path(100'000, L'y');
     EXPECT_EQ(stone.format(with_printf, path.c_str(), -1), path + L"|-1|%");
 }
 
-TEST_F(LoadedStone, formatOfAPlainText_isTheText) {
+TEST_F(LoadedStone, format_of_a_plain_text_is_the_text) {
     EXPECT_EQ(stone.format(plain), L"no placeholder");
 }
 
-TEST_F(LoadedStone, lookup_asksTheMessageTableAsItMust) {
+TEST_F(LoadedStone, lookup_asks_the_message_table_as_it_must) {
     static int calls;
     calls = 0;
     const import_patch<format_message> formatting(
@@ -192,7 +192,7 @@ DWORD WINAPI load_texts(void* argument) {
     return 0;
 }
 
-TEST(RosettaStone, loadsAndFetchesOnManyThreads_giveOneLoadAndWholeTexts) {
+TEST(RosettaStone, loads_and_fetches_on_many_threads_give_one_load_and_whole_texts) {
     shared_stone shared;
     std::array<HANDLE, 2> fetchers{};
     std::array<HANDLE, 4> loaders{};

@@ -13,7 +13,7 @@ using ov::dismantle;
 using ov::json;
 using ov::owned_json;
 
-TEST(Dismantle, nestedValue_isEmpty) {
+TEST(Dismantle, nested_value_is_empty) {
     json value = json::parse(R"({"a":[1,{"b":"c"},[]],"d":{}})");
     dismantle(value);
     EXPECT_EQ(value, json::object());
@@ -22,7 +22,7 @@ TEST(Dismantle, nestedValue_isEmpty) {
     EXPECT_EQ(value, json::array());
 }
 
-TEST(Dismantle, valueWithoutMembers_staysAsItIs) {
+TEST(Dismantle, value_without_members_stays_as_it_is) {
     for (const char* text : {"null", "1", "\"a text\"", "true", "[]", "{}"}) {
         json value = json::parse(text);
         dismantle(value);
@@ -33,7 +33,7 @@ TEST(Dismantle, valueWithoutMembers_staysAsItIs) {
     EXPECT_TRUE(discarded.is_discarded());
 }
 
-TEST(Dismantle, valueAsDeepAsTheBoundedParserLetsThrough_isEmpty) {
+TEST(Dismantle, value_as_deep_as_the_bounded_parser_lets_through_is_empty) {
     json value =
         ov::parse_bounded(std::string(ov::json_depth_limit, '[') + std::string(ov::json_depth_limit, ']'));
     ASSERT_FALSE(value.empty());
@@ -41,7 +41,7 @@ TEST(Dismantle, valueAsDeepAsTheBoundedParserLetsThrough_isEmpty) {
     EXPECT_TRUE(value.empty());
 }
 
-TEST(OwnedJson, set_addsAndReplacesMembers) {
+TEST(OwnedJson, set_adds_and_replaces_members) {
     owned_json object = json::object();
     object.set("b", 1);
     object.set("a", json::parse("[2]"));
@@ -49,7 +49,7 @@ TEST(OwnedJson, set_addsAndReplacesMembers) {
     EXPECT_EQ(object.value.dump(), R"({"a":[2],"b":"c"})");
 }
 
-TEST(OwnedJson, moved_takesTheValueAlong) {
+TEST(OwnedJson, moved_takes_the_value_along) {
     owned_json from = json::parse("[1,2]");
     const owned_json to = std::move(from);
     EXPECT_EQ(to.value, json::parse("[1,2]"));

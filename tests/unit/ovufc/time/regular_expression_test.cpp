@@ -14,7 +14,7 @@ namespace {
 using ov::time::regular_expression;
 namespace patterns = ov::time::patterns;
 
-TEST(RegularExpression, Characters_MatchThemselves) {
+TEST(RegularExpression, characters_match_themselves) {
     const regular_expression pattern(L"^ab$");
     EXPECT_TRUE(pattern.matches(L"ab"));
     EXPECT_FALSE(pattern.matches(L"a"));
@@ -24,7 +24,7 @@ TEST(RegularExpression, Characters_MatchThemselves) {
     EXPECT_FALSE(pattern.matches(L""));
 }
 
-TEST(RegularExpression, Digit_IsOneOfTheTenOfAscii) {
+TEST(RegularExpression, digit_is_one_of_the_ten_of_ascii) {
     const regular_expression pattern(LR"(^\d$)");
     EXPECT_TRUE(pattern.matches(L"0"));
     EXPECT_TRUE(pattern.matches(L"9"));
@@ -33,13 +33,13 @@ TEST(RegularExpression, Digit_IsOneOfTheTenOfAscii) {
     EXPECT_FALSE(pattern.matches(L"\uFF13"));
 }
 
-TEST(RegularExpression, EscapedCharacter_StandsForItself) {
+TEST(RegularExpression, escaped_character_stands_for_itself) {
     const regular_expression pattern(LR"(^\.\/\\$)");
     EXPECT_TRUE(pattern.matches(LR"(./\)"));
     EXPECT_FALSE(pattern.matches(LR"(x/\)"));
 }
 
-TEST(RegularExpression, Set_IsAnyOfItsCharacters) {
+TEST(RegularExpression, set_is_any_of_its_characters) {
     const regular_expression pattern(L"^[ T+-]$");
     for (const wchar_t* text : {L" ", L"T", L"+", L"-"}) {
         EXPECT_TRUE(pattern.matches(text)) << text;
@@ -48,7 +48,7 @@ TEST(RegularExpression, Set_IsAnyOfItsCharacters) {
     EXPECT_FALSE(pattern.matches(L"T "));
 }
 
-TEST(RegularExpression, Counts_BoundTheRepetitions) {
+TEST(RegularExpression, counts_bound_the_repetitions) {
     const regular_expression exactly(L"^a{3}$");
     const regular_expression between(L"^a{1,2}$");
     const regular_expression at_most_one(L"^a?b$");
@@ -63,7 +63,7 @@ TEST(RegularExpression, Counts_BoundTheRepetitions) {
     EXPECT_FALSE(at_most_one.matches(L"aab"));
 }
 
-TEST(RegularExpression, Group_IsAnyOfItsAlternativesAndNests) {
+TEST(RegularExpression, group_is_any_of_its_alternatives_and_nests) {
     const regular_expression pattern(L"^((Mon|Thu[r]?), )?(a|ab)c$");
     for (const wchar_t* text : {L"Mon, ac", L"Thu, ac", L"Thur, abc", L"ac", L"abc"}) {
         EXPECT_TRUE(pattern.matches(text)) << text;
@@ -73,7 +73,7 @@ TEST(RegularExpression, Group_IsAnyOfItsAlternativesAndNests) {
     }
 }
 
-TEST(RegularExpression, TextThatIsTooLong_DoesNotMatch) {
+TEST(RegularExpression, text_that_is_too_long_does_not_match) {
     const regular_expression pattern(L"^a{1,999}$");
     EXPECT_TRUE(pattern.matches(std::wstring(63, L'a')));
     EXPECT_FALSE(pattern.matches(std::wstring(64, L'a')));
@@ -134,7 +134,7 @@ std::wstring changed(std::wstring text, std::mt19937& random) {
     return text;
 }
 
-TEST(TextPatterns, ChangedDates_MatchWhereTheStandardLibrarySaysSo) {
+TEST(TextPatterns, changed_dates_match_where_the_standard_library_says_so) {
     std::mt19937 random(20210304);  // NOLINT: the same texts in every run
     unsigned matching = 0;
     for (const pattern_row& row : pattern_rows) {

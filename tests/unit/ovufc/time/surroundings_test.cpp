@@ -64,7 +64,7 @@ TEST_F(Zone, iso_text_has_the_local_time_of_its_date_and_the_offset_of_this_mome
     }
 }
 
-TEST_F(Zone, rfc1123_text_has_the_local_time_of_its_date) {
+TEST_F(Zone, rfc_1123_text_has_the_local_time_of_its_date) {
     for (const auto& [utc, local] : times) {
         const std::wstring text = datetime_rfc1123(iso_value(utc)).format(true);
         // The date and all but the hour as if the local time were UTC.

@@ -21,7 +21,7 @@ class DriverAbsent : public testing::Test {
     void TearDown() override { EXPECT_TRUE(ov::test::start_driver()); }
 };
 
-TEST_F(DriverAbsent, everyCall_givesItsFailureValueWithoutAnException_untilTheDriverIsThere) {
+TEST_F(DriverAbsent, every_call_gives_its_failure_value_without_an_exception_until_the_driver_is_there) {
     const auto throws = ov::test::throws_so_far();
     ASSERT_FALSE(ov::ipc::drvport::connect());
 

@@ -36,7 +36,7 @@ class NoMemory : public ov::test::service_calls_test {
     }
 };
 
-TEST_F(NoMemory, outcomeCall_isUnexpected) {
+TEST_F(NoMemory, outcome_call_is_unexpected) {
     answer(R"({"statusCode":0,"data":{"a":["text that is too long for a string's own buffer"]}})");
     const std::wstring folder = L"C:\\a folder with a name of some length";
     HRESULT result = S_OK;
@@ -45,7 +45,7 @@ TEST_F(NoMemory, outcomeCall_isUnexpected) {
     EXPECT_EQ(result, S_OK);
 }
 
-TEST_F(NoMemory, folderStatus_isFalseAndLeavesTheFlags) {
+TEST_F(NoMemory, folder_status_is_false_and_leaves_the_flags) {
     service.set_flags(ORV_FLAG_EXPORTS_AVAILABLE);
     answer(R"({"statusCode":0,"data":{"protectedFolder":true,"uiLevel":"restricted"}})");
     const std::wstring folder = L"C:\\a folder with a name of some length";
@@ -58,14 +58,14 @@ TEST_F(NoMemory, folderStatus_isFalseAndLeavesTheFlags) {
     EXPECT_TRUE(is_protected && restricted && exports_available);
 }
 
-TEST_F(NoMemory, restoreFromPoint_isTrue) {
+TEST_F(NoMemory, restore_from_point_is_true) {
     answer(R"({"statusCode":5})");
     bool restored = false;
     EXPECT_GT(fail_each([&] { restored = restore_from_point(1, 2); }, [&] { EXPECT_TRUE(restored); }), 5);
     EXPECT_FALSE(restored);
 }
 
-TEST_F(NoMemory, lastTimestamp_isNone) {
+TEST_F(NoMemory, last_timestamp_is_none) {
     answer(R"({"statusCode":-2,"data":{"lastTimestamp":5}})");
     std::optional<std::uint64_t> timestamp;
     EXPECT_GT(
@@ -73,7 +73,7 @@ TEST_F(NoMemory, lastTimestamp_isNone) {
     EXPECT_EQ(timestamp, 5u);
 }
 
-TEST_F(NoMemory, restoreFolders_areEmpty) {
+TEST_F(NoMemory, restore_folders_are_empty) {
     const std::string text = R"({"restoreFolders":["C:\\a folder with a name of some length","D:\\"]})";
     std::vector<std::wstring> folders;
     std::optional<ov::test::temp_file> file(text);
@@ -89,7 +89,7 @@ TEST_F(NoMemory, restoreFolders_areEmpty) {
     EXPECT_FALSE(file->exists());
 }
 
-TEST_F(NoMemory, chronelCommand_raisesNothingButNoMemory) {
+TEST_F(NoMemory, chronel_command_raises_nothing_but_no_memory) {
     const std::string identifier =
         R"({"fileName":"a file with a name of some length","cloneFileName":{"a":["b",{"c":[1,2]}]},"type":[[[1]]]})";
     int raised = 0;

@@ -33,14 +33,14 @@ class ExpectedFailures : public ov::test::service_calls_test {
     }
 };
 
-TEST_F(ExpectedFailures, driverThatServesNothing_throwsNothing) {
+TEST_F(ExpectedFailures, driver_that_serves_nothing_throws_nothing) {
     serve_nothing();
     const auto before = throws_so_far();
     make_every_call();
     EXPECT_EQ(throws_so_far(), before);
 }
 
-TEST_F(ExpectedFailures, repliesOfEveryWrongShape_throwNothing) {
+TEST_F(ExpectedFailures, replies_of_every_wrong_shape_throw_nothing) {
     const std::string deep(1000, '[');
     for (const std::string& reply :
          {std::string(), std::string("no json"), std::string("{\"statusCode\":"), std::string("null"), deep,

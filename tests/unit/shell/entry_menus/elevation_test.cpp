@@ -34,7 +34,7 @@ class Elevation : public testing::Test {
                                                &answer_moniker};
 };
 
-TEST_F(Elevation, prompt_isAskedForByTheMoniker) {
+TEST_F(Elevation, prompt_is_asked_for_by_the_moniker) {
     answer = E_ACCESSDENIED;
     handed_out = nullptr;
     EXPECT_EQ(ask_for_elevation(), nullptr);
@@ -49,7 +49,7 @@ TEST_F(Elevation, prompt_isAskedForByTheMoniker) {
     EXPECT_EQ(request.riid, file_operation);
 }
 
-TEST_F(Elevation, successWithoutAnObject_isNoConsent) {
+TEST_F(Elevation, success_without_an_object_is_no_consent) {
     answer = S_OK;
     handed_out = nullptr;
     EXPECT_EQ(ask_for_elevation(), nullptr);

@@ -65,7 +65,7 @@ std::vector<menu_item> default_items(UINT flags, HRESULT expected) {
     return test::read_menu(menu.get());
 }
 
-TEST_F(EntryMenu, verb_isAddedAtItsPositionForTheDefaultVerbOnly) {
+TEST_F(EntryMenu, verb_is_added_at_its_position_for_the_default_verb_only) {
     for (const UINT flags : {0x1U, 0x21U, 0x901U}) {
         EXPECT_THAT(default_items<OrvRestoreCtxMenu>(flags, 1),
                     ElementsAre(menu_item{L"before", 1}, menu_item{L"Restore", 50}, menu_item{L"after", 2}));
@@ -74,14 +74,14 @@ TEST_F(EntryMenu, verb_isAddedAtItsPositionForTheDefaultVerbOnly) {
     }
 }
 
-TEST_F(EntryMenu, rightClick_addsNothing) {
+TEST_F(EntryMenu, right_click_adds_nothing) {
     for (const UINT flags : {0x0U, 0x2U, 0x4U, 0x10U, 0x100U, 0x800U}) {
         EXPECT_EQ(default_items<OrvRestoreCtxMenu>(flags, 0).size(), 2U);
         EXPECT_EQ(default_items<OrvAddonsCtxMenu>(flags, 0).size(), 2U);
     }
 }
 
-TEST_F(EntryMenu, verbOtherThanOffsetZero_isRefused) {
+TEST_F(EntryMenu, verb_other_than_offset_zero_is_refused) {
     entry_->Initialize(nullptr, selection_.Get(), nullptr);
     EXPECT_EQ(entry_->InvokeCommand(nullptr), E_INVALIDARG);
     EXPECT_EQ(invoke(entry_.Get(), MAKEINTRESOURCEA(1)), E_INVALIDARG);
@@ -92,14 +92,14 @@ TEST_F(EntryMenu, verbOtherThanOffsetZero_isRefused) {
     EXPECT_EQ(entry_->runs, 1);
 }
 
-TEST_F(EntryMenu, commandThatThrows_isStillOk) {
+TEST_F(EntryMenu, command_that_throws_is_still_ok) {
     entry_->Initialize(nullptr, selection_.Get(), nullptr);
     entry_->throws = true;
     EXPECT_EQ(invoke(entry_.Get(), nullptr), S_OK);
     EXPECT_EQ(entry_->runs, 1);
 }
 
-TEST_F(EntryMenu, withoutASelectedItem_theCommandDoesNotRun) {
+TEST_F(EntryMenu, without_a_selected_item_the_command_does_not_run) {
     EXPECT_EQ(invoke(entry_.Get(), nullptr), S_OK) << "never initialised";
     entry_->Initialize(nullptr, nullptr, nullptr);
     EXPECT_EQ(invoke(entry_.Get(), nullptr), S_OK);
@@ -109,7 +109,7 @@ TEST_F(EntryMenu, withoutASelectedItem_theCommandDoesNotRun) {
     EXPECT_EQ(entry_->runs, 0);
 }
 
-TEST_F(EntryMenu, selection_isReferencedUntilReplacedOrReleased) {
+TEST_F(EntryMenu, selection_is_referenced_until_replaced_or_released) {
     const auto other = test::select_items({folder_.path()});
     EXPECT_EQ(entry_->Initialize(nullptr, selection_.Get(), nullptr), S_OK);
     EXPECT_EQ(selection_->references(), 2U);
@@ -120,14 +120,14 @@ TEST_F(EntryMenu, selection_isReferencedUntilReplacedOrReleased) {
     EXPECT_EQ(other->references(), 1U);
 }
 
-TEST_F(EntryMenu, command_leavesNoReferenceBehind) {
+TEST_F(EntryMenu, command_leaves_no_reference_behind) {
     entry_->Initialize(nullptr, selection_.Get(), nullptr);
     ASSERT_EQ(invoke(entry_.Get(), nullptr), S_OK);
     ASSERT_EQ(entry_->runs, 1);
     EXPECT_EQ(selection_->references(), 2U);
 }
 
-TEST_F(EntryMenu, commandStrings_areNotImplemented) {
+TEST_F(EntryMenu, command_strings_are_not_implemented) {
     wchar_t text[8] = L"kept";
     for (const UINT type :
          {GCS_VERBA, GCS_HELPTEXTA, GCS_VALIDATEA, GCS_VERBW, GCS_HELPTEXTW, GCS_VALIDATEW}) {
@@ -136,7 +136,7 @@ TEST_F(EntryMenu, commandStrings_areNotImplemented) {
     EXPECT_STREQ(text, L"kept");
 }
 
-TEST_F(EntryMenu, site_isKeptReplacedAndGivenBack) {
+TEST_F(EntryMenu, site_is_kept_replaced_and_given_back) {
     ComPtr<IObjectWithSite> sited;
     ASSERT_EQ(entry_->QueryInterface(IID_PPV_ARGS(&sited)), S_OK);
     void* found = reinterpret_cast<void*>(0x5A);
@@ -157,7 +157,7 @@ TEST_F(EntryMenu, site_isKeptReplacedAndGivenBack) {
     EXPECT_EQ(sited->GetSite(IID_IUnknown, &found), E_FAIL);
 }
 
-TEST_F(EntryMenu, interfaces_areTheThree) {
+TEST_F(EntryMenu, interfaces_are_the_three) {
     ComPtr<IUnknown> unknown;
     ASSERT_EQ(entry_->QueryInterface(IID_PPV_ARGS(&unknown)), S_OK);
     EXPECT_EQ(static_cast<void*>(unknown.Get()), static_cast<IContextMenu*>(entry_.Get()));

@@ -144,13 +144,13 @@ class SelectedEntry : public testing::Test {
                                                 note_elevation};
 };
 
-TEST_F(SelectedEntry, firstItem_isAskedForItsNormalName) {
+TEST_F(SelectedEntry, first_item_is_asked_for_its_normal_name) {
     EXPECT_TRUE(find());
     EXPECT_EQ(items->asked_for, std::vector<DWORD>{0});
     EXPECT_EQ(items->item->asked_for, std::vector<SIGDN>{SIGDN_NORMALDISPLAY});
 }
 
-TEST_F(SelectedEntry, nameAndReferences_areGivenBack) {
+TEST_F(SelectedEntry, name_and_references_are_given_back) {
     EXPECT_TRUE(find());
     ASSERT_NE(items->item->handed_out, nullptr);
     EXPECT_THAT(freed, testing::Contains(items->item->handed_out));
@@ -158,21 +158,21 @@ TEST_F(SelectedEntry, nameAndReferences_areGivenBack) {
     EXPECT_EQ(references(items->item.Get()), 1U);
 }
 
-TEST_F(SelectedEntry, itemThatCannotBeHad_isNotFound) {
+TEST_F(SelectedEntry, item_that_cannot_be_had_is_not_found) {
     items->item_answer = some_failure;
     EXPECT_FALSE(find());
     EXPECT_TRUE(items->item->asked_for.empty());
     EXPECT_EQ(references(items.Get()), 1U);
 }
 
-TEST_F(SelectedEntry, nameThatCannotBeHad_isNotFound) {
+TEST_F(SelectedEntry, name_that_cannot_be_had_is_not_found) {
     items->item->name_answer = some_failure;
     EXPECT_FALSE(find());
     EXPECT_EQ(references(items.Get()), 1U);
     EXPECT_EQ(references(items->item.Get()), 1U);
 }
 
-TEST_F(SelectedEntry, commandWithoutItsEntry_endsQuietly) {
+TEST_F(SelectedEntry, command_without_its_entry_ends_quietly) {
     test::message_box_script boxes(GetModuleHandleW(nullptr), {});
     items->item_answer = some_failure;
     EXPECT_EQ(invoke_open<OrvAddonsCtxMenu>(), S_OK);

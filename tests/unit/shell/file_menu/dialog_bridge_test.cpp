@@ -29,7 +29,7 @@ class DialogBridge : public testing::Test {
     fake_dialog_library library_{GetModuleHandleW(nullptr)};
 };
 
-TEST_F(DialogBridge, library_isTheOneBesideTheModule) {
+TEST_F(DialogBridge, library_is_the_one_beside_the_module) {
     (void)show_protect_dialog(folder, true);
     ASSERT_EQ(library_.loads().size(), 1U);
     EXPECT_EQ(library_.loads()[0].path, test::program_directory() + L"orvdialog.dll");
@@ -39,12 +39,12 @@ TEST_F(DialogBridge, library_isTheOneBesideTheModule) {
     EXPECT_EQ(library_.loads()[1].flags, 0x1100U);
 }
 
-TEST_F(DialogBridge, protectDialog_loadsShowsAndFrees) {
+TEST_F(DialogBridge, protect_dialog_loads_shows_and_frees) {
     (void)show_protect_dialog(folder, true);
     EXPECT_THAT(library_.events(), ElementsAre("load", "find 17", "show 17", "free"));
 }
 
-TEST_F(DialogBridge, protectRequest_isZeroButForWhatItSays) {
+TEST_F(DialogBridge, protect_request_is_zero_but_for_what_it_says) {
     ProtectDialogRequest seen{};
     std::wstring seen_path;
     library_.protect = [&](const ProtectDialogRequest& request) {
@@ -64,7 +64,7 @@ TEST_F(DialogBridge, protectRequest_isZeroButForWhatItSays) {
     EXPECT_EQ(seen.flags, 0U);
 }
 
-TEST_F(DialogBridge, protectAnswer_isWhatTheDialogReturns) {
+TEST_F(DialogBridge, protect_answer_is_what_the_dialog_returns) {
     for (const std::uint32_t returned : {0U, 1U, 0x80000000U}) {
         library_.protect = [&](ProtectDialogRequest& request) {
             std::wcscpy(request.object_path, L"D:\\object");
@@ -76,7 +76,7 @@ TEST_F(DialogBridge, protectAnswer_isWhatTheDialogReturns) {
     }
 }
 
-TEST_F(DialogBridge, objectPathWithoutTerminator_isCutAtItsField) {
+TEST_F(DialogBridge, object_path_without_terminator_is_cut_at_its_field) {
     library_.protect = [](ProtectDialogRequest& request) {
         std::fill(std::begin(request.object_path), std::end(request.object_path), L'x');
         return 1U;
@@ -84,21 +84,21 @@ TEST_F(DialogBridge, objectPathWithoutTerminator_isCutAtItsField) {
     EXPECT_EQ(show_protect_dialog(folder, true).object_path, std::wstring(260, L'x'));
 }
 
-TEST_F(DialogBridge, missingLibrary_isNotConfirmed) {
+TEST_F(DialogBridge, missing_library_is_not_confirmed) {
     library_.is_missing = true;
     EXPECT_FALSE(show_protect_dialog(folder, true).confirmed);
     EXPECT_EQ(chronel_dialog().show(nullptr, file, "[]"), outcome::not_shown);
     EXPECT_THAT(library_.events(), ElementsAre("load", "load"));
 }
 
-TEST_F(DialogBridge, missingExport_isNotConfirmedAndTheLibraryFreed) {
+TEST_F(DialogBridge, missing_export_is_not_confirmed_and_the_library_freed) {
     library_.has_no_exports = true;
     EXPECT_FALSE(show_protect_dialog(folder, true).confirmed);
     EXPECT_EQ(chronel_dialog().show(nullptr, file, "[]"), outcome::not_shown);
     EXPECT_THAT(library_.events(), ElementsAre("load", "find 17", "free", "load", "find 47", "free"));
 }
 
-TEST_F(DialogBridge, chronelRequest_saysWhatIsShown) {
+TEST_F(DialogBridge, chronel_request_says_what_is_shown) {
     const auto icon = reinterpret_cast<HICON>(0x1234);
     library_.chronels = [&](const ChronelDialogRequest& request, const ChronelDialogResult& result) {
         EXPECT_EQ(request.size_bytes, 32U);
@@ -113,7 +113,7 @@ TEST_F(DialogBridge, chronelRequest_saysWhatIsShown) {
     EXPECT_EQ(chronel_dialog().show(icon, file, "{\"chronels\":[]}"), outcome::no_answer);
 }
 
-TEST_F(DialogBridge, chronelAnswer_isReadWhileTheLibraryIsThere) {
+TEST_F(DialogBridge, chronel_answer_is_read_while_the_library_is_there) {
     library_.chronels = [](const ChronelDialogRequest&, ChronelDialogResult& result) {
         result.size_bytes = 20492;
         result.action = 1;
@@ -132,7 +132,7 @@ TEST_F(DialogBridge, chronelAnswer_isReadWhileTheLibraryIsThere) {
     EXPECT_THAT(library_.events(), ElementsAre("load", "find 47", "show 47", "used", "free"));
 }
 
-TEST_F(DialogBridge, chronelResultOfAnotherSize_isNoAnswer) {
+TEST_F(DialogBridge, chronel_result_of_another_size_is_no_answer) {
     for (const std::uint32_t size : {0U, 20491U, 20493U, 0xFFFFFFFFU}) {
         library_.chronels = [&](const ChronelDialogRequest&, ChronelDialogResult& result) {
             result.size_bytes = size;
@@ -143,7 +143,7 @@ TEST_F(DialogBridge, chronelResultOfAnotherSize_isNoAnswer) {
     }
 }
 
-TEST_F(DialogBridge, cancelledChronelDialog_isNoAnswerWhateverItWrote) {
+TEST_F(DialogBridge, cancelled_chronel_dialog_is_no_answer_whatever_it_wrote) {
     library_.chronels = [](const ChronelDialogRequest&, ChronelDialogResult& result) {
         result.size_bytes = 20492;
         return 0;
@@ -151,7 +151,7 @@ TEST_F(DialogBridge, cancelledChronelDialog_isNoAnswerWhateverItWrote) {
     EXPECT_EQ(chronel_dialog().show(nullptr, file, "[]"), outcome::no_answer);
 }
 
-TEST_F(DialogBridge, chronelTextsWithoutTerminators_areCutAtTheirFields) {
+TEST_F(DialogBridge, chronel_texts_without_terminators_are_cut_at_their_fields) {
     library_.chronels = [](const ChronelDialogRequest&, ChronelDialogResult& result) {
         std::memset(&result, 'x', sizeof result);
         result.size_bytes = 20492;

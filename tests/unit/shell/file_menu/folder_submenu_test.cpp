@@ -22,7 +22,7 @@ std::vector<menu_item> items_of(const folder_submenu_content& content) {
     return items;
 }
 
-TEST(FolderSubmenu, unprotectedFolder_saysSoWhateverElseHolds) {
+TEST(FolderSubmenu, unprotected_folder_says_so_whatever_else_holds) {
     for (const bool active : {false, true}) {
         for (const bool exports : {false, true}) {
             EXPECT_THAT(items_of({texts, false, active, true, exports}),
@@ -31,30 +31,30 @@ TEST(FolderSubmenu, unprotectedFolder_saysSoWhateverElseHolds) {
     }
 }
 
-TEST(FolderSubmenu, protectedFolderWithoutExports_hasTwoItems) {
+TEST(FolderSubmenu, protected_folder_without_exports_has_two_items) {
     EXPECT_THAT(items_of({texts, true, true, true, false}),
                 ElementsAre(menu_item{L"protect", 100, 0}, menu_item{L"unprotect", 101, 0}));
 }
 
-TEST(FolderSubmenu, protectedFolderWithExports_hasFourItems) {
+TEST(FolderSubmenu, protected_folder_with_exports_has_four_items) {
     EXPECT_THAT(items_of({texts, true, true, true, true}),
                 ElementsAre(menu_item{L"protect", 100, 0}, menu_item{L"unprotect", 101, 0},
                             menu_item{L"deleted", 102, 0}, menu_item{L"chronels", 103, 0}));
 }
 
-TEST(FolderSubmenu, inactiveDriver_greysTheFirstItemAlone) {
+TEST(FolderSubmenu, inactive_driver_greys_the_first_item_alone) {
     EXPECT_THAT(items_of({texts, true, false, true, true}),
                 ElementsAre(menu_item{L"protect", 100, MF_GRAYED}, menu_item{L"unprotect", 101, 0},
                             menu_item{L"deleted", 102, 0}, menu_item{L"chronels", 103, 0}));
 }
 
-TEST(FolderSubmenu, withoutUnprotect_theExportsMoveUp) {
+TEST(FolderSubmenu, without_unprotect_the_exports_move_up) {
     EXPECT_THAT(items_of({texts, true, true, false, true}),
                 ElementsAre(menu_item{L"protect", 100, 0}, menu_item{L"deleted", 101, 0},
                             menu_item{L"chronels", 102, 0}));
 }
 
-TEST(FolderSubmenu, noMenuToBeHad_isNullWithTheReason) {
+TEST(FolderSubmenu, no_menu_to_be_had_is_null_with_the_reason) {
     const test::import_patch<decltype(CreateMenu)> patch(GetModuleHandleW(nullptr), "user32.dll",
                                                          "CreateMenu", []() -> HMENU {
                                                              SetLastError(ERROR_NOT_ENOUGH_MEMORY);

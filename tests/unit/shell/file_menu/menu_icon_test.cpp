@@ -21,7 +21,7 @@ HMODULE this_program() {
     return GetModuleHandleW(nullptr);
 }
 
-TEST(MenuIcon, bitmap_isSquareWith32BitsAPixel_bottomUp) {
+TEST(MenuIcon, bitmap_is_square_with_32_bits_a_pixel_bottom_up) {
     const win::unique_icon icon = load_menu_icon(menu_icon_side());
     ASSERT_TRUE(icon);
     const win::unique_bitmap bitmap = make_menu_bitmap(icon.get(), menu_icon_side());
@@ -35,7 +35,7 @@ TEST(MenuIcon, bitmap_isSquareWith32BitsAPixel_bottomUp) {
     EXPECT_EQ(section.dsBmih.biCompression, static_cast<DWORD>(BI_RGB));
 }
 
-TEST(MenuIcon, bitmap_carriesTheIconsTransparency) {
+TEST(MenuIcon, bitmap_carries_the_icons_transparency) {
     const win::unique_icon icon = load_menu_icon(menu_icon_side());
     const win::unique_bitmap bitmap = make_menu_bitmap(icon.get(), menu_icon_side());
     DIBSECTION section{};
@@ -54,11 +54,11 @@ TEST(MenuIcon, bitmap_carriesTheIconsTransparency) {
     EXPECT_GT(transparent, 0) << "without transparent pixels it stands on a square";
 }
 
-TEST(MenuIcon, noIcon_givesNoBitmap) {
+TEST(MenuIcon, no_icon_gives_no_bitmap) {
     EXPECT_FALSE(make_menu_bitmap(nullptr, menu_icon_side()));
 }
 
-TEST(MenuIcon, icon_isAskedForAtMenuSizeFromThisModule) {
+TEST(MenuIcon, icon_is_asked_for_at_menu_size_from_this_module) {
     static HINSTANCE asked_module;
     static LPCWSTR asked_name;
     static int asked_cx;
@@ -85,7 +85,7 @@ TEST(MenuIcon, icon_isAskedForAtMenuSizeFromThisModule) {
     EXPECT_EQ(asked_flags, 0U);
 }
 
-TEST(MenuIcon, icon_isDrawnWholeAndNeverMirrored) {
+TEST(MenuIcon, icon_is_drawn_whole_and_never_mirrored) {
     static UINT asked_flags;
     const import_patch<decltype(DrawIconEx)> patch(
         this_program(), "user32.dll", "DrawIconEx",
@@ -98,7 +98,7 @@ TEST(MenuIcon, icon_isDrawnWholeAndNeverMirrored) {
     EXPECT_EQ(asked_flags, 0x13U);
 }
 
-TEST(MenuIcon, everyHandle_isGivenBack) {
+TEST(MenuIcon, every_handle_is_given_back) {
     const test::handle_ledger ledger(this_program());
     {
         const win::unique_icon icon = load_menu_icon(menu_icon_side());
@@ -119,7 +119,7 @@ void expect_no_bitmap_without(const char* dll, const char* name, Function* faili
     EXPECT_THAT(ledger.outstanding(), IsEmpty()) << name;
 }
 
-TEST(MenuIcon, failureOfEachStep_leavesNoBitmapAndNoHandle) {
+TEST(MenuIcon, failure_of_each_step_leaves_no_bitmap_and_no_handle) {
     expect_no_bitmap_without<decltype(GetIconInfo)>("user32.dll", "GetIconInfo",
                                                     [](HICON, PICONINFO) -> BOOL { return FALSE; });
     expect_no_bitmap_without<decltype(CreateCompatibleDC)>("gdi32.dll", "CreateCompatibleDC",

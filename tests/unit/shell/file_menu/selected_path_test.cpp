@@ -15,22 +15,22 @@ using test::data_object;
 using test::select_block;
 using test::select_paths;
 
-TEST(SelectedPath, oneFile_isItsPath) {
+TEST(SelectedPath, one_file_is_its_path) {
     EXPECT_EQ(selected_path(select_paths({L"C:\\a folder\\\u00fcml\u0105ut"}).Get()),
               L"C:\\a folder\\\u00fcml\u0105ut");
 }
 
-TEST(SelectedPath, narrowList_isReadToo) {
+TEST(SelectedPath, narrow_list_is_read_too) {
     EXPECT_EQ(selected_path(select_block(test::narrow_file_list({"C:\\one"})).Get()), L"C:\\one");
 }
 
-TEST(SelectedPath, noneOrSeveral_isNothing) {
+TEST(SelectedPath, none_or_several_is_nothing) {
     EXPECT_EQ(selected_path(nullptr), std::nullopt);
     EXPECT_EQ(selected_path(select_paths({}).Get()), std::nullopt);
     EXPECT_EQ(selected_path(select_paths({L"C:\\a", L"C:\\b"}).Get()), std::nullopt);
 }
 
-TEST(SelectedPath, request_asksForAFileListInMemory) {
+TEST(SelectedPath, request_asks_for_a_file_list_in_memory) {
     const auto selection = select_paths({L"C:\\a"});
     ASSERT_TRUE(selected_path(selection.Get()));
     EXPECT_EQ(selection->requests(), 1);
@@ -42,7 +42,7 @@ TEST(SelectedPath, request_asksForAFileListInMemory) {
     EXPECT_EQ(format.tymed, static_cast<DWORD>(TYMED_HGLOBAL));
 }
 
-TEST(SelectedPath, longPath_isCutAt260Characters) {
+TEST(SelectedPath, long_path_is_cut_at_260_characters) {
     const std::wstring path = L"C:\\" + std::wstring(400, L'x');
     EXPECT_EQ(selected_path(select_paths({path}).Get()), path.substr(0, 260));
     const std::wstring just_fits = path.substr(0, 260);
@@ -55,7 +55,7 @@ void expect_given_back(data_object& selection) {
     EXPECT_EQ(selection.lock_count(), 0U);
 }
 
-TEST(SelectedPath, medium_isUnlockedAndGivenBack) {
+TEST(SelectedPath, medium_is_unlocked_and_given_back) {
     for (const auto& paths : std::vector<std::vector<std::wstring>>{{L"C:\\a"}, {}, {L"C:\\a", L"C:\\b"}}) {
         const auto selection = select_paths(paths);
         (void)selected_path(selection.Get());
@@ -63,7 +63,7 @@ TEST(SelectedPath, medium_isUnlockedAndGivenBack) {
     }
 }
 
-TEST(SelectedPath, refusedRequest_isNothing) {
+TEST(SelectedPath, refused_request_is_nothing) {
     const auto selection = select_paths({L"C:\\a"});
     for (const HRESULT refusal : {DV_E_FORMATETC, E_OUTOFMEMORY, E_FAIL, E_UNEXPECTED}) {
         selection->answer = refusal;
@@ -72,14 +72,14 @@ TEST(SelectedPath, refusedRequest_isNothing) {
     }
 }
 
-TEST(SelectedPath, memoryThatCannotBeLocked_isNothing) {
+TEST(SelectedPath, memory_that_cannot_be_locked_is_nothing) {
     const auto selection = select_paths({L"C:\\a"});
     selection->lend_nothing = true;
     EXPECT_EQ(selected_path(selection.Get()), std::nullopt);
     expect_given_back(*selection.Get());
 }
 
-TEST(SelectedPath, mediumOfAnotherKind_isNothing) {
+TEST(SelectedPath, medium_of_another_kind_is_nothing) {
     const auto selection = select_paths({L"C:\\a"});
     selection->lent_tymed = TYMED_NULL;
     EXPECT_EQ(selected_path(selection.Get()), std::nullopt);
@@ -93,7 +93,7 @@ bool is_whole(const std::vector<std::byte>& block) {
     return whole;
 }
 
-TEST(WholeFileList, everyShorterBlock_isRefused) {
+TEST(WholeFileList, every_shorter_block_is_refused) {
     for (const auto& whole :
          {test::file_list({L"C:\\a", L"D:\\b"}), test::narrow_file_list({"C:\\a", "D:\\b"})}) {
         EXPECT_TRUE(is_whole(whole));
@@ -105,11 +105,11 @@ TEST(WholeFileList, everyShorterBlock_isRefused) {
     }
 }
 
-TEST(WholeFileList, emptyList_endsWithItsFirstTerminator) {
+TEST(WholeFileList, empty_list_ends_with_its_first_terminator) {
     EXPECT_TRUE(is_whole(test::file_list({})));
 }
 
-TEST(WholeFileList, offsetOfTheTexts_mustLeadIntoTheBlock) {
+TEST(WholeFileList, offset_of_the_texts_must_lead_into_the_block) {
     auto block = test::file_list({L"C:\\a"});
     const auto with_offset = [&](DWORD offset) {
         std::memcpy(block.data(), &offset, sizeof offset);
@@ -123,7 +123,7 @@ TEST(WholeFileList, offsetOfTheTexts_mustLeadIntoTheBlock) {
     EXPECT_FALSE(with_offset(0xFFFFFFFF));
 }
 
-TEST(SelectedPath, garbage_isNothing) {
+TEST(SelectedPath, garbage_is_nothing) {
     std::vector<std::byte> garbage(300);
     unsigned state = 12345;
     for (int round = 0; round < 200; ++round) {

@@ -45,13 +45,13 @@ class TrackedFile : public testing::Test {
         GetModuleHandleW(nullptr), "kernel32.dll", "GetFileInformationByHandleEx", &answer_query};
 };
 
-TEST_F(TrackedFile, theDriversTagOnAReparsePoint_isTracked) {
+TEST_F(TrackedFile, the_drivers_tag_on_a_reparse_point_is_tracked) {
     EXPECT_TRUE(with(TRUE, FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_ARCHIVE, 0x51));
     EXPECT_EQ(query.asked_class, FileAttributeTagInfo);
     EXPECT_EQ(query.asked_bytes, 8U);
 }
 
-TEST_F(TrackedFile, anythingElse_isNot) {
+TEST_F(TrackedFile, anything_else_is_not) {
     EXPECT_FALSE(with(FALSE, FILE_ATTRIBUTE_REPARSE_POINT, 0x51)) << "the query failed";
     EXPECT_FALSE(with(TRUE, FILE_ATTRIBUTE_ARCHIVE, 0x51)) << "no reparse point";
     EXPECT_FALSE(with(TRUE, FILE_ATTRIBUTE_REPARSE_POINT, 0x50));
@@ -59,13 +59,13 @@ TEST_F(TrackedFile, anythingElse_isNot) {
     EXPECT_FALSE(with(TRUE, FILE_ATTRIBUTE_REPARSE_POINT, 0xA0000051)) << "another maker's tag";
 }
 
-TEST_F(TrackedFile, fileThatIsNotThere_isNot) {
+TEST_F(TrackedFile, file_that_is_not_there_is_not) {
     query = {FileBasicInfo, 0, TRUE, FILE_ATTRIBUTE_REPARSE_POINT, 0x51};
     EXPECT_FALSE(is_tracked_file(file_.path() + L".missing"));
     EXPECT_EQ(query.asked_bytes, 0U) << "nothing was asked";
 }
 
-TEST_F(TrackedFile, handle_isClosedEitherWay) {
+TEST_F(TrackedFile, handle_is_closed_either_way) {
     const test::handle_ledger ledger(GetModuleHandleW(nullptr));
     EXPECT_TRUE(with(TRUE, FILE_ATTRIBUTE_REPARSE_POINT, 0x51));
     EXPECT_FALSE(with(FALSE, 0, 0));
@@ -73,7 +73,7 @@ TEST_F(TrackedFile, handle_isClosedEitherWay) {
     EXPECT_THAT(ledger.outstanding(), testing::IsEmpty());
 }
 
-TEST_F(TrackedFile, file_isOpenedForItsAttributesAloneAndNotFollowed) {
+TEST_F(TrackedFile, file_is_opened_for_its_attributes_alone_and_not_followed) {
     static DWORD access;
     static DWORD share;
     static DWORD disposition;

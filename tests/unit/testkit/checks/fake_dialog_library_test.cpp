@@ -8,7 +8,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(FakeDialogLibrary, dialogLibrary_isTheFake) {
+TEST(FakeDialogLibrary, dialog_library_is_the_fake) {
     fake_dialog_library fake(GetModuleHandleW(nullptr));
     fake.protect = [](dialog::ProtectDialogRequest& request) { return request.flags + 1; };
     const HMODULE library = LoadLibraryExW(L"C:\\x\\orvdialog.dll", nullptr, 7);
@@ -24,7 +24,7 @@ TEST(FakeDialogLibrary, dialogLibrary_isTheFake) {
     EXPECT_EQ(fake.loads().front().flags, 7U);
 }
 
-TEST(FakeDialogLibrary, otherLibraries_areTheSystems) {
+TEST(FakeDialogLibrary, other_libraries_are_the_systems) {
     const fake_dialog_library fake(GetModuleHandleW(nullptr));
     const HMODULE library = LoadLibraryExW(L"kernel32.dll", nullptr, 0);
     EXPECT_EQ(library, GetModuleHandleW(L"kernel32.dll"));

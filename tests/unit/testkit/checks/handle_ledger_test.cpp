@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(HandleLedger, handleThatIsOut_isSeenUntilItIsGivenBack) {
+TEST(HandleLedger, handle_that_is_out_is_seen_until_it_is_given_back) {
     const handle_ledger ledger(GetModuleHandleW(nullptr));
     HDC dc = CreateCompatibleDC(nullptr);
     HMENU menu = CreateMenu();
@@ -22,7 +22,7 @@ TEST(HandleLedger, handleThatIsOut_isSeenUntilItIsGivenBack) {
     EXPECT_EQ(ledger.made_by("CreateMenu"), 1);
 }
 
-TEST(HandleLedger, bothBitmapsOfAnIcon_areEntered) {
+TEST(HandleLedger, both_bitmaps_of_an_icon_are_entered) {
     const handle_ledger ledger(GetModuleHandleW(nullptr));
     ICONINFO parts{};
     ASSERT_TRUE(GetIconInfo(LoadIconW(nullptr, IDI_APPLICATION), &parts));
@@ -32,7 +32,7 @@ TEST(HandleLedger, bothBitmapsOfAnIcon_areEntered) {
     EXPECT_THAT(ledger.outstanding(), IsEmpty());
 }
 
-TEST(HandleLedger, wrongFunction_failsTheTest) {
+TEST(HandleLedger, wrong_function_fails_the_test) {
     static handle_ledger* books = nullptr;
     handle_ledger ledger(GetModuleHandleW(nullptr));
     books = &ledger;

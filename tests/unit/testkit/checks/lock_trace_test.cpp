@@ -14,7 +14,7 @@ using ov::win::shared_lock;
 using holds = std::vector<lock_trace::hold>;
 using mode = lock_trace::mode;
 
-TEST(LockTrace, LocksInTheirModes_AreNotedInOrder) {
+TEST(LockTrace, locks_in_their_modes_are_noted_in_order) {
     SRWLOCK first = SRWLOCK_INIT;
     SRWLOCK second = SRWLOCK_INIT;
     const lock_trace locks(GetModuleHandleW(nullptr));
@@ -25,7 +25,7 @@ TEST(LockTrace, LocksInTheirModes_AreNotedInOrder) {
     EXPECT_EQ(locks.most_at_once(), 1U);
 }
 
-TEST(LockTrace, LockWithinALock_IsSeenHeldTogether) {
+TEST(LockTrace, lock_within_a_lock_is_seen_held_together) {
     SRWLOCK first = SRWLOCK_INIT;
     SRWLOCK second = SRWLOCK_INIT;
     const lock_trace locks(GetModuleHandleW(nullptr));
@@ -39,14 +39,14 @@ TEST(LockTrace, LockWithinALock_IsSeenHeldTogether) {
     EXPECT_EQ(locks.most_at_once(), 2U);
 }
 
-TEST(LockTrace, LockGivenBackInAnotherMode_IsAFailure) {
+TEST(LockTrace, lock_given_back_in_another_mode_is_a_failure) {
     SRWLOCK lock = SRWLOCK_INIT;
     lock_trace locks(GetModuleHandleW(nullptr));
     locks.note_taken(&lock, mode::shared);
     EXPECT_NONFATAL_FAILURE(locks.note_released(&lock, mode::exclusive), "was not held so");
 }
 
-TEST(LockTrace, OtherThreads_AreNotNoted) {
+TEST(LockTrace, other_threads_are_not_noted) {
     SRWLOCK lock = SRWLOCK_INIT;
     const lock_trace locks(GetModuleHandleW(nullptr));
     const ov::win::unique_kernel_handle thread(CreateThread(

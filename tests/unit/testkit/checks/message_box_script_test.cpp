@@ -10,7 +10,7 @@ HMODULE this_program() {
     return GetModuleHandleW(nullptr);
 }
 
-TEST(MessageBoxScript, boxesAreAnsweredInOrder_andRemembered) {
+TEST(MessageBoxScript, boxes_are_answered_in_order_and_remembered) {
     message_box_script script(this_program(), {IDOK, IDCANCEL});
     EXPECT_EQ(MessageBoxW(nullptr, L"first", L"title", MB_OKCANCEL), IDOK);
     EXPECT_EQ(MessageBoxW(nullptr, L"second", nullptr, MB_ICONHAND), IDCANCEL);
@@ -21,7 +21,7 @@ TEST(MessageBoxScript, boxesAreAnsweredInOrder_andRemembered) {
     EXPECT_EQ(script.shown()[1].caption, L"(null)");
 }
 
-TEST(MessageBoxScript, boxBeyondTheScript_failsTheTest) {
+TEST(MessageBoxScript, box_beyond_the_script_fails_the_test) {
     static message_box_script* script = nullptr;
     message_box_script empty(this_program(), {});
     script = &empty;

@@ -11,7 +11,7 @@ bool exists(const std::wstring& path) {
     return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-TEST(TempFolder, folderAndAllInIt_areGoneAfterTheScope) {
+TEST(TempFolder, folder_and_all_in_it_are_gone_after_the_scope) {
     std::wstring path;
     {
         const temp_folder folder;
@@ -25,7 +25,7 @@ TEST(TempFolder, folderAndAllInIt_areGoneAfterTheScope) {
     EXPECT_FALSE(exists(path));
 }
 
-TEST(TempFolder, twoFolders_areNotTheSame) {
+TEST(TempFolder, two_folders_are_not_the_same) {
     const temp_folder one;
     const temp_folder other;
     EXPECT_NE(one.path(), other.path());

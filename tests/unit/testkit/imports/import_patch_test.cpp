@@ -63,8 +63,8 @@ TEST(ImportPatch, function_that_is_not_imported_is_reported_by_name) {
 }
 
 TEST(ImportPatch, works_in_another_loaded_module) {
-    const win::unique_library sample(LoadLibraryW(L"support_sample.dll"));
-    ASSERT_TRUE(sample) << "support_sample.dll is built beside the tests";
+    const win::unique_library sample(LoadLibraryW(L"testkit_sample.dll"));
+    ASSERT_TRUE(sample) << "testkit_sample.dll is built beside the tests";
     const auto sample_tick_count = reinterpret_cast<DWORD (*)()>(
         reinterpret_cast<void*>(GetProcAddress(sample.get(), "sample_tick_count")));
     const tick_patch patch(sample.get(), "kernel32.dll", "GetTickCount", [] { return DWORD{4711}; });

@@ -11,7 +11,7 @@ namespace {
     return text;
 }
 
-TEST(MessageTexts, numberIsShownInPlaceOfTheText) {
+TEST(MessageTexts, number_is_shown_in_place_of_the_text) {
     const message_texts texts(GetModuleHandleW(nullptr));
     EXPECT_EQ(message_of_the_system_form(0), L"<0>");
     EXPECT_EQ(message_of_the_system_form(0x4001A), L"<4001A>");

@@ -18,7 +18,7 @@ class WriteTrace : public testing::Test {
     volatile std::uint32_t* words = static_cast<std::uint32_t*>(page);
 };
 
-TEST_F(WriteTrace, Writes_AreSeenInOrderAndHappen) {
+TEST_F(WriteTrace, writes_are_seen_in_order_and_happen) {
     std::vector<std::size_t> offsets;
     {
         write_trace trace(page);
@@ -33,7 +33,7 @@ TEST_F(WriteTrace, Writes_AreSeenInOrderAndHappen) {
     EXPECT_EQ(words[1000], 50u);
 }
 
-TEST_F(WriteTrace, FailedCompareAndSwap_Counts) {
+TEST_F(WriteTrace, failed_compare_and_swap_counts) {
     words[2] = 7;
     std::size_t count = 0;
     {
@@ -45,7 +45,7 @@ TEST_F(WriteTrace, FailedCompareAndSwap_Counts) {
     EXPECT_EQ(words[2], 7u);
 }
 
-TEST_F(WriteTrace, Callback_RunsBeforeTheWrite) {
+TEST_F(WriteTrace, callback_runs_before_the_write) {
     words[3] = 1;
     std::uint32_t seen = 0;
     {
@@ -56,7 +56,7 @@ TEST_F(WriteTrace, Callback_RunsBeforeTheWrite) {
     EXPECT_EQ(words[3], 2u);
 }
 
-TEST_F(WriteTrace, AfterTheTrace_PageIsWritable) {
+TEST_F(WriteTrace, after_the_trace_page_is_writable) {
     { write_trace trace(page); }
     words[0] = 9;
     EXPECT_EQ(words[0], 9u);

@@ -7,7 +7,7 @@
 namespace ov::test {
 namespace {
 
-TEST(ProcessCosts, NothingTaken_nothingHasGrown) {
+TEST(ProcessCosts, nothing_taken_nothing_has_grown) {
     const process_costs before;
     EXPECT_THAT(process_costs().grown_since(before, 2), testing::IsEmpty());
 }
@@ -29,7 +29,7 @@ void expect_found(const char* kind, Take take, GiveBack give_back) {
     EXPECT_THAT(process_costs().grown_since(before, 5), testing::IsEmpty());
 }
 
-TEST(ProcessCosts, WhatIsTaken_isFoundByItsKind_andGoneWhenGivenBack) {
+TEST(ProcessCosts, what_is_taken_is_found_by_its_kind_and_gone_when_given_back) {
     expect_found(
         "TLS indexes", [] { return TlsAlloc(); }, [](DWORD index) { TlsFree(index); });
     expect_found(

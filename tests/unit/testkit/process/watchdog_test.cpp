@@ -10,7 +10,7 @@
 namespace ov::test {
 namespace {
 
-TEST(Watchdog, scopeThatEndsInTime_isLeftAlone) {
+TEST(Watchdog, scope_that_ends_in_time_is_left_alone) {
     const watchdog dog(60'000);
 }
 
@@ -20,7 +20,7 @@ TEST(Watchdog, DISABLED_hang) {
     Sleep(60'000);
 }
 
-TEST(Watchdog, scopeThatHangs_endsTheProcessAndSaysWhere) {
+TEST(Watchdog, scope_that_hangs_ends_the_process_and_says_where) {
     std::array<wchar_t, 1024> program{};
     GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size() - 1));
     std::wstring command = L"\"" + std::wstring(program.data()) +
@@ -53,7 +53,7 @@ TEST(Watchdog, scopeThatHangs_endsTheProcessAndSaysWhere) {
     GetExitCodeProcess(process.get(), &code);
     EXPECT_EQ(code, watchdog::exit_code);
     EXPECT_NE(text.find("still running after 100 ms"), std::string::npos) << text;
-    EXPECT_NE(text.find("support_test.exe+0x"), std::string::npos) << text;
+    EXPECT_NE(text.find("testkit_tests.exe+0x"), std::string::npos) << text;
 }
 
 }  // namespace

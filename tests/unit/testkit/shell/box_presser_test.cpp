@@ -5,7 +5,7 @@
 namespace ov::test {
 namespace {
 
-TEST(BoxPresser, realBoxes_arePressedAndRead) {
+TEST(BoxPresser, real_boxes_are_pressed_and_read) {
     box_presser presser({IDOK, IDCANCEL});
     EXPECT_EQ(MessageBoxW(nullptr, L"go on?", L"a title", MB_OKCANCEL | MB_DEFBUTTON2), IDOK);
     EXPECT_EQ(MessageBoxW(nullptr, L"sure?", L"a title", MB_OKCANCEL), IDCANCEL);

@@ -12,7 +12,7 @@ FORMATETC file_list_format() {
     return {CF_HDROP, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
 }
 
-TEST(DataObject, pathsComeBack_throughTheShellsOwnReader) {
+TEST(DataObject, paths_come_back_through_the_shells_own_reader) {
     const auto selection = select_paths({L"C:\\one", L"C:\\two"});
     FORMATETC format = file_list_format();
     STGMEDIUM medium{};
@@ -25,7 +25,7 @@ TEST(DataObject, pathsComeBack_throughTheShellsOwnReader) {
     ReleaseStgMedium(&medium);
 }
 
-TEST(DataObject, narrowList_isReadToo) {
+TEST(DataObject, narrow_list_is_read_too) {
     const auto selection = select_block(narrow_file_list({"C:\\one"}));
     FORMATETC format = file_list_format();
     STGMEDIUM medium{};
@@ -36,7 +36,7 @@ TEST(DataObject, narrowList_isReadToo) {
     ReleaseStgMedium(&medium);
 }
 
-TEST(DataObject, mediumThatIsOut_isSeenInTheReferences) {
+TEST(DataObject, medium_that_is_out_is_seen_in_the_references) {
     const auto selection = select_paths({L"C:\\one"});
     FORMATETC format = file_list_format();
     STGMEDIUM medium{};
@@ -46,7 +46,7 @@ TEST(DataObject, mediumThatIsOut_isSeenInTheReferences) {
     EXPECT_EQ(selection->references(), 1U);
 }
 
-TEST(DataObject, lockThatIsHeld_isSeen) {
+TEST(DataObject, lock_that_is_held_is_seen) {
     const auto selection = select_paths({L"C:\\one"});
     FORMATETC format = file_list_format();
     STGMEDIUM medium{};
@@ -58,7 +58,7 @@ TEST(DataObject, lockThatIsHeld_isSeen) {
     ReleaseStgMedium(&medium);
 }
 
-TEST(DataObject, refusal_isReturnedAsItIs) {
+TEST(DataObject, refusal_is_returned_as_it_is) {
     const auto selection = select_paths({L"C:\\one"});
     selection->answer = E_ACCESSDENIED;
     FORMATETC format = file_list_format();
@@ -67,7 +67,7 @@ TEST(DataObject, refusal_isReturnedAsItIs) {
     EXPECT_EQ(selection->references(), 1U);
 }
 
-TEST(DataObject, itemIds_makeTheShellsOwnItems) {
+TEST(DataObject, item_ids_make_the_shells_own_items) {
     const auto selection = select_items({L"C:\\windows"});
     Microsoft::WRL::ComPtr<IShellItemArray> items;
     ASSERT_EQ(SHCreateShellItemArrayFromDataObject(selection.Get(), IID_PPV_ARGS(&items)), S_OK);
@@ -79,7 +79,7 @@ TEST(DataObject, itemIds_makeTheShellsOwnItems) {
     CoTaskMemFree(path);
 }
 
-TEST(DataObject, otherFormats_areNotThere) {
+TEST(DataObject, other_formats_are_not_there) {
     const auto selection = select_paths({L"C:\\one"});
     FORMATETC format = file_list_format();
     format.cfFormat = CF_UNICODETEXT;

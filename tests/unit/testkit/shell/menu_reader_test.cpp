@@ -5,7 +5,7 @@
 namespace ov::test {
 namespace {
 
-TEST(MenuReader, items_areReadAsTheyWereInserted) {
+TEST(MenuReader, items_are_read_as_they_were_inserted) {
     HMENU menu = CreatePopupMenu();
     HMENU inner = CreatePopupMenu();
     AppendMenuW(menu, MF_STRING | MF_GRAYED, 7, L"grey");
@@ -18,7 +18,7 @@ TEST(MenuReader, items_areReadAsTheyWereInserted) {
     DestroyMenu(menu);
 }
 
-TEST(MenuReader, noMenu_hasNoItems) {
+TEST(MenuReader, no_menu_has_no_items) {
     EXPECT_TRUE(read_menu(nullptr).empty());
 }
 

@@ -10,7 +10,7 @@ int never_run(arguments&) {
     return 1;
 }
 
-TEST(Program, Help_IsGivenWhereverItStands) {
+TEST(Program, help_is_given_wherever_it_stands) {
     for (const std::vector<std::wstring>& words : {std::vector<std::wstring>{L"--help"},
                                                    {L"-h"},
                                                    {L"--nonsense", L"--help"},
@@ -19,7 +19,7 @@ TEST(Program, Help_IsGivenWhereverItStands) {
     }
 }
 
-TEST(Program, WrongWords_EndWithTwo) {
+TEST(Program, wrong_words_end_with_two) {
     EXPECT_EQ(run_program(L"p", L"help", {L"--nonsense"},
                           [](arguments& words) -> int {
                               words.expect_end();
@@ -28,7 +28,7 @@ TEST(Program, WrongWords_EndWithTwo) {
               exit_usage);
 }
 
-TEST(Program, ExitCode_IsThatOfTheBody) {
+TEST(Program, exit_code_is_that_of_the_body) {
     EXPECT_EQ(run_program(L"p", L"help", {}, [](arguments&) { return 7; }), 7);
 }
 

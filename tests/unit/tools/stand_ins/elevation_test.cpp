@@ -34,13 +34,13 @@ class Elevation : public testing::Test {
     ComPtr<IFileOperation> object;
 };
 
-TEST_F(Elevation, ConsentGiven_GivesTheObjectAndSaysSo) {
+TEST_F(Elevation, consent_given_gives_the_object_and_says_so) {
     EXPECT_EQ(get_object(file_operation, &options, IID_PPV_ARGS(object.GetAddressOf())), S_OK);
     EXPECT_NE(object, nullptr);
     EXPECT_EQ(consents, 1);
 }
 
-TEST_F(Elevation, ConsentDeclined_GivesWhatTheSystemsPromptGives) {
+TEST_F(Elevation, consent_declined_gives_what_the_systems_prompt_gives) {
     set_elevation_answer(consent::declined);
     EXPECT_EQ(get_object(file_operation, &options, IID_PPV_ARGS(object.GetAddressOf())),
               HRESULT_FROM_WIN32(ERROR_CANCELLED));
@@ -48,12 +48,12 @@ TEST_F(Elevation, ConsentDeclined_GivesWhatTheSystemsPromptGives) {
     EXPECT_EQ(consents, 1);
 }
 
-TEST_F(Elevation, OtherNames_GoToTheSystemUnasked) {
+TEST_F(Elevation, other_names_go_to_the_system_unasked) {
     EXPECT_TRUE(FAILED(get_object(L"nonsense", &options, IID_PPV_ARGS(object.GetAddressOf()))));
     EXPECT_EQ(consents, 0);
 }
 
-TEST_F(Elevation, MalformedClassId_IsASyntaxError) {
+TEST_F(Elevation, malformed_class_id_is_a_syntax_error) {
     EXPECT_EQ(
         get_object(L"Elevation:Administrator!new:nothing", &options, IID_PPV_ARGS(object.GetAddressOf())),
         MK_E_SYNTAX);

@@ -19,7 +19,7 @@ class Probes : public testing::Test {
 };
 
 // Each fails when the system has learned the function: then its stand-in goes.
-TEST_F(Probes, System_LacksWhatIsSupplied) {
+TEST_F(Probes, system_lacks_what_is_supplied) {
     EXPECT_TRUE(lacks_default_extract_icon());
     EXPECT_TRUE(lacks_associations_for_classes());
     EXPECT_TRUE(lacks_data_objects());
@@ -27,17 +27,17 @@ TEST_F(Probes, System_LacksWhatIsSupplied) {
     EXPECT_TRUE(lacks_elevation());
 }
 
-TEST_F(Probes, FunctionThatWorks_IsNotMissing) {
+TEST_F(Probes, function_that_works_is_not_missing) {
     EXPECT_FALSE(is_not_implemented(&create_data_object));
     EXPECT_FALSE(ignores_classes(&create_default_context_menu));
 }
 
-TEST_F(Probes, FunctionThatIsNotExported_IsMissing) {
+TEST_F(Probes, function_that_is_not_exported_is_missing) {
     EXPECT_TRUE(is_not_implemented(nullptr));
     EXPECT_TRUE(ignores_classes(nullptr));
 }
 
-TEST_F(Probes, MenuThatCannotBeTried_StaysTheSystems) {
+TEST_F(Probes, menu_that_cannot_be_tried_stays_the_systems) {
     EXPECT_FALSE(ignores_classes(&refuse_menu));
 }
 

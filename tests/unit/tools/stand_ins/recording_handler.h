@@ -11,6 +11,7 @@
 
 #include "ovufc/com/adopt.h"
 #include "ovufc/com/com_object.h"
+#include "ovufc/noncopyable.h"
 
 namespace ov::stand_ins {
 
@@ -95,14 +96,12 @@ class handler_class final
     handler_record& record_;
 };
 
-class handler_registration {
+class handler_registration : private noncopyable {
   public:
     handler_registration(const CLSID& clsid, handler_record& record) {
         const auto made = com::adopt(com::make_object<handler_class>(record));
         CoRegisterClassObject(clsid, made.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
     }
-    handler_registration(const handler_registration&) = delete;
-    handler_registration& operator=(const handler_registration&) = delete;
     ~handler_registration() { CoRevokeClassObject(cookie_); }
 
   private:
@@ -117,11 +116,9 @@ inline constexpr CLSID other_handler_class = {
     0xD7C10A44, 0x8E35, 0x4B5B, {0x93, 0xA1, 0x0B, 0x1C, 0x7F, 0x0E, 0x9A, 0x22}};
 
 /// The test program's apartment for the length of a scope.
-class test_apartment {
+class test_apartment : private noncopyable {
   public:
     test_apartment() { (void)OleInitialize(nullptr); }
-    test_apartment(const test_apartment&) = delete;
-    test_apartment& operator=(const test_apartment&) = delete;
     ~test_apartment() { OleUninitialize(); }
 };
 

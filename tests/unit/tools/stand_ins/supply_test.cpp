@@ -38,18 +38,18 @@ std::vector<std::string> supply_click_time(bool (*is_missing)() noexcept) {
     return GetDoubleClickTime();
 }
 
-TEST(Supply, FunctionThatTheSystemHas_IsNotReplaced) {
+TEST(Supply, function_that_the_system_has_is_not_replaced) {
     EXPECT_TRUE(supply_click_time([]() noexcept { return false; }).empty());
     EXPECT_NE(click_time(), 42U);
 }
 
-TEST(Supply, FunctionThatTheSystemLacks_IsReplacedAndNamed) {
+TEST(Supply, function_that_the_system_lacks_is_replaced_and_named) {
     EXPECT_EQ(supply_click_time([]() noexcept { return true; }),
               std::vector<std::string>{"GetDoubleClickTime"});
     EXPECT_EQ(click_time(), 42U);
 }
 
-TEST(Supply, WhatWineLacks_WorksThroughTheImportTableAfterwards) {
+TEST(Supply, what_wine_lacks_works_through_the_import_table_afterwards) {
     const test_apartment apartment;
     const test::temp_folder folder;
     const test_selection selection(folder.path());
@@ -63,7 +63,7 @@ TEST(Supply, WhatWineLacks_WorksThroughTheImportTableAfterwards) {
     EXPECT_EQ(supply_missing(GetModuleHandleW(nullptr)), names);
 }
 
-TEST(Supply, ModuleThatImportsNoneOfThem_IsLeftAlone) {
+TEST(Supply, module_that_imports_none_of_them_is_left_alone) {
     EXPECT_TRUE(supply_missing(GetModuleHandleW(L"kernel32.dll")).empty());
 }
 

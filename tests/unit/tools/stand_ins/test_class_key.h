@@ -4,21 +4,20 @@
 
 #include <string>
 
+#include "ovufc/noncopyable.h"
 #include "tools/stand_ins/menus/registry_value.h"
 
 namespace ov::stand_ins {
 
 /// A class key of this test run below HKEY_CLASSES_ROOT, deleted with all below it at the end of the scope.
 /// Its name must be nobody else's: other programs use the same registry meanwhile.
-class test_class_key {
+class test_class_key : private noncopyable {
   public:
     explicit test_class_key(std::wstring name = L"OrvaneTest" + std::to_wstring(GetCurrentProcessId()))
         : name_(std::move(name)) {
         RegCreateKeyExW(HKEY_CLASSES_ROOT, name_.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, key_.put(),
                         nullptr);
     }
-    test_class_key(const test_class_key&) = delete;
-    test_class_key& operator=(const test_class_key&) = delete;
     ~test_class_key() {
         key_.reset();
         RegDeleteTreeW(HKEY_CLASSES_ROOT, name_.c_str());

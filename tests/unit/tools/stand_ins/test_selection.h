@@ -20,9 +20,9 @@ struct test_selection {
         ILRemoveLastID(parent.get());
     }
 
-    unique_absolute_list list;
-    unique_absolute_list parent;
-    unique_child_list item;
+    com::unique_absolute_id_list list;
+    com::unique_absolute_id_list parent;
+    com::unique_child_id item;
     Microsoft::WRL::ComPtr<IShellFolder> folder;
 };
 

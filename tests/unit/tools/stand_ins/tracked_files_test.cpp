@@ -18,7 +18,7 @@ FILE_ATTRIBUTE_TAG_INFO mark_of(const std::wstring& path) {
     return answer;
 }
 
-TEST(TrackedFiles, FilesBearTheMarkAndFoldersDoNot) {
+TEST(TrackedFiles, files_bear_the_mark_and_folders_do_not) {
     const test::temp_folder folder;
     const std::wstring file = folder.make_file(L"letter.txt", "text");
     EXPECT_EQ(mark_of(file).FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT, 0U);
@@ -28,7 +28,7 @@ TEST(TrackedFiles, FilesBearTheMarkAndFoldersDoNot) {
     EXPECT_EQ(mark_of(folder.path()).FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT, 0U);
 }
 
-TEST(TrackedFiles, ModuleThatDoesNotAsk_IsLeftAlone) {
+TEST(TrackedFiles, module_that_does_not_ask_is_left_alone) {
     EXPECT_FALSE(answer_tracked_mark(GetModuleHandleW(L"ntdll.dll")));
 }
 

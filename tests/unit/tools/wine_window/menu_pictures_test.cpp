@@ -57,7 +57,7 @@ class MenuPictures : public testing::Test {
     win::unique_menu menu;
 };
 
-TEST_F(MenuPictures, TransparentMark_ShowsWhatIsBehindIt) {
+TEST_F(MenuPictures, transparent_mark_shows_what_is_behind_it) {
     const win::unique_bitmap transparent = make_bitmap(0);
     mark(transparent);
     const menu_pictures pictures(menu.get());
@@ -65,14 +65,14 @@ TEST_F(MenuPictures, TransparentMark_ShowsWhatIsBehindIt) {
     EXPECT_EQ(drawn(pictures, transparent, 0xFF808000), RGB(0x80, 0x80, 0x00));
 }
 
-TEST_F(MenuPictures, OpaqueMark_KeepsItsColour) {
+TEST_F(MenuPictures, opaque_mark_keeps_its_colour) {
     const win::unique_bitmap opaque = make_bitmap(0xFF204060);
     mark(opaque);
     const menu_pictures pictures(menu.get());
     EXPECT_EQ(drawn(pictures, opaque, 0xFFFFFFFF), RGB(0x20, 0x40, 0x60));
 }
 
-TEST_F(MenuPictures, MarkedItem_IsMeasuredAndDrawnByItsOwner) {
+TEST_F(MenuPictures, marked_item_is_measured_and_drawn_by_its_owner) {
     const win::unique_bitmap opaque = make_bitmap(0xFF204060);
     mark(opaque);
     const menu_pictures pictures(menu.get());
@@ -89,7 +89,7 @@ TEST_F(MenuPictures, MarkedItem_IsMeasuredAndDrawnByItsOwner) {
     EXPECT_EQ(asked.itemWidth, static_cast<UINT>(GetSystemMetrics(SM_CXSMICON)));
 }
 
-TEST_F(MenuPictures, ItemsOfOthers_AreLeftAlone) {
+TEST_F(MenuPictures, items_of_others_are_left_alone) {
     const menu_pictures pictures(menu.get());
     EXPECT_EQ(pictures.count(), 0U);
     MEASUREITEMSTRUCT measured{};

@@ -28,7 +28,7 @@ class ObjectStore : public vault_fixture {
     object_store::object stored;
 };
 
-TEST_F(ObjectStore, content_put_is_named_by_its_sha256) {
+TEST_F(ObjectStore, content_put_is_named_by_its_sha_256) {
     write(user_path(L"a.txt"), "abc");
     ASSERT_EQ(objects.put(user_path(L"a.txt"), stored), 0u);
     EXPECT_EQ(stored.digest, digest_of_abc);

@@ -57,7 +57,7 @@ class ProtectDialogOfAFolderGone : public ProtectDialog {
     const std::wstring gone = parent.path() + L"\\gone";
 };
 
-TEST_F(ProtectDialog, opened_showsTheFolder) {
+TEST_F(ProtectDialog, opened_shows_the_folder) {
     const HWND window = open();
     EXPECT_EQ(text_of(GetDlgItem(window, IDC_PROTECT_FOLDER)), folder);
     EXPECT_EQ(IsDlgButtonChecked(window, IDC_PROTECT_THIS), static_cast<UINT>(BST_CHECKED));
@@ -67,13 +67,13 @@ TEST_F(ProtectDialog, opened_showsTheFolder) {
     EXPECT_EQ(shown->result(), 0U);
 }
 
-TEST_F(ProtectDialog, ok_confirmsWithoutAnObjectPath) {
+TEST_F(ProtectDialog, ok_confirms_without_an_object_path) {
     shown_dialog::press(open(), IDOK);
     EXPECT_NE(shown->result(), 0U);
     EXPECT_STREQ(request.object_path, L"");
 }
 
-TEST_F(ProtectDialog, enter_isOk) {
+TEST_F(ProtectDialog, enter_is_ok) {
     const HWND window = open();
     const LRESULT answer = SendMessageW(window, DM_GETDEFID, 0, 0);
     EXPECT_EQ(HIWORD(answer), DC_HASDEFID);
@@ -82,7 +82,7 @@ TEST_F(ProtectDialog, enter_isOk) {
     EXPECT_EQ(shown->result(), 0U);
 }
 
-TEST_F(ProtectDialog, otherPath_comesBack) {
+TEST_F(ProtectDialog, other_path_comes_back) {
     const HWND window = open();
     type_path(window, L" \"C:\\windows\" ");
     shown_dialog::press(window, IDOK);
@@ -90,7 +90,7 @@ TEST_F(ProtectDialog, otherPath_comesBack) {
     EXPECT_STREQ(request.object_path, L"C:\\windows");
 }
 
-TEST_F(ProtectDialog, otherPathGivenUpAgain_isTheFolder) {
+TEST_F(ProtectDialog, other_path_given_up_again_is_the_folder) {
     const HWND window = open();
     type_path(window, L"C:\\windows");
     shown_dialog::press(window, IDC_PROTECT_THIS);
@@ -99,7 +99,7 @@ TEST_F(ProtectDialog, otherPathGivenUpAgain_isTheFolder) {
     EXPECT_STREQ(request.object_path, L"");
 }
 
-TEST_F(ProtectDialog, sameFolderInOtherLetters_isNoOtherPath) {
+TEST_F(ProtectDialog, same_folder_in_other_letters_is_no_other_path) {
     const HWND window = open();
     type_path(window, L"c:\\WINDOWS\\System32\\");
     shown_dialog::press(window, IDOK);
@@ -112,7 +112,7 @@ struct bad_path {
     const wchar_t* words;
 };
 
-TEST_F(ProtectDialog, pathThatCannotBeProtected_isSaidBeforeOk) {
+TEST_F(ProtectDialog, path_that_cannot_be_protected_is_said_before_ok) {
     const HWND window = open();
     const std::wstring too_long = L"C:\\" + std::wstring(300, L'x');
     for (const auto& [path, words] :
@@ -135,7 +135,7 @@ TEST_F(ProtectDialog, pathThatCannotBeProtected_isSaidBeforeOk) {
 }
 
 // Between typing and pressing lies no time for the check that typing starts.
-TEST_F(ProtectDialog, badPathAtOnceConfirmed_keepsTheDialog) {
+TEST_F(ProtectDialog, bad_path_at_once_confirmed_keeps_the_dialog) {
     const HWND window = open();
     type_path(window, L"C:\\windows");
     EXPECT_TRUE(shown_dialog::eventually([&] { return IsWindowEnabled(GetDlgItem(window, IDOK)) != FALSE; }));
@@ -148,7 +148,7 @@ TEST_F(ProtectDialog, badPathAtOnceConfirmed_keepsTheDialog) {
     EXPECT_STREQ(request.object_path, L"");
 }
 
-TEST_F(ProtectDialog, browse_opensTheSystemsChooser) {
+TEST_F(ProtectDialog, browse_opens_the_systems_chooser) {
     const HWND window = open();
     shown_dialog::press(window, IDC_PROTECT_BROWSE);
     const HWND chooser = shown->window(L"Orvane Vaultkeep - Choose", window);
@@ -160,7 +160,7 @@ TEST_F(ProtectDialog, browse_opensTheSystemsChooser) {
     EXPECT_NE(shown->result(), 0U);
 }
 
-TEST_F(ProtectDialogOfAProtectedFolder, note_saysSoAndHowToEndIt) {
+TEST_F(ProtectDialogOfAProtectedFolder, note_says_so_and_how_to_end_it) {
     const HWND window = open();
     EXPECT_TRUE(shown_dialog::eventually(
         [&] { return IsWindowVisible(GetDlgItem(window, IDC_PROTECT_NOTE)) != FALSE; }));
@@ -171,7 +171,7 @@ TEST_F(ProtectDialogOfAProtectedFolder, note_saysSoAndHowToEndIt) {
     EXPECT_EQ(shown->result(), 0U);
 }
 
-TEST_F(ProtectDialogOfAFolderGone, problem_isSaidAtOnceAndUntilItIsThere) {
+TEST_F(ProtectDialogOfAFolderGone, problem_is_said_at_once_and_until_it_is_there) {
     const HWND window = open();
     EXPECT_THAT(text_of(GetDlgItem(window, IDC_PROTECT_PROBLEM)),
                 testing::HasSubstr(L"nothing at this path"));

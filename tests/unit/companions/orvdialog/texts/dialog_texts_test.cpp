@@ -36,7 +36,7 @@ class DialogTexts : public testing::Test {
         GetModuleHandleW(nullptr), "kernel32.dll;api-ms-*", "GetUserDefaultLangID", tell_users_language};
 };
 
-TEST_F(DialogTexts, language_isChosenAsTheModuleDoes) {
+TEST_F(DialogTexts, language_is_chosen_as_the_module_does) {
     EXPECT_EQ(for_user_of(0x0409, numbers::cancel), L"Cancel");
     EXPECT_EQ(for_user_of(0x0411, numbers::cancel), L"キャンセル");
     EXPECT_EQ(for_user_of(0x080C, numbers::cancel), L"Annuler") << "French in Belgium";
@@ -45,7 +45,7 @@ TEST_F(DialogTexts, language_isChosenAsTheModuleDoes) {
     EXPECT_EQ(for_user_of(0x0401, numbers::cancel), L"Cancel") << "Arabic is not known";
 }
 
-TEST_F(DialogTexts, withoutTheLibrary_areTheEnglishOnes) {
+TEST_F(DialogTexts, without_the_library_are_the_english_ones) {
     const dialog_texts found(module_state::module_directory + L"orvres.dll");
     const dialog_texts missing(L"C:\\no such library.dll");
     for (std::uint32_t number = 0x40100; number < 0x40150; ++number) {
@@ -55,7 +55,7 @@ TEST_F(DialogTexts, withoutTheLibrary_areTheEnglishOnes) {
     EXPECT_FALSE(missing.is_right_to_left());
 }
 
-TEST_F(DialogTexts, libraryThatIsNotAsTheMakerSignedIt_isNotUsed) {
+TEST_F(DialogTexts, library_that_is_not_as_the_maker_signed_it_is_not_used) {
     users_language = 0x0411;
     const test::temp_folder folder;
     const std::wstring copy = folder.path() + L"\\orvres.dll";
@@ -69,7 +69,7 @@ TEST_F(DialogTexts, libraryThatIsNotAsTheMakerSignedIt_isNotUsed) {
     EXPECT_EQ(dialog_texts(copy).text(numbers::cancel), L"Cancel");
 }
 
-TEST(DialogTextsInsert, standsInPlaceOfTheMark) {
+TEST(DialogTextsInsert, stands_in_place_of_the_mark) {
     const dialog_texts texts(L"C:\\no such library.dll");
     EXPECT_EQ(texts.text(numbers::problem_too_long, L"%s 259"),
               L"This path is too long. Choose one of at most %s 259 characters.");
@@ -77,7 +77,7 @@ TEST(DialogTextsInsert, standsInPlaceOfTheMark) {
     EXPECT_EQ(texts.text(0x4FFFF), L"");
 }
 
-TEST(WithoutMnemonic, mark_isTakenAway) {
+TEST(WithoutMnemonic, mark_is_taken_away) {
     EXPECT_EQ(without_mnemonic(L"&Unprotect folder"), L"Unprotect folder");
     EXPECT_EQ(without_mnemonic(L"Earlier &versions..."), L"Earlier versions");
     EXPECT_EQ(without_mnemonic(L"開く(&O)"), L"開く");

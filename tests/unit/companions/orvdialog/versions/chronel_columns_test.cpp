@@ -33,14 +33,14 @@ class ChronelColumns : public testing::Test {
 constexpr const char* sample =
     R"({"fileName":"C:\\Album\\sea.txt","cloneFileName":"1","type":"manual","time":133500000000000000,"size":2048})";
 
-TEST_F(ChronelColumns, cells_tellTheRecord) {
+TEST_F(ChronelColumns, cells_tell_the_record) {
     EXPECT_THAT(cell(sample, saved), testing::HasSubstr(L"2024"));
     EXPECT_THAT(cell(sample, size), testing::HasSubstr(L"2"));
     EXPECT_EQ(cell(sample, kind), L"manual");
     EXPECT_EQ(cell(sample, file_name), L"sea.txt");
 }
 
-TEST_F(ChronelColumns, kindsOfTheProduct_areInTheUsersLanguage) {
+TEST_F(ChronelColumns, kinds_of_the_product_are_in_the_users_language) {
     for (const auto& [type, number] : {std::pair("first copy", message_numbers::kind_first_copy),
                                        std::pair("restore point", message_numbers::kind_restore_point),
                                        std::pair("before a restore", message_numbers::kind_before_restore)}) {
@@ -50,14 +50,14 @@ TEST_F(ChronelColumns, kindsOfTheProduct_areInTheUsersLanguage) {
     }
 }
 
-TEST_F(ChronelColumns, whatIsNotTold_isEmpty) {
+TEST_F(ChronelColumns, what_is_not_told_is_empty) {
     constexpr const char* record = R"({"fileName":"","cloneFileName":"","type":""})";
     for (const column wanted : {saved, size, kind, file_name}) {
         EXPECT_EQ(cell(record, wanted), L"");
     }
 }
 
-TEST_F(ChronelColumns, numbersBeyondTheSystems_areEmpty) {
+TEST_F(ChronelColumns, numbers_beyond_the_systems_are_empty) {
     constexpr const char* record =
         R"({"fileName":"a","cloneFileName":"1","type":"b","time":18446744073709551615,"size":18446744073709551615})";
     EXPECT_EQ(cell(record, saved), L"");
@@ -74,7 +74,7 @@ BOOL WINAPI rules_of_2024(USHORT year, PDYNAMIC_TIME_ZONE_INFORMATION, LPTIME_ZO
     return TRUE;
 }
 
-TEST_F(ChronelColumns, saved_isTheTimeByTheRulesOfItsYear) {
+TEST_F(ChronelColumns, saved_is_the_time_by_the_rules_of_its_year) {
     const test::import_patch<decltype(GetTimeZoneInformationForYear)> patch(
         GetModuleHandleW(nullptr), "kernel32.dll;api-ms-*", "GetTimeZoneInformationForYear", rules_of_2024);
     EXPECT_THAT(cell(sample, saved), testing::HasSubstr(L"18"));  // 18 January, 1:20

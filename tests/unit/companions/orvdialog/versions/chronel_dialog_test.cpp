@@ -83,7 +83,7 @@ class ChronelDialog : public testing::Test {
     std::unique_ptr<shown_dialog> shown;
 };
 
-TEST_F(ChronelDialog, opened_listsTheVersionsNewestFirst) {
+TEST_F(ChronelDialog, opened_lists_the_versions_newest_first) {
     const HWND window = open(two_versions);
     EXPECT_EQ(text_of(GetDlgItem(window, IDC_CHRONELS_FILE)), L"C:\\Album\\sea.txt");
     EXPECT_EQ(SendMessageW(list_of(window), LVM_GETITEMCOUNT, 0, 0), 2);
@@ -96,7 +96,7 @@ TEST_F(ChronelDialog, opened_listsTheVersionsNewestFirst) {
     EXPECT_EQ(result->size_bytes, 0U) << "a cancelled dialog vouches for nothing";
 }
 
-TEST_F(ChronelDialog, open_givesTheSelectedRecord) {
+TEST_F(ChronelDialog, open_gives_the_selected_record) {
     const HWND window = open(two_versions);
     shown_dialog::press(window, IDC_CHRONELS_OPEN);
     EXPECT_NE(shown->result(), 0U);
@@ -108,7 +108,7 @@ TEST_F(ChronelDialog, open_givesTheSelectedRecord) {
         R"({"cloneFileName":"2","fileName":"sea.txt","size":2048,"time":133500000000000000,"type":"first"})");
 }
 
-TEST_F(ChronelDialog, restore_givesTheRowThatWasChosen) {
+TEST_F(ChronelDialog, restore_gives_the_row_that_was_chosen) {
     const HWND window = open(two_versions);
     select(window, 1);
     shown_dialog::press(window, IDC_CHRONELS_RESTORE);
@@ -117,7 +117,7 @@ TEST_F(ChronelDialog, restore_givesTheRowThatWasChosen) {
     EXPECT_THAT(result->chronel_identifier, testing::HasSubstr(R"("cloneFileName":"1")"));
 }
 
-TEST_F(ChronelDialog, enter_opensAndNeverRestores) {
+TEST_F(ChronelDialog, enter_opens_and_never_restores) {
     const HWND window = open(two_versions);
     const LRESULT answer = SendMessageW(window, DM_GETDEFID, 0, 0);
     EXPECT_EQ(LOWORD(answer), IDC_CHRONELS_OPEN);
@@ -125,7 +125,7 @@ TEST_F(ChronelDialog, enter_opensAndNeverRestores) {
     EXPECT_EQ(shown->result(), 0U);
 }
 
-TEST_F(ChronelDialog, noSelection_greysTheButtons) {
+TEST_F(ChronelDialog, no_selection_greys_the_buttons) {
     const HWND window = open(two_versions);
     LVITEMW item{};
     item.stateMask = LVIS_SELECTED;
@@ -138,14 +138,14 @@ TEST_F(ChronelDialog, noSelection_greysTheButtons) {
     EXPECT_EQ(shown->result(), 0U);
 }
 
-TEST_F(ChronelDialog, icon_thatIsNone_showsNone) {
+TEST_F(ChronelDialog, icon_that_is_none_shows_none) {
     request.menu_icon = reinterpret_cast<HICON>(std::uintptr_t{0xDEADBEEF});
     const HWND window = open(two_versions);
     shown_dialog::press(window, IDC_CHRONELS_OPEN);
     EXPECT_NE(shown->result(), 0U);
 }
 
-TEST_F(ChronelDialog, icon_isLeftToItsOwner) {
+TEST_F(ChronelDialog, icon_is_left_to_its_owner) {
     request.menu_icon = CopyIcon(LoadIconW(nullptr, IDI_APPLICATION));
     shown_dialog::press(open(two_versions), IDCANCEL);
     EXPECT_EQ(shown->result(), 0U);
@@ -154,7 +154,7 @@ TEST_F(ChronelDialog, icon_isLeftToItsOwner) {
 
 class ChronelDialogUnusable : public ChronelDialog, public testing::WithParamInterface<std::string> {};
 
-TEST_P(ChronelDialogUnusable, record_isRefusedAndTheDialogStays) {
+TEST_P(ChronelDialogUnusable, record_is_refused_and_the_dialog_stays) {
     const HWND window = open(GetParam());
     shown_dialog::press(window, IDC_CHRONELS_OPEN);
     const HWND message = shown->window(L"Orvane Vaultkeep", window);
@@ -175,7 +175,7 @@ INSTANTIATE_TEST_SUITE_P(tooLongName, ChronelDialogUnusable,
                          testing::Values(record_text(std::string(2048, 'x'), "1")));
 INSTANTIATE_TEST_SUITE_P(zeroInName, ChronelDialogUnusable, testing::Values(record_text("a\\u0000b", "1")));
 
-TEST_F(ChronelDialog, longestIdentifierThatFits_isGiven) {
+TEST_F(ChronelDialog, longest_identifier_that_fits_is_given) {
     const std::string rest = R"({"cloneFileName":"","fileName":"a","type":"b"})";
     const std::string clone(16383 - rest.size(), 'x');
     shown_dialog::press(open(R"([{"cloneFileName":")" + clone + R"(","fileName":"a","type":"b"}])"),
@@ -184,7 +184,7 @@ TEST_F(ChronelDialog, longestIdentifierThatFits_isGiven) {
     EXPECT_EQ(std::char_traits<char>::length(result->chronel_identifier), 16383U);
 }
 
-TEST_F(ChronelDialog, heading_sortsAndShowsIt) {
+TEST_F(ChronelDialog, heading_sorts_and_shows_it) {
     const HWND window = open(two_versions);
     EXPECT_EQ(arrow_of(window, 0), HDF_SORTDOWN);
     click_heading(window, 0);
@@ -198,7 +198,7 @@ TEST_F(ChronelDialog, heading_sortsAndShowsIt) {
     EXPECT_EQ(shown->result(), 0U);
 }
 
-TEST_F(ChronelDialog, selectedVersion_staysSelectedWhenSorted) {
+TEST_F(ChronelDialog, selected_version_stays_selected_when_sorted) {
     const HWND window = open(two_versions);
     click_heading(window, 0);
     EXPECT_EQ(selected_row(window), 1);
@@ -207,7 +207,7 @@ TEST_F(ChronelDialog, selectedVersion_staysSelectedWhenSorted) {
     EXPECT_STREQ(result->file_name, L"sea.txt");
 }
 
-TEST_F(ChronelDialog, doubleClick_opensTheVersionBelowIt) {
+TEST_F(ChronelDialog, double_click_opens_the_version_below_it) {
     const HWND window = open(two_versions);
     RECT area{LVIR_LABEL, 0, 0, 0};
     SendMessageW(list_of(window), LVM_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&area));
@@ -226,7 +226,7 @@ SIZE size_of(HWND window) {
     return {area.right - area.left, area.bottom - area.top};
 }
 
-TEST_F(ChronelDialog, madeSmall_keepsAllThatItHas) {
+TEST_F(ChronelDialog, made_small_keeps_all_that_it_has) {
     const HWND window = open(two_versions);
     SetWindowPos(window, nullptr, 0, 0, 10, 10, SWP_NOMOVE | SWP_NOZORDER);
     RECT client{};
@@ -243,7 +243,7 @@ TEST_F(ChronelDialog, madeSmall_keepsAllThatItHas) {
     EXPECT_EQ(shown->result(), 0U);
 }
 
-TEST_F(ChronelDialog, sizeAndColumns_areRememberedByTheProcess) {
+TEST_F(ChronelDialog, size_and_columns_are_remembered_by_the_process) {
     const HWND window = open(two_versions);
     SetWindowPos(window, nullptr, 0, 0, 700, 500, SWP_NOMOVE | SWP_NOZORDER);
     SendMessageW(list_of(window), LVM_SETCOLUMNWIDTH, 2, 222);
@@ -271,7 +271,7 @@ std::string many_versions(int count) {
 }
 
 // Nearly all of it goes into reading the text. The limit leaves room for a machine that builds meanwhile.
-TEST_F(ChronelDialog, hundredThousandVersions_areShownWithoutAWait) {
+TEST_F(ChronelDialog, hundred_thousand_versions_are_shown_without_a_wait) {
     constexpr ULONGLONG limit_ms = 10'000;
     const std::string list = many_versions(100'000);
     const HWND first = open(two_versions);  // what the system loads for itself, once
@@ -286,7 +286,7 @@ TEST_F(ChronelDialog, hundredThousandVersions_areShownWithoutAWait) {
     EXPECT_EQ(shown->result(), 0U);
 }
 
-TEST_F(ChronelDialog, hundredThousandVersions_areScrolledThroughAndSorted) {
+TEST_F(ChronelDialog, hundred_thousand_versions_are_scrolled_through_and_sorted) {
     const HWND window = open(many_versions(100'000));
     EXPECT_EQ(SendMessageW(list_of(window), LVM_GETITEMCOUNT, 0, 0), 100'000);
     for (const int row : {99'999, 50'000, 0, 12'345}) {
@@ -306,7 +306,7 @@ TEST_F(ChronelDialog, hundredThousandVersions_areScrolledThroughAndSorted) {
     EXPECT_NE(shown->result(), 0U);
 }
 
-TEST_F(ChronelDialog, listOfTwentyMebibytes_isShown) {
+TEST_F(ChronelDialog, list_of_twenty_mebibytes_is_shown) {
     const std::string record = R"({"fileName":"sea.txt","cloneFileName":"7","type":"manual","time":5},)";
     std::string list = "[";
     while (list.size() + record.size() < longest_list_bytes) {

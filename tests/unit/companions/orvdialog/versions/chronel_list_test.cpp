@@ -12,7 +12,7 @@ namespace {
 constexpr const char* one_record =
     R"([{"type":"manual","fileName":"sea.txt","cloneFileName":"7","time":5,"size":12,"more":[1,{"x":null}]}])";
 
-TEST(ChronelList, record_isReadWithItsWholeText) {
+TEST(ChronelList, record_is_read_with_its_whole_text) {
     const auto list = chronel_list::read(one_record);
     ASSERT_TRUE(list);
     ASSERT_EQ(list->size(), 1U);
@@ -26,7 +26,7 @@ TEST(ChronelList, record_isReadWithItsWholeText) {
     EXPECT_EQ(list->size_bytes(0), 12U);
 }
 
-TEST(ChronelList, objectWithChronels_isAListToo) {
+TEST(ChronelList, object_with_chronels_is_a_list_too) {
     const auto list =
         chronel_list::read(R"({"version":1,"others":[{"fileName":"x","cloneFileName":"x","type":"x"}],)"
                            R"("chronels":[{"fileName":"a","cloneFileName":"1","type":"b"}]})");
@@ -35,7 +35,7 @@ TEST(ChronelList, objectWithChronels_isAListToo) {
     EXPECT_EQ(list->at(0).file_name, L"a");
 }
 
-TEST(ChronelList, createdOn_standsInForTime) {
+TEST(ChronelList, created_on_stands_in_for_time) {
     const auto list = chronel_list::read(
         R"([{"fileName":"a","cloneFileName":"1","type":"b","createdOn":9},)"
         R"({"fileName":"a","cloneFileName":"2","type":"b","createdOn":9,"time":1},)"
@@ -47,7 +47,7 @@ TEST(ChronelList, createdOn_standsInForTime) {
     EXPECT_EQ(list->time(2), 9U) << "the last of a name counts";
 }
 
-TEST(ChronelList, membersOfInnerObjects_areNotTheRecords) {
+TEST(ChronelList, members_of_inner_objects_are_not_the_records) {
     const auto list = chronel_list::read(
         R"([{"in":{"fileName":"x","time":7},"fileName":"a","cloneFileName":"1","type":"b"},)"
         R"({"in":{"fileName":"x","cloneFileName":"1","type":"b"}}])");
@@ -56,7 +56,7 @@ TEST(ChronelList, membersOfInnerObjects_areNotTheRecords) {
     EXPECT_FALSE(list->time(0));
 }
 
-TEST(ChronelList, spacesAndNumbersAtTheEnds_doNotShiftARecord) {
+TEST(ChronelList, spaces_and_numbers_at_the_ends_do_not_shift_a_record) {
     const auto list = chronel_list::read(
         "\xEF\xBB\xBF [ 1 ,2, {\"fileName\" : \"a\", \"type\":\"b\",\n\"cloneFileName\":12} , {\"size\":3}, "
         "{\"fileName\":\"z\",\"type\":\"b\",\"cloneFileName\":1}]");
@@ -66,7 +66,7 @@ TEST(ChronelList, spacesAndNumbersAtTheEnds_doNotShiftARecord) {
     EXPECT_EQ(list->at(1).file_name, L"z");
 }
 
-TEST(ChronelList, textThatHasChangedMeanwhile_givesAnEmptyRecord) {
+TEST(ChronelList, text_that_has_changed_meanwhile_gives_an_empty_record) {
     std::string text = one_record;
     const auto list = chronel_list::read(text);
     ASSERT_TRUE(list);
@@ -75,7 +75,7 @@ TEST(ChronelList, textThatHasChangedMeanwhile_givesAnEmptyRecord) {
     EXPECT_EQ(list->at(0).file_name, L"");
 }
 
-TEST(ChronelList, membersOfOtherKinds_areShownAsTheyStand) {
+TEST(ChronelList, members_of_other_kinds_are_shown_as_they_stand) {
     const auto list = chronel_list::read(R"([{"fileName":"\u00e4\ud83d\ude00","cloneFileName":null,"type":3,)"
                                          R"("time":-5,"size":"big"}])");
     ASSERT_TRUE(list);
@@ -86,7 +86,7 @@ TEST(ChronelList, membersOfOtherKinds_areShownAsTheyStand) {
     EXPECT_FALSE(list->size_bytes(0));
 }
 
-TEST(ChronelList, entriesThatAreNoRecords_areLeftOut) {
+TEST(ChronelList, entries_that_are_no_records_are_left_out) {
     const auto list =
         chronel_list::read(R"([1,"a",null,[{"fileName":"in","cloneFileName":"1","type":"b"}],{},)"
                            R"({"fileName":"a","type":"b"},)"
@@ -96,14 +96,14 @@ TEST(ChronelList, entriesThatAreNoRecords_areLeftOut) {
     EXPECT_EQ(list->at(0).file_name, L"good");
 }
 
-TEST(ChronelList, emptyLists_areLists) {
+TEST(ChronelList, empty_lists_are_lists) {
     EXPECT_TRUE(chronel_list::read("[]"));
     EXPECT_TRUE(chronel_list::read(R"({"chronels":[]})"));
 }
 
 class ChronelListRefusal : public testing::TestWithParam<const char*> {};
 
-TEST_P(ChronelListRefusal, text_isNoList) {
+TEST_P(ChronelListRefusal, text_is_no_list) {
     EXPECT_FALSE(chronel_list::read(GetParam()));
 }
 
@@ -112,7 +112,7 @@ INSTANTIATE_TEST_SUITE_P(texts, ChronelListRefusal,
                                          R"({"chronels":5})", R"({"chronels":{"a":[]}})", R"({"other":[]})",
                                          "[] trailing", "[\"\xff\"]", R"(["\ud800"])", "[1,]"));
 
-TEST(ChronelList, nestingBeyondTheLimit_isRefusedWithoutHarm) {
+TEST(ChronelList, nesting_beyond_the_limit_is_refused_without_harm) {
     const auto nested = [](std::size_t levels) {
         return R"([{"fileName":"a","cloneFileName":"1","type":)" + std::string(levels, '[') +
                std::string(levels, ']') + "}]";
@@ -124,7 +124,7 @@ TEST(ChronelList, nestingBeyondTheLimit_isRefusedWithoutHarm) {
     EXPECT_FALSE(chronel_list::read(std::string(10'000'000, '[') + std::string(10'000'000, ']')));
 }
 
-TEST(ChronelList, longestList_isReadInReasonableTime) {
+TEST(ChronelList, longest_list_is_read_in_reasonable_time) {
     const std::string record =
         R"({"fileName":"sea.txt","cloneFileName":"7","type":"manual","time":5,"size":12},)";
     std::string text = "[";
@@ -140,7 +140,7 @@ TEST(ChronelList, longestList_isReadInReasonableTime) {
 }
 
 // Taking a record out of its array searches the array from the start: what stands before must not stay there.
-TEST(ChronelList, recordsBehindManyNumbers_areStillReadInLinearTime) {
+TEST(ChronelList, records_behind_many_numbers_are_still_read_in_linear_time) {
     std::string text = "[";
     for (int i = 0; i < 1'000'000; ++i) {
         text += "1,[],";

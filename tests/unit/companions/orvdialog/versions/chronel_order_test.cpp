@@ -31,33 +31,33 @@ class ChronelOrder : public testing::Test {
     chronel_order order{list, texts};
 };
 
-TEST_F(ChronelOrder, atFirst_isNewestFirstAndUnknownTimesLast) {
+TEST_F(ChronelOrder, at_first_is_newest_first_and_unknown_times_last) {
     EXPECT_EQ(order.column(), saved);
     EXPECT_TRUE(order.is_descending());
     EXPECT_THAT(places(), testing::ElementsAre(2, 0, 3, 1));
 }
 
-TEST_F(ChronelOrder, oldestFirst_isTheOtherWayRound) {
+TEST_F(ChronelOrder, oldest_first_is_the_other_way_round) {
     order.sort(saved, false);
     EXPECT_THAT(places(), testing::ElementsAre(1, 0, 3, 2));
 }
 
-TEST_F(ChronelOrder, sizes_areComparedAsNumbers) {
+TEST_F(ChronelOrder, sizes_are_compared_as_numbers) {
     order.sort(size, true);
     EXPECT_THAT(places(), testing::ElementsAre(0, 1, 2, 3));
 }
 
-TEST_F(ChronelOrder, equalOnes_keepTheOrderBefore) {
+TEST_F(ChronelOrder, equal_ones_keep_the_order_before) {
     order.sort(kind, false);
     EXPECT_THAT(places(), testing::ElementsAre(3, 1, 2, 0));
 }
 
-TEST_F(ChronelOrder, names_areComparedAsPeopleDo) {
+TEST_F(ChronelOrder, names_are_compared_as_people_do) {
     order.sort(file_name, false);
     EXPECT_THAT(places(), testing::ElementsAre(1, 2, 3, 0));
 }
 
-TEST_F(ChronelOrder, row_isFoundByPlace) {
+TEST_F(ChronelOrder, row_is_found_by_place) {
     EXPECT_EQ(order.row_of(2), 0U);
     EXPECT_EQ(order.row_of(1), 3U);
 }

@@ -5,7 +5,7 @@
 namespace ov::dialog {
 namespace {
 
-TEST(RememberedView, isNothingAtFirstAndThenTheLast) {
+TEST(RememberedView, is_nothing_at_first_and_then_the_last) {
     EXPECT_FALSE(recall_view());
     remember_view({{640, 400}, {1, 2, 3, 4}});
     remember_view({{800, 500}, {5, 6, 7, 8}});

@@ -4,17 +4,16 @@
 
 #include <cstdint>
 
+#include "ovufc/noncopyable.h"
 #include "tests/unit/companions/orvdialog/window/shown_dialog.h"
 
 namespace ov::dialog {
 
 /// Closes each dialog of this thread as soon as it is there, from within, for the length of a scope: another
 /// thread for each would cost something itself. One at a time.
-class closing_hook {
+class closing_hook : private noncopyable {
   public:
     closing_hook() : hook_(SetWindowsHookExW(WH_CBT, close, nullptr, GetCurrentThreadId())) { closed = 0; }
-    closing_hook(const closing_hook&) = delete;
-    closing_hook& operator=(const closing_hook&) = delete;
     ~closing_hook() { UnhookWindowsHookEx(hook_); }
 
     static inline int closed = 0;

@@ -70,7 +70,7 @@ class DialogKeyboard : public testing::Test {
     HWND window = nullptr;
 };
 
-TEST_F(DialogKeyboard, tab_goesThroughProtectionInItsOrder) {
+TEST_F(DialogKeyboard, tab_goes_through_protection_in_its_order) {
     open_protection();
     EXPECT_TRUE(focus_comes_to(IDOK));
     expect_order({IDCANCEL, IDC_PROTECT_FOLDER, IDC_PROTECT_THIS, IDC_PROTECT_BROWSE, IDOK});
@@ -82,7 +82,7 @@ TEST_F(DialogKeyboard, tab_goesThroughProtectionInItsOrder) {
     EXPECT_EQ(shown->result(), 0U);
 }
 
-TEST_F(DialogKeyboard, markedKeys_chooseInProtection) {
+TEST_F(DialogKeyboard, marked_keys_choose_in_protection) {
     open_protection();
     press_key('A', VK_MENU);
     EXPECT_TRUE(shown_dialog::eventually(
@@ -102,7 +102,7 @@ TEST_F(DialogKeyboard, enter_protects) {
     EXPECT_NE(shown->result(), 0U);
 }
 
-TEST_F(DialogKeyboard, tab_goesThroughVersionsInTheirOrder) {
+TEST_F(DialogKeyboard, tab_goes_through_versions_in_their_order) {
     open_versions();
     EXPECT_TRUE(focus_comes_to(IDC_CHRONELS_LIST));
     expect_order({IDC_CHRONELS_OPEN, IDC_CHRONELS_RESTORE, IDCANCEL, IDC_CHRONELS_FILE, IDC_CHRONELS_LIST});
@@ -110,7 +110,7 @@ TEST_F(DialogKeyboard, tab_goesThroughVersionsInTheirOrder) {
     EXPECT_EQ(shown->result(), 0U);
 }
 
-TEST_F(DialogKeyboard, enterInTheList_opensTheSelectedVersion) {
+TEST_F(DialogKeyboard, enter_in_the_list_opens_the_selected_version) {
     open_versions();
     press_key(VK_DOWN);
     EXPECT_TRUE(shown_dialog::eventually([this] { return list_has_selected(1); }));
@@ -120,7 +120,7 @@ TEST_F(DialogKeyboard, enterInTheList_opensTheSelectedVersion) {
     EXPECT_STREQ(result->file_name, L"old");
 }
 
-TEST_F(DialogKeyboard, markedKey_restores) {
+TEST_F(DialogKeyboard, marked_key_restores) {
     open_versions();
     press_key('R', VK_MENU);
     EXPECT_NE(shown->result(), 0U);
@@ -128,7 +128,7 @@ TEST_F(DialogKeyboard, markedKey_restores) {
     EXPECT_STREQ(result->file_name, L"new");
 }
 
-TEST_F(DialogKeyboard, keysWithoutAMeaningHere_doNothing) {
+TEST_F(DialogKeyboard, keys_without_a_meaning_here_do_nothing) {
     open_versions();
     for (const WORD key : {WORD{VK_DELETE}, WORD{VK_F5}, WORD{'N'}, WORD{VK_F2}}) {
         press_key(key);
@@ -145,7 +145,7 @@ HWND open_menu() {
     return FindWindowW(L"#32768", nullptr);
 }
 
-TEST_F(DialogKeyboard, menuKey_offersToRestore) {
+TEST_F(DialogKeyboard, menu_key_offers_to_restore) {
     open_versions();
     press_key(VK_APPS);
     ASSERT_TRUE(shown_dialog::eventually([] { return open_menu() != nullptr; }));
@@ -154,7 +154,7 @@ TEST_F(DialogKeyboard, menuKey_offersToRestore) {
     EXPECT_EQ(result->action, chronel_action_restore);
 }
 
-TEST_F(DialogKeyboard, menuKey_offersToSort) {
+TEST_F(DialogKeyboard, menu_key_offers_to_sort) {
     open_versions();
     press_key(VK_APPS);
     ASSERT_TRUE(shown_dialog::eventually([] { return open_menu() != nullptr; }));

@@ -128,7 +128,7 @@ class DialogLanguage : public testing::TestWithParam<std::uint32_t> {
 };
 
 // One opening for each dialog and language: it takes half a second.
-TEST_P(DialogLanguage, protection_isNowhereCutAndHasKeysAndNames) {
+TEST_P(DialogLanguage, protection_is_nowhere_cut_and_has_keys_and_names) {
     open_protection();
     expect_nothing_cut();
     expect_each_key_once(5);
@@ -138,7 +138,7 @@ TEST_P(DialogLanguage, protection_isNowhereCutAndHasKeysAndNames) {
     expect_no_problem_cut();
 }
 
-TEST_P(DialogLanguage, versions_areNowhereCutAndHaveKeysAndNames) {
+TEST_P(DialogLanguage, versions_are_nowhere_cut_and_have_keys_and_names) {
     open_versions();
     expect_nothing_cut();
     expect_each_key_once(3);
@@ -147,7 +147,7 @@ TEST_P(DialogLanguage, versions_areNowhereCutAndHaveKeysAndNames) {
               without_mnemonic(texts.text(message_numbers::versions_label)));
 }
 
-TEST_P(DialogLanguage, menuOfAVersion_hasEachKeyOnce) {
+TEST_P(DialogLanguage, menu_of_a_version_has_each_key_once) {
     const version_menu menu(texts, 0, true);
     std::vector<std::wstring> items;
     for (int i = 0; i < GetMenuItemCount(menu.handle()); ++i) {
@@ -168,7 +168,7 @@ INSTANTIATE_TEST_SUITE_P(languages, DialogLanguage, testing::ValuesIn(i18n::know
                              return name;
                          });
 
-TEST(TextFit, buttonMadeNarrow_isNoticed) {
+TEST(TextFit, button_made_narrow_is_noticed) {
     const language_texts texts(0x0409);
     const auto shown = show_protection(texts);
     const HWND window = shown->window(texts.text(message_numbers::protect_title));
@@ -178,7 +178,7 @@ TEST(TextFit, buttonMadeNarrow_isNoticed) {
     EXPECT_EQ(shown->result(), static_cast<std::uint32_t>(IDCANCEL));
 }
 
-TEST(MirroredDialog, controls_standOnTheOtherSide) {
+TEST(MirroredDialog, controls_stand_on_the_other_side) {
     const language_texts texts(0x0409, true);
     const auto shown = show_versions(texts);
     const HWND window = shown->window(texts.text(message_numbers::versions_title));

@@ -54,7 +54,7 @@ std::size_t windows_and_menus() {
     return found;
 }
 
-TEST(DialogOpenings, countersOfObjects_countAPlantedLeak) {
+TEST(DialogOpenings, counters_of_objects_count_a_planted_leak) {
     const std::size_t gdi_before = gdi_objects();
     const std::size_t menus_before = windows_and_menus();
     const win::unique_bitmap bitmap(CreateBitmap(1, 1, 1, 1, nullptr));
@@ -90,7 +90,7 @@ std::size_t blocks_a_label_keeps() {
     return test::process_costs().grown_since(before, tolerance).empty() ? 0 : 1;
 }
 
-TEST(DialogOpenings, twoHundred_costTheHostNothing) {
+TEST(DialogOpenings, two_hundred_cost_the_host_nothing) {
     const closing_hook hook;
     const auto open = [](int times) {
         for (int opening = 0; opening < times; ++opening) {

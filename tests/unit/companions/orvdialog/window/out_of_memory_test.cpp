@@ -33,11 +33,11 @@ void expect_refused(const dialog_library& library) {
     EXPECT_THAT(boxes.shown()[0].text, testing::HasSubstr(L"Close some programs"));
 }
 
-TEST(DialogLibraryOutOfMemory, dialog_isRefused) {
+TEST(DialogLibraryOutOfMemory, dialog_is_refused) {
     expect_refused(dialog_library());
 }
 
-TEST(DialogLibraryOutOfMemory, loadedWithoutMemory_refusesLaterToo) {
+TEST(DialogLibraryOutOfMemory, loaded_without_memory_refuses_later_too) {
     std::optional<test::memory_shortage> shortage;
     const test::before_attach starve(L"orvdialog.dll", [&](HMODULE module) { shortage.emplace(module); });
     const dialog_library library;
@@ -63,15 +63,15 @@ void expect_refused_wherever_memory_ends(std::uint32_t (*open)(const dialog_libr
     EXPECT_EQ(told, failures) << "each time it was said";
 }
 
-TEST(DialogLibraryOutOfMemory, protectionShortOfMemoryAnywhere_isRefused) {
+TEST(DialogLibraryOutOfMemory, protection_short_of_memory_anywhere_is_refused) {
     expect_refused_wherever_memory_ends(open_protection);
 }
 
-TEST(DialogLibraryOutOfMemory, versionsShortOfMemoryAnywhere_areRefused) {
+TEST(DialogLibraryOutOfMemory, versions_short_of_memory_anywhere_are_refused) {
     expect_refused_wherever_memory_ends(open_versions);
 }
 
-TEST(DialogLibraryOutOfMemory, manyLoads_costTheHostNothing) {
+TEST(DialogLibraryOutOfMemory, many_loads_cost_the_host_nothing) {
     const auto load_a_hundred_times = [] {
         for (int load = 0; load < 100; ++load) {
             expect_refused(dialog_library());

@@ -32,7 +32,7 @@ class OwnedDialog : public testing::Test {
                                  .object_path = {}};
 };
 
-TEST_F(OwnedDialog, ofAThreadWithAWindow_belongsToIt) {
+TEST_F(OwnedDialog, of_a_thread_with_a_window_belongs_to_it) {
     HWND host = nullptr;
     shown_dialog shown([&] {
         host = make_host_window();
@@ -54,7 +54,7 @@ TEST_F(OwnedDialog, ofAThreadWithAWindow_belongsToIt) {
     EXPECT_EQ(shown.result(), 0U);
 }
 
-TEST_F(OwnedDialog, ofAThreadWithoutAWindow_standsByItself) {
+TEST_F(OwnedDialog, of_a_thread_without_a_window_stands_by_itself) {
     shown_dialog shown([&] { return library.protect(&request); });
     const HWND window = shown.window(L"Orvane Vaultkeep - Protection");
     EXPECT_EQ(GetWindow(window, GW_OWNER), nullptr);
@@ -79,7 +79,7 @@ LRESULT CALLBACK ask_again(int code, WPARAM wparam, LPARAM lparam) {
     return CallNextHookEx(nullptr, code, wparam, lparam);
 }
 
-TEST_F(OwnedDialog, secondOneOfAThread_isNotShown) {
+TEST_F(OwnedDialog, second_one_of_a_thread_is_not_shown) {
     shared_library = &library;
     std::uint32_t second = 99;
     shown_dialog shown([&] {
@@ -96,7 +96,7 @@ TEST_F(OwnedDialog, secondOneOfAThread_isNotShown) {
     EXPECT_EQ(second, 0U);
 }
 
-TEST_F(OwnedDialog, onesOfTwoThreads_areBothShown) {
+TEST_F(OwnedDialog, ones_of_two_threads_are_both_shown) {
     ProtectDialogRequest other = request;
     shown_dialog first([&] { return library.protect(&request); });
     const HWND one = first.window(L"Orvane Vaultkeep - Protection");

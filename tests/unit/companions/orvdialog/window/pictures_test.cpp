@@ -45,11 +45,11 @@ class DialogPicture : public testing::TestWithParam<look> {
     }
 };
 
-TEST_P(DialogPicture, protection_isSeen) {
+TEST_P(DialogPicture, protection_is_seen) {
     take(show_protection, message_numbers::protect_title, L"protection");
 }
 
-TEST_P(DialogPicture, versions_areSeen) {
+TEST_P(DialogPicture, versions_are_seen) {
     take(show_versions, message_numbers::versions_title, L"versions");
 }
 

@@ -52,7 +52,7 @@ class DialogLibrary : public testing::Test {
     const std::unique_ptr<ChronelDialogResult> result = std::make_unique<ChronelDialogResult>();
 };
 
-TEST_F(DialogLibrary, exports_areTheTwoOrdinalsAndNoName) {
+TEST_F(DialogLibrary, exports_are_the_two_ordinals_and_no_name) {
     EXPECT_NE(library.export_at(protect_ordinal), nullptr);
     EXPECT_NE(library.export_at(chronel_ordinal), nullptr);
     for (WORD ordinal = 1; ordinal < 100; ++ordinal) {
@@ -63,32 +63,32 @@ TEST_F(DialogLibrary, exports_areTheTwoOrdinalsAndNoName) {
     EXPECT_EQ(GetProcAddress(GetModuleHandleW(L"orvdialog.dll"), "orv_show_protect_dialog"), nullptr);
 }
 
-TEST_F(DialogLibrary, protectWithoutARecord_isRefused) {
+TEST_F(DialogLibrary, protect_without_a_record_is_refused) {
     expect_protect_refused(nullptr);
     expect_protect_refused(static_cast<ProtectDialogRequest*>(nowhere));
 }
 
-TEST_F(DialogLibrary, protectRecordOfAnotherSize_isRefused) {
+TEST_F(DialogLibrary, protect_record_of_another_size_is_refused) {
     for (const std::uint32_t size : {0U, 543U, 545U, 0xFFFFFFFFU}) {
         protect.size_bytes = size;
         expect_protect_refused(&protect);
     }
 }
 
-TEST_F(DialogLibrary, protectRecordCutByAPage_isRefused) {
+TEST_F(DialogLibrary, protect_record_cut_by_a_page_is_refused) {
     const test::guarded_buffer memory(sizeof protect - 1);
     std::memcpy(memory.as<void>(), &protect, sizeof protect - 1);
     expect_protect_refused(memory.as<ProtectDialogRequest>());
 }
 
-TEST_F(DialogLibrary, protectRecordThatCannotBeWritten_isRefused) {
+TEST_F(DialogLibrary, protect_record_that_cannot_be_written_is_refused) {
     const test::guarded_buffer memory(sizeof protect);
     std::memcpy(memory.as<void>(), &protect, sizeof protect);
     memory.protect(PAGE_READONLY);
     expect_protect_refused(memory.as<ProtectDialogRequest>());
 }
 
-TEST_F(DialogLibrary, folderThatIsNoText_isRefused) {
+TEST_F(DialogLibrary, folder_that_is_no_text_is_refused) {
     protect.folder_path = nullptr;
     expect_protect_refused(&protect);
     protect.folder_path = static_cast<const wchar_t*>(nowhere);
@@ -97,14 +97,14 @@ TEST_F(DialogLibrary, folderThatIsNoText_isRefused) {
     expect_protect_refused(&protect);
 }
 
-TEST_F(DialogLibrary, folderWithoutEnd_isRefused) {
+TEST_F(DialogLibrary, folder_without_end_is_refused) {
     const test::guarded_buffer memory(20);
     std::wmemset(memory.as<wchar_t>(), L'x', 10);
     protect.folder_path = memory.as<wchar_t>();
     expect_protect_refused(&protect);
 }
 
-TEST_F(DialogLibrary, folderOfGreatLength_isShown) {
+TEST_F(DialogLibrary, folder_of_great_length_is_shown) {
     const std::wstring folder = L"C:\\" + std::wstring(32'000, L'x');
     protect.folder_path = folder.c_str();
     shown_dialog shown([this] { return library.protect(&protect); });
@@ -115,26 +115,26 @@ TEST_F(DialogLibrary, folderOfGreatLength_isShown) {
     EXPECT_STREQ(protect.object_path, L"");
 }
 
-TEST_F(DialogLibrary, chronelsWithoutRecords_areRefused) {
+TEST_F(DialogLibrary, chronels_without_records_are_refused) {
     expect_chronels_refused(nullptr, result.get());
     expect_chronels_refused(&chronels, nullptr);
     expect_chronels_refused(static_cast<ChronelDialogRequest*>(nowhere), result.get());
     expect_chronels_refused(&chronels, static_cast<ChronelDialogResult*>(nowhere));
 }
 
-TEST_F(DialogLibrary, chronelRecordOfAnotherSize_isRefused) {
+TEST_F(DialogLibrary, chronel_record_of_another_size_is_refused) {
     for (const std::uint32_t size : {0U, 31U, 33U, 0xFFFFFFFFU}) {
         chronels.size_bytes = size;
         expect_chronels_refused(&chronels, result.get());
     }
 }
 
-TEST_F(DialogLibrary, resultCutByAPage_isRefused) {
+TEST_F(DialogLibrary, result_cut_by_a_page_is_refused) {
     const test::guarded_buffer memory(sizeof(ChronelDialogResult) - 1);
     expect_chronels_refused(&chronels, memory.as<ChronelDialogResult>());
 }
 
-TEST_F(DialogLibrary, fileOrListThatIsNoText_isRefused) {
+TEST_F(DialogLibrary, file_or_list_that_is_no_text_is_refused) {
     chronels.file_path = nullptr;
     expect_chronels_refused(&chronels, result.get());
     chronels.file_path = L"C:\\a";
@@ -144,20 +144,20 @@ TEST_F(DialogLibrary, fileOrListThatIsNoText_isRefused) {
     expect_chronels_refused(&chronels, result.get());
 }
 
-TEST_F(DialogLibrary, listWithoutEnd_isRefused) {
+TEST_F(DialogLibrary, list_without_end_is_refused) {
     const test::guarded_buffer memory(100);
     std::memset(memory.as<void>(), '[', 100);
     chronels.chronel_list = memory.as<char>();
     expect_chronels_refused(&chronels, result.get());
 }
 
-TEST_F(DialogLibrary, listBeyondTheLimit_isRefused) {
+TEST_F(DialogLibrary, list_beyond_the_limit_is_refused) {
     const std::string list = "[" + std::string(longest_list_bytes, ' ') + "]";
     chronels.chronel_list = list.c_str();
     expect_chronels_refused(&chronels, result.get());
 }
 
-TEST_F(DialogLibrary, listThatIsNoList_isCalledUnreadable) {
+TEST_F(DialogLibrary, list_that_is_no_list_is_called_unreadable) {
     const std::string deep(1'000'000, '[');
     for (const char* list : {"", "nonsense", "{}", "[{]", "[\"\xff\"]", deep.c_str()}) {
         chronels.chronel_list = list;
@@ -165,7 +165,7 @@ TEST_F(DialogLibrary, listThatIsNoList_isCalledUnreadable) {
     }
 }
 
-TEST_F(DialogLibrary, listWithoutVersions_saysThatThereAreNone) {
+TEST_F(DialogLibrary, list_without_versions_says_that_there_are_none) {
     for (const char* list : {"[]", "[1,{}]", R"({"chronels":[]})"}) {
         chronels.chronel_list = list;
         expect_chronels_refused(&chronels, result.get(), L"No earlier versions");
@@ -187,7 +187,7 @@ constexpr std::size_t small_stack_bytes = std::size_t{128} * 1024;
     return call();
 }
 
-TEST_F(DialogLibrary, threadWithASmallStack_seesTheProtectionDialogAndIsRefusedTheChooser) {
+TEST_F(DialogLibrary, thread_with_a_small_stack_sees_the_protection_dialog_and_is_refused_the_chooser) {
     shown_dialog shown([this] { return on_small_stack([this] { return library.protect(&protect); }); });
     const HWND window = shown.window(L"Orvane Vaultkeep - Protection");
     shown_dialog::press(window, IDC_PROTECT_BROWSE);
@@ -202,7 +202,7 @@ TEST_F(DialogLibrary, threadWithASmallStack_seesTheProtectionDialogAndIsRefusedT
     EXPECT_NE(shown.result(), 0U);
 }
 
-TEST_F(DialogLibrary, threadWithASmallStack_seesTheVersions) {
+TEST_F(DialogLibrary, thread_with_a_small_stack_sees_the_versions) {
     shown_dialog shown(
         [this] { return on_small_stack([this] { return library.chronels(&chronels, result.get()); }); });
     shown_dialog::press(shown.window(L"Orvane Vaultkeep - Earlier"), IDC_CHRONELS_RESTORE);
@@ -210,7 +210,7 @@ TEST_F(DialogLibrary, threadWithASmallStack_seesTheVersions) {
     EXPECT_EQ(result->action, chronel_action_restore);
 }
 
-TEST_F(DialogLibrary, threadWithASmallStack_isToldOfABadList) {
+TEST_F(DialogLibrary, thread_with_a_small_stack_is_told_of_a_bad_list) {
     const std::string deep(1'000'000, '[');
     chronels.chronel_list = deep.c_str();
     shown_dialog shown(

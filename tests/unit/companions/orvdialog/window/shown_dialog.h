@@ -7,6 +7,7 @@
 #include <string>
 
 #include "ovufc/dialog/dialog_records.h"
+#include "ovufc/noncopyable.h"
 #include "ovufc/win/handle.h"
 
 namespace ov::dialog {
@@ -26,11 +27,9 @@ class dialog_library {
 
 /// A call that shows windows, running on a thread of its own, and the hand that presses their buttons.
 /// Every wait ends: a window or answer that does not come fails the test.
-class shown_dialog {
+class shown_dialog : private noncopyable {
   public:
     explicit shown_dialog(std::function<std::uint32_t()> call);
-    shown_dialog(const shown_dialog&) = delete;
-    shown_dialog& operator=(const shown_dialog&) = delete;
     /// A call that still runs is ended by closing its windows.
     ~shown_dialog();
 

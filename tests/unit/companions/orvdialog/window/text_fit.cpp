@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 
+#include "ovufc/win/utf8.h"
 #include "tests/unit/companions/orvdialog/window/shown_dialog.h"
 
 namespace ov::dialog {
@@ -49,18 +50,10 @@ std::wstring class_of(HWND window) {
     return name.data();
 }
 
-std::string narrow(const std::wstring& text) {
-    std::string bytes(text.size() * 4, '\0');
-    bytes.resize(static_cast<std::size_t>(
-        WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
-                            static_cast<int>(bytes.size()), nullptr, nullptr)));
-    return bytes;
-}
-
 std::string complaint(HWND control, const std::wstring& text, SIZE needed, SIZE given) {
-    return "control " + std::to_string(GetDlgCtrlID(control)) + " \"" + narrow(text) + "\" needs " +
-           std::to_string(needed.cx) + " x " + std::to_string(needed.cy) + ", has " +
-           std::to_string(given.cx) + " x " + std::to_string(given.cy);
+    return "control " + std::to_string(GetDlgCtrlID(control)) + " \"" +
+           win::to_utf8(text).value_or(std::string()) + "\" needs " + std::to_string(needed.cx) + " x " +
+           std::to_string(needed.cy) + ", has " + std::to_string(given.cx) + " x " + std::to_string(given.cy);
 }
 
 void check_headings(HWND list, std::vector<std::string>& complaints) {

@@ -22,7 +22,7 @@ UINT dropped_files(IDataObject* data) {
     return count;
 }
 
-TEST(FileSelection, FilesOfOneFolder_AreOneDataObject) {
+TEST(FileSelection, files_of_one_folder_are_one_data_object) {
     const apartment com;
     const test::temp_folder folder;
     const auto selection = select_files({folder.make_file(L"a.txt"), folder.make_folder(L"b")});
@@ -30,7 +30,7 @@ TEST(FileSelection, FilesOfOneFolder_AreOneDataObject) {
     EXPECT_EQ(dropped_files(selection.data.Get()), 2U);
 }
 
-TEST(FileSelection, FilesOfTwoFolders_AreRefused) {
+TEST(FileSelection, files_of_two_folders_are_refused) {
     const apartment com;
     const test::temp_folder folder;
     const test::temp_folder other;
@@ -38,13 +38,13 @@ TEST(FileSelection, FilesOfTwoFolders_AreRefused) {
                  command_failure);
 }
 
-TEST(FileSelection, MissingFile_IsRefused) {
+TEST(FileSelection, missing_file_is_refused) {
     const apartment com;
     const test::temp_folder folder;
     EXPECT_THROW((void)select_files({folder.path() + L"\\missing"}), command_failure);
 }
 
-TEST(FileSelection, BackslashAtTheEnd_IsNoMatter) {
+TEST(FileSelection, backslash_at_the_end_is_no_matter) {
     const apartment com;
     const test::temp_folder folder;
     EXPECT_EQ(select_files({folder.path() + L"\\"}).paths.front(), folder.path());

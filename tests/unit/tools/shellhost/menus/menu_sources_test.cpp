@@ -16,7 +16,7 @@ class MenuSources : public testing::Test {
     file_selection selection_ = select_files({folder_.make_file(L"letter.txt", "text")});
 };
 
-TEST_F(MenuSources, SystemMenu_HasTheSystemsCommands) {
+TEST_F(MenuSources, system_menu_has_the_systems_commands) {
     const auto sources = system_menu(selection_);
     ASSERT_EQ(sources.size(), 1U);
     Microsoft::WRL::ComPtr<IContextMenu> menu;
@@ -25,7 +25,7 @@ TEST_F(MenuSources, SystemMenu_HasTheSystemsCommands) {
     EXPECT_NE(find_command(queried.items(), L"Properties"), nullptr);
 }
 
-TEST_F(MenuSources, UnregisteredHandler_IsNamedAsSuch) {
+TEST_F(MenuSources, unregistered_handler_is_named_as_such) {
     EXPECT_EQ(unregistered_handler(selection_).name, L"Orvane Vaultkeep (not registered)");
 }
 

@@ -9,7 +9,7 @@ namespace {
 
 constexpr UINT first_id = 10;
 
-TEST(MenuText, Accelerators_AreLeftOut) {
+TEST(MenuText, accelerators_are_left_out) {
     EXPECT_EQ(without_accelerators(L"&Open"), L"Open");
     EXPECT_EQ(without_accelerators(L"Save && close\tCtrl+S"), L"Save & close");
     EXPECT_EQ(without_accelerators(L"Trailing &"), L"Trailing &");
@@ -30,7 +30,7 @@ class MenuTree : public testing::Test {
     std::vector<menu_item> items;
 };
 
-TEST_F(MenuTree, Items_AreReadDepthFirst) {
+TEST_F(MenuTree, items_are_read_depth_first) {
     ASSERT_EQ(items.size(), 4U);
     EXPECT_EQ(items[0].text, L"First");
     EXPECT_EQ(items[0].offset, 0U);
@@ -43,13 +43,13 @@ TEST_F(MenuTree, Items_AreReadDepthFirst) {
     EXPECT_FALSE(items[3].is_enabled);
 }
 
-TEST_F(MenuTree, Lines_SayNumberTextAndState) {
+TEST_F(MenuTree, lines_say_number_text_and_state) {
     EXPECT_EQ(line_of(items[0]), L"  [0] First                             enabled, default");
     EXPECT_EQ(line_of(items[1]), L"  ----");
     EXPECT_EQ(line_of(items[3]), L"      [1] Greyed                        greyed");
 }
 
-TEST_F(MenuTree, Command_IsFoundByNumberOrText) {
+TEST_F(MenuTree, command_is_found_by_number_or_text) {
     EXPECT_EQ(find_command(items, L"1"), &items[3]);
     EXPECT_EQ(find_command(items, L"greyed"), &items[3]);
     EXPECT_EQ(find_command(items, L"&FIRST"), &items[0]);
@@ -58,7 +58,7 @@ TEST_F(MenuTree, Command_IsFoundByNumberOrText) {
     EXPECT_EQ(find_command(items, L""), nullptr);
 }
 
-TEST(MenuTreeBitmaps, EitherKindOfBitmap_Counts) {
+TEST(MenuTreeBitmaps, either_kind_of_bitmap_counts) {
     const win::unique_menu menu(CreatePopupMenu());
     const HBITMAP bitmap = CreateBitmap(8, 8, 1, 1, nullptr);
     AppendMenuW(menu.get(), MF_STRING, first_id, L"with");

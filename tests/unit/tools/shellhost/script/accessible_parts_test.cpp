@@ -29,7 +29,7 @@ class AccessibleParts : public testing::Test {
     HWND window_;
 };
 
-TEST_F(AccessibleParts, ElementsBelowAWindow_AreVisitedWithRoleNameAndPlace) {
+TEST_F(AccessibleParts, elements_below_a_window_are_visited_with_role_name_and_place) {
     std::vector<std::wstring> names;
     RECT alpha{};
     visit_accessible(window_, [&](const accessible_element& element) {
@@ -46,13 +46,13 @@ TEST_F(AccessibleParts, ElementsBelowAWindow_AreVisitedWithRoleNameAndPlace) {
     EXPECT_EQ(alpha.right - alpha.left, 90);
 }
 
-TEST_F(AccessibleParts, Visit_EndsWhenItIsToldSo) {
+TEST_F(AccessibleParts, visit_ends_when_it_is_told_so) {
     int visited = 0;
     visit_accessible(window_, [&](const accessible_element&) { return ++visited == 2; });
     EXPECT_EQ(visited, 2);
 }
 
-TEST_F(AccessibleParts, WindowWithoutTreeOrList_HasNoNodesAndNoItems) {
+TEST_F(AccessibleParts, window_without_tree_or_list_has_no_nodes_and_no_items) {
     const accessible_parts parts(window_);
     EXPECT_TRUE(parts.nodes().empty());
     EXPECT_FALSE(parts.expand(L"Alpha"));

@@ -51,7 +51,7 @@ class Associations : public testing::Test {
     test_class_key prog_id;
 };
 
-TEST_F(Associations, Texts_AreThoseOfTheClassKey) {
+TEST_F(Associations, texts_are_those_of_the_class_key) {
     const auto object = make_for_prog_id();
     EXPECT_EQ(text(object.Get(), ASSOCSTR_FRIENDLYDOCNAME), L"Test type");
     EXPECT_EQ(text(object.Get(), ASSOCSTR_DEFAULTICON), L"C:\\test.dll,-3");
@@ -61,14 +61,14 @@ TEST_F(Associations, Texts_AreThoseOfTheClassKey) {
               L"{tip}");
 }
 
-TEST_F(Associations, MissingText_IsNoAssociation) {
+TEST_F(Associations, missing_text_is_no_association) {
     std::array<wchar_t, 16> buffer{};
     DWORD length = 16;
     EXPECT_EQ(make_for_prog_id()->GetString(ASSOCF_NONE, ASSOCSTR_INFOTIP, nullptr, buffer.data(), &length),
               no_association);
 }
 
-TEST_F(Associations, SeveralClasses_AreSearchedInOrder) {
+TEST_F(Associations, several_classes_are_searched_in_order) {
     const test_class_key first(prog_id.name() + L"First");
     first.set(nullptr, nullptr, L"First type");
     const auto object = make({{ASSOCCLASS_PROGID_STR, nullptr, first.name().c_str()},
@@ -78,7 +78,7 @@ TEST_F(Associations, SeveralClasses_AreSearchedInOrder) {
     EXPECT_EQ(class_keys_of(object.Get()).size(), 2U);
 }
 
-TEST_F(Associations, FolderClass_IsTheRegistrysFolderKey) {
+TEST_F(Associations, folder_class_is_the_registrys_folder_key) {
     const auto keys = class_keys_of(make({{ASSOCCLASS_FOLDER, nullptr, nullptr}}).Get());
     ASSERT_EQ(keys.size(), 1U);
     const unique_registry_key folder = open_key_to_read(HKEY_CLASSES_ROOT, L"Folder");
@@ -86,20 +86,20 @@ TEST_F(Associations, FolderClass_IsTheRegistrysFolderKey) {
               read_registry_text(folder.get(), nullptr, nullptr));
 }
 
-TEST_F(Associations, UnregisteredClass_IsLeftOut) {
+TEST_F(Associations, unregistered_class_is_left_out) {
     const auto object = make({{ASSOCCLASS_PROGID_STR, nullptr, L"OrvaneTestNobody"},
                               {ASSOCCLASS_PROGID_STR, nullptr, prog_id.name().c_str()}});
     EXPECT_EQ(class_keys_of(object.Get()).size(), 1U);
     EXPECT_EQ(text(object.Get(), ASSOCSTR_FRIENDLYDOCNAME), L"Test type");
 }
 
-TEST_F(Associations, GetKey_GivesAKeyOfTheCaller) {
+TEST_F(Associations, get_key_gives_a_key_of_the_caller) {
     unique_registry_key key;
     ASSERT_EQ(make_for_prog_id()->GetKey(ASSOCF_NONE, ASSOCKEY_CLASS, nullptr, key.put()), S_OK);
     EXPECT_EQ(read_registry_text(key.get(), nullptr, nullptr), L"Test type");
 }
 
-TEST_F(Associations, Buffers_AreMeasuredAndBounded) {
+TEST_F(Associations, buffers_are_measured_and_bounded) {
     const auto object = make_for_prog_id();
     DWORD length = 0;
     EXPECT_EQ(object->GetString(ASSOCF_NONE, ASSOCSTR_FRIENDLYDOCNAME, nullptr, nullptr, &length), S_FALSE);
@@ -114,7 +114,7 @@ TEST_F(Associations, Buffers_AreMeasuredAndBounded) {
     EXPECT_EQ(length, 10U);
 }
 
-TEST_F(Associations, NullPointers_AreRefused) {
+TEST_F(Associations, null_pointers_are_refused) {
     ComPtr<IQueryAssociations> made;
     EXPECT_EQ(create_associations(nullptr, 0, __uuidof(IQueryAssociations),
                                   reinterpret_cast<void**>(made.GetAddressOf())),

@@ -43,13 +43,13 @@ class DefaultExtractIcon : public testing::Test {
     ComPtr<IExtractIconW> icon;
 };
 
-TEST_F(DefaultExtractIcon, NothingSet_LeavesTheShellItsDefault) {
+TEST_F(DefaultExtractIcon, nothing_set_leaves_the_shell_its_default) {
     const location found = locate(0);
     EXPECT_EQ(found.result, S_FALSE);
     EXPECT_EQ(found.file, L"");
 }
 
-TEST_F(DefaultExtractIcon, NormalIcon_IsGivenWithTheFlags) {
+TEST_F(DefaultExtractIcon, normal_icon_is_given_with_the_flags) {
     EXPECT_EQ(init->SetFlags(GIL_SHIELD), S_OK);
     EXPECT_EQ(init->SetNormalIcon(L"C:\\some.dll", -105), S_OK);
     const location found = locate(GIL_FORSHELL);
@@ -59,7 +59,7 @@ TEST_F(DefaultExtractIcon, NormalIcon_IsGivenWithTheFlags) {
     EXPECT_EQ(found.flags, static_cast<UINT>(GIL_SHIELD));
 }
 
-TEST_F(DefaultExtractIcon, OpenAndShortcutIcons_AreGivenOnlyWhenAskedFor) {
+TEST_F(DefaultExtractIcon, open_and_shortcut_icons_are_given_only_when_asked_for) {
     init->SetNormalIcon(L"normal", 1);
     EXPECT_EQ(locate(GIL_OPENICON).file, L"normal");
     init->SetOpenIcon(L"open", 2);
@@ -69,7 +69,7 @@ TEST_F(DefaultExtractIcon, OpenAndShortcutIcons_AreGivenOnlyWhenAskedFor) {
     EXPECT_EQ(locate(0).file, L"normal");
 }
 
-TEST_F(DefaultExtractIcon, KeyAndDefaultIcon_StepInWithoutANormalOne) {
+TEST_F(DefaultExtractIcon, key_and_default_icon_step_in_without_a_normal_one) {
     const test_class_key key;
     key.set(L"DefaultIcon", nullptr, L"C:\\keyed.dll,-7");
     init->SetDefaultIcon(L"last", 9);
@@ -79,7 +79,7 @@ TEST_F(DefaultExtractIcon, KeyAndDefaultIcon_StepInWithoutANormalOne) {
     EXPECT_EQ(locate(0).index, -7);
 }
 
-TEST_F(DefaultExtractIcon, SmallBuffer_IsRefusedAndNotOverrun) {
+TEST_F(DefaultExtractIcon, small_buffer_is_refused_and_not_overrun) {
     init->SetNormalIcon(L"C:\\some.dll", 0);
     std::array<wchar_t, 8> file;
     file.fill(L'x');
@@ -90,13 +90,13 @@ TEST_F(DefaultExtractIcon, SmallBuffer_IsRefusedAndNotOverrun) {
     EXPECT_EQ(file[4], L'x');
 }
 
-TEST_F(DefaultExtractIcon, NullPointers_AreRefused) {
+TEST_F(DefaultExtractIcon, null_pointers_are_refused) {
     EXPECT_EQ(create_default_extract_icon(__uuidof(IExtractIconW), nullptr), E_POINTER);
     EXPECT_EQ(icon->GetIconLocation(0, nullptr, 0, nullptr, nullptr), E_INVALIDARG);
     EXPECT_EQ(init->SetNormalIcon(nullptr, 0), E_INVALIDARG);
 }
 
-TEST_F(DefaultExtractIcon, Extract_GivesTheIconOfAFile) {
+TEST_F(DefaultExtractIcon, extract_gives_the_icon_of_a_file) {
     HICON large = nullptr;
     HICON small_icon = nullptr;
     const std::wstring file = L"C:\\windows\\system32\\shell32.dll";
@@ -106,7 +106,7 @@ TEST_F(DefaultExtractIcon, Extract_GivesTheIconOfAFile) {
     DestroyIcon(small_icon);
 }
 
-TEST_F(DefaultExtractIcon, NarrowInterface_GivesTheSameLocation) {
+TEST_F(DefaultExtractIcon, narrow_interface_gives_the_same_location) {
     ComPtr<IExtractIconA> narrow;
     ASSERT_EQ(init.As(&narrow), S_OK);
     init->SetNormalIcon(L"C:\\some.dll", 4);

@@ -63,7 +63,7 @@ class DataObject : public testing::Test {
     UINT own_format = RegisterClipboardFormatW(L"OrvaneTestFormat");
 };
 
-TEST_F(DataObject, AFile_CarriesItsIdList) {
+TEST_F(DataObject, a_file_carries_its_id_list) {
     const auto object = make();
     item_selection read;
     ASSERT_EQ(read_selection(object.Get(), read), S_OK);
@@ -72,7 +72,7 @@ TEST_F(DataObject, AFile_CarriesItsIdList) {
     EXPECT_EQ(HRESULT_CODE(selection.folder->CompareIDs(0, read.items[0].get(), selection.item.get())), 0);
 }
 
-TEST_F(DataObject, AFile_CarriesItsPathAsDropFiles) {
+TEST_F(DataObject, a_file_carries_its_path_as_drop_files) {
     const auto object = make();
     FORMATETC format = format_of(CF_HDROP);
     STGMEDIUM medium{};
@@ -85,11 +85,11 @@ TEST_F(DataObject, AFile_CarriesItsPathAsDropFiles) {
     ReleaseStgMedium(&medium);
 }
 
-TEST_F(DataObject, AVirtualItem_HasNoDropFiles) {
+TEST_F(DataObject, a_virtual_item_has_no_drop_files) {
     PIDLIST_ABSOLUTE computer = nullptr;
     ASSERT_EQ(SHGetSpecialFolderLocation(nullptr, CSIDL_DRIVES, &computer), S_OK);
-    const unique_absolute_list owner(computer);
-    unique_absolute_list desktop(ILCloneFull(computer));
+    const com::unique_absolute_id_list owner(computer);
+    com::unique_absolute_id_list desktop(ILCloneFull(computer));
     ILRemoveLastID(desktop.get());
     PCUITEMID_CHILD child = reinterpret_cast<PCUITEMID_CHILD>(ILFindLastID(computer));
     ComPtr<IDataObject> object;
@@ -101,7 +101,7 @@ TEST_F(DataObject, AVirtualItem_HasNoDropFiles) {
     EXPECT_EQ(object->QueryGetData(&id_lists), S_OK);
 }
 
-TEST_F(DataObject, ShellItemArray_IsMadeFromIt) {
+TEST_F(DataObject, shell_item_array_is_made_from_it) {
     ComPtr<IShellItemArray> items;
     ASSERT_EQ(SHCreateShellItemArrayFromDataObject(make().Get(), IID_PPV_ARGS(items.GetAddressOf())), S_OK);
     DWORD count = 0;
@@ -109,7 +109,7 @@ TEST_F(DataObject, ShellItemArray_IsMadeFromIt) {
     EXPECT_EQ(count, 1U);
 }
 
-TEST_F(DataObject, SetData_IsGivenBackAndCopied) {
+TEST_F(DataObject, set_data_is_given_back_and_copied) {
     const auto object = make();
     FORMATETC format = format_of(own_format);
     EXPECT_EQ(object->QueryGetData(&format), DV_E_FORMATETC);
@@ -122,7 +122,7 @@ TEST_F(DataObject, SetData_IsGivenBackAndCopied) {
     EXPECT_EQ(text_in(object.Get(), format), "given");
 }
 
-TEST_F(DataObject, WrongMedium_IsRefused) {
+TEST_F(DataObject, wrong_medium_is_refused) {
     FORMATETC format = format_of(id_list_array_format());
     format.tymed = TYMED_ISTREAM;
     STGMEDIUM medium{};
@@ -130,7 +130,7 @@ TEST_F(DataObject, WrongMedium_IsRefused) {
     EXPECT_EQ(make()->QueryGetData(&format), DV_E_TYMED);
 }
 
-TEST_F(DataObject, InnerObject_IsAskedForWhatIsMissing) {
+TEST_F(DataObject, inner_object_is_asked_for_what_is_missing) {
     const auto inner = make();
     FORMATETC format = format_of(own_format);
     STGMEDIUM given = memory_with("inner");
@@ -138,7 +138,7 @@ TEST_F(DataObject, InnerObject_IsAskedForWhatIsMissing) {
     EXPECT_EQ(text_in(make(inner.Get()).Get(), format), "inner");
 }
 
-TEST_F(DataObject, EnumFormatEtc_NamesEveryFormat) {
+TEST_F(DataObject, enum_format_etc_names_every_format) {
     ComPtr<IEnumFORMATETC> formats;
     ASSERT_EQ(make()->EnumFormatEtc(DATADIR_GET, formats.GetAddressOf()), S_OK);
     std::vector<UINT> named;
@@ -149,7 +149,7 @@ TEST_F(DataObject, EnumFormatEtc_NamesEveryFormat) {
     EXPECT_EQ(named, (std::vector<UINT>{id_list_array_format(), CF_HDROP}));
 }
 
-TEST_F(DataObject, NullPointers_AreRefused) {
+TEST_F(DataObject, null_pointers_are_refused) {
     PCUITEMID_CHILD child = selection.item.get();
     ComPtr<IDataObject> made;
     EXPECT_EQ(create_data_object(selection.parent.get(), 1, &child, nullptr, IID_IDataObject, nullptr),

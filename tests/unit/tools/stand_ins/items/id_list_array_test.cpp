@@ -42,7 +42,7 @@ HRESULT read(const std::vector<std::byte>& block, item_selection& found) {
     return read_selection(object.Get(), found);
 }
 
-TEST(IdListArray, WellFormedBlock_IsRead) {
+TEST(IdListArray, well_formed_block_is_read) {
     auto block = block_of(1, {12, 24}, 40);
     put_entry(block, 12, 8);
     put_entry(block, 24, 6);
@@ -53,7 +53,7 @@ TEST(IdListArray, WellFormedBlock_IsRead) {
     EXPECT_EQ(ILGetSize(found.items[0].get()), 8U);
 }
 
-TEST(IdListArray, HostileBlocks_AreRefusedAndReadNothing) {
+TEST(IdListArray, hostile_blocks_are_refused_and_read_nothing) {
     const std::vector<std::vector<std::byte>> hostile = {
         block_of(0, {12}, 40),               // no item
         block_of(0xFFFFFFFF, {12, 24}, 40),  // more items than the block can hold
@@ -68,7 +68,7 @@ TEST(IdListArray, HostileBlocks_AreRefusedAndReadNothing) {
     }
 }
 
-TEST(IdListArray, EntriesThatRunOutOfTheBlock_AreRefused) {
+TEST(IdListArray, entries_that_run_out_of_the_block_are_refused) {
     for (const USHORT entry_bytes : {USHORT{1}, USHORT{17}, USHORT{0x7FFF}, USHORT{0xFFFF}}) {
         auto block = block_of(1, {12, 24}, 40);
         put_entry(block, 12, 8);
@@ -78,11 +78,11 @@ TEST(IdListArray, EntriesThatRunOutOfTheBlock_AreRefused) {
     }
 }
 
-TEST(IdListArray, WhatWasMade_IsReadBack) {
+TEST(IdListArray, what_was_made_is_read_back) {
     const test_apartment apartment;
     PIDLIST_ABSOLUTE computer = nullptr;
     ASSERT_EQ(SHGetSpecialFolderLocation(nullptr, CSIDL_DRIVES, &computer), S_OK);
-    const unique_absolute_list owner(computer);
+    const com::unique_absolute_id_list owner(computer);
     PCUITEMID_CHILD child = reinterpret_cast<PCUITEMID_CHILD>(computer);
     const unique_global memory = make_id_list_array(computer, 1, &child);
     ASSERT_TRUE(memory);

@@ -45,7 +45,7 @@ class DefaultContextMenu : public testing::Test {
     PCUITEMID_CHILD child = nullptr;
 };
 
-TEST_F(DefaultContextMenu, RegisteredHandler_AddsItsItemsForTheSelection) {
+TEST_F(DefaultContextMenu, registered_handler_adds_its_items_for_the_selection) {
     const test_selection file(folder.make_file(L"file.txt"));
     const queried_menu menu(make(file), CMF_NORMAL);
     EXPECT_EQ(menu.items().size(), 2U);
@@ -56,7 +56,7 @@ TEST_F(DefaultContextMenu, RegisteredHandler_AddsItsItemsForTheSelection) {
     EXPECT_EQ(told.items.size(), 1U);
 }
 
-TEST_F(DefaultContextMenu, Folder_OpensByDefault) {
+TEST_F(DefaultContextMenu, folder_opens_by_default) {
     const test_selection inner(folder.make_folder(L"inner"));
     const queried_menu menu(make(inner), CMF_NORMAL);
     const auto items = menu.items();
@@ -65,7 +65,7 @@ TEST_F(DefaultContextMenu, Folder_OpensByDefault) {
     EXPECT_TRUE(items[0].is_default);
 }
 
-TEST_F(DefaultContextMenu, DefaultVerb_ComesOnlyFromHandlersThatMayChangeIt) {
+TEST_F(DefaultContextMenu, default_verb_comes_only_from_handlers_that_may_change_it) {
     const test_selection file(folder.make_file(L"file.txt"));
     EXPECT_TRUE(queried_menu(make(file), CMF_DEFAULTONLY).items().empty());
     EXPECT_EQ(record.initialised, 0);
@@ -78,14 +78,14 @@ TEST_F(DefaultContextMenu, DefaultVerb_ComesOnlyFromHandlersThatMayChangeIt) {
     EXPECT_EQ(record.invoked, std::vector<UINT>{0});
 }
 
-TEST_F(DefaultContextMenu, Handlers_AreCreatedNoSoonerThanTheMenuIsAskedFor) {
+TEST_F(DefaultContextMenu, handlers_are_created_no_sooner_than_the_menu_is_asked_for) {
     const test_selection file(folder.make_file(L"file.txt"));
     const auto menu = make(file);
     EXPECT_EQ(record.initialised, 0);
     EXPECT_EQ(record.alive, 0);
 }
 
-TEST_F(DefaultContextMenu, BadDescriptions_AreRefused) {
+TEST_F(DefaultContextMenu, bad_descriptions_are_refused) {
     ComPtr<IContextMenu> made;
     DEFCONTEXTMENU description{};
     EXPECT_EQ(create_default_context_menu(nullptr, IID_PPV_ARGS(made.GetAddressOf())), E_INVALIDARG);

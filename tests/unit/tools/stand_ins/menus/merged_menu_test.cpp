@@ -64,7 +64,7 @@ class MergedMenu : public testing::Test {
     ComPtr<IMergedMenu> merged;
 };
 
-TEST_F(MergedMenu, TwoSources_StandBehindEachOtherWithIdsInOrder) {
+TEST_F(MergedMenu, two_sources_stand_behind_each_other_with_ids_in_order) {
     two.texts = {L"Third"};
     make({source_of(L"one", one), source_of(L"two", two)});
     EXPECT_EQ(query(), MAKE_HRESULT(SEVERITY_SUCCESS, 0, 3));
@@ -72,7 +72,7 @@ TEST_F(MergedMenu, TwoSources_StandBehindEachOtherWithIdsInOrder) {
     EXPECT_EQ(GetMenuItemID(popup.get(), 2), first_id + 2);
 }
 
-TEST_F(MergedMenu, Command_GoesBackToItsSourceWithItsOwnOffset) {
+TEST_F(MergedMenu, command_goes_back_to_its_source_with_its_own_offset) {
     make({source_of(L"one", one), source_of(L"two", two)});
     (void)query();
     EXPECT_EQ(invoke(3U), S_OK);
@@ -81,7 +81,7 @@ TEST_F(MergedMenu, Command_GoesBackToItsSourceWithItsOwnOffset) {
     EXPECT_EQ(invoke(4U), E_INVALIDARG);
 }
 
-TEST_F(MergedMenu, VerbAsText_GoesToThePartThatNamesIt) {
+TEST_F(MergedMenu, verb_as_text_goes_to_the_part_that_names_it) {
     two.verb = L"roll-back";
     make({source_of(L"one", one), source_of(L"two", two)});
     (void)query();
@@ -91,7 +91,7 @@ TEST_F(MergedMenu, VerbAsText_GoesToThePartThatNamesIt) {
     EXPECT_EQ(invoke("nobody's"), E_INVALIDARG);
 }
 
-TEST_F(MergedMenu, RefusingSource_HasNoShareAndStopsNobody) {
+TEST_F(MergedMenu, refusing_source_has_no_share_and_stops_nobody) {
     one.query_result = E_FAIL;
     make({source_of(L"one", one), source_of(L"two", two)});
     EXPECT_EQ(query(), MAKE_HRESULT(SEVERITY_SUCCESS, 0, 2));
@@ -100,7 +100,7 @@ TEST_F(MergedMenu, RefusingSource_HasNoShareAndStopsNobody) {
     EXPECT_EQ(two.invoked, std::vector<UINT>{0});
 }
 
-TEST_F(MergedMenu, SourceThatCannotBeOpened_IsReported) {
+TEST_F(MergedMenu, source_that_cannot_be_opened_is_reported) {
     make({{L"gone", false, false, [](IContextMenu**) { return REGDB_E_CLASSNOTREG; }},
           source_of(L"two", two)});
     EXPECT_EQ(query(), MAKE_HRESULT(SEVERITY_SUCCESS, 0, 2));
@@ -109,7 +109,7 @@ TEST_F(MergedMenu, SourceThatCannotBeOpened_IsReported) {
     EXPECT_EQ(merged->parts()[0].query_result, E_PENDING);
 }
 
-TEST_F(MergedMenu, DefaultOnly_OpensOnlyTheSourcesForIt) {
+TEST_F(MergedMenu, default_only_opens_only_the_sources_for_it) {
     make({source_of(L"one", one), source_of(L"two", two, true)});
     EXPECT_EQ(query(CMF_DEFAULTONLY), MAKE_HRESULT(SEVERITY_SUCCESS, 0, 2));
     EXPECT_TRUE(one.flags.empty());
@@ -117,7 +117,7 @@ TEST_F(MergedMenu, DefaultOnly_OpensOnlyTheSourcesForIt) {
     EXPECT_EQ(GetMenuDefaultItem(popup.get(), FALSE, 0), first_id);
 }
 
-TEST_F(MergedMenu, LeadingSource_KeepsItsFirstGroupTogether) {
+TEST_F(MergedMenu, leading_source_keeps_its_first_group_together) {
     menu_source lead{L"system", false, true, {}};
     lead.open = [](IContextMenu** made) -> HRESULT {
         class system_menu final
@@ -148,7 +148,7 @@ TEST_F(MergedMenu, LeadingSource_KeepsItsFirstGroupTogether) {
     EXPECT_EQ(two.invoked, std::vector<UINT>{0});
 }
 
-TEST_F(MergedMenu, ReleasedMenu_ReleasesItsParts) {
+TEST_F(MergedMenu, released_menu_releases_its_parts) {
     make({source_of(L"one", one)});
     (void)query();
     EXPECT_EQ(one.alive, 1);
@@ -159,7 +159,7 @@ TEST_F(MergedMenu, ReleasedMenu_ReleasesItsParts) {
     EXPECT_EQ(one.alive, 0);
 }
 
-TEST_F(MergedMenu, CommandString_ComesFromThePart) {
+TEST_F(MergedMenu, command_string_comes_from_the_part) {
     two.verb = L"roll-back";
     make({source_of(L"one", one), source_of(L"two", two)});
     (void)query();
@@ -169,7 +169,7 @@ TEST_F(MergedMenu, CommandString_ComesFromThePart) {
     EXPECT_EQ(menu->GetCommandString(9, GCS_VERBW, nullptr, reinterpret_cast<LPSTR>(verb), 32), E_INVALIDARG);
 }
 
-TEST_F(MergedMenu, BadArguments_AreRefused) {
+TEST_F(MergedMenu, bad_arguments_are_refused) {
     make({source_of(L"one", one)});
     EXPECT_EQ(menu->QueryContextMenu(nullptr, 0, 1, 2, 0), E_INVALIDARG);
     EXPECT_EQ(menu->QueryContextMenu(popup.get(), 0, 5, 4, 0), E_INVALIDARG);

@@ -18,12 +18,12 @@ std::vector<registered_handler> handlers_of(const test_class_key& key) {
     return handlers;
 }
 
-TEST(RegisteredHandlers, ClassWithoutHandlers_GivesNone) {
+TEST(RegisteredHandlers, class_without_handlers_gives_none) {
     const test_class_key key;
     EXPECT_TRUE(handlers_of(key).empty());
 }
 
-TEST(RegisteredHandlers, ClassId_IsTheValueOrTheName) {
+TEST(RegisteredHandlers, class_id_is_the_value_or_the_name) {
     const test_class_key key;
     key.set(L"shellex\\ContextMenuHandlers\\Named", nullptr, text_of(test_handler_class));
     key.make((L"shellex\\ContextMenuHandlers\\" + text_of(other_handler_class)).c_str());
@@ -37,14 +37,14 @@ TEST(RegisteredHandlers, ClassId_IsTheValueOrTheName) {
     }
 }
 
-TEST(RegisteredHandlers, SameClassTwice_IsOneHandler) {
+TEST(RegisteredHandlers, same_class_twice_is_one_handler) {
     const test_class_key key;
     key.set(L"shellex\\ContextMenuHandlers\\One", nullptr, text_of(test_handler_class));
     key.set(L"shellex\\ContextMenuHandlers\\Two", nullptr, text_of(test_handler_class));
     EXPECT_EQ(handlers_of(key).size(), 1U);
 }
 
-TEST(RegisteredHandlers, MayChangeDefaultMenu_IsReadFromTheClass) {
+TEST(RegisteredHandlers, may_change_default_menu_is_read_from_the_class) {
     const test_class_key key;
     key.set(L"shellex\\ContextMenuHandlers\\One", nullptr, text_of(test_handler_class));
     const test_class_key handler_class_key(L"CLSID\\" + text_of(test_handler_class));
@@ -54,7 +54,7 @@ TEST(RegisteredHandlers, MayChangeDefaultMenu_IsReadFromTheClass) {
     EXPECT_TRUE(handlers[0].may_change_default);
 }
 
-TEST(RegisteredHandlers, Directory_HasTheDirectoryClassesAndAFileItsOwn) {
+TEST(RegisteredHandlers, directory_has_the_directory_classes_and_a_file_its_own) {
     const test::temp_folder folder;
     const test_class_key extension(L".orvanetest");
     const test_class_key prog_id;
@@ -77,7 +77,7 @@ TEST(RegisteredHandlers, Directory_HasTheDirectoryClassesAndAFileItsOwn) {
     EXPECT_TRUE(class_keys_of_path(folder.path() + L"\\missing").empty());
 }
 
-TEST(RegisteredHandlers, OpenHandler_CreatesAndInitialises) {
+TEST(RegisteredHandlers, open_handler_creates_and_initialises) {
     const test_apartment apartment;
     handler_record record;
     const handler_registration registration(test_handler_class, record);
@@ -91,7 +91,7 @@ TEST(RegisteredHandlers, OpenHandler_CreatesAndInitialises) {
     EXPECT_EQ(record.alive, 0);
 }
 
-TEST(RegisteredHandlers, OpenHandler_TellsWhyAndLeavesNothing) {
+TEST(RegisteredHandlers, open_handler_tells_why_and_leaves_nothing) {
     const test_apartment apartment;
     ComPtr<IContextMenu> menu;
     EXPECT_EQ(
