@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <stdexcept>
 
 namespace ov::test {
@@ -57,11 +58,11 @@ std::size_t heap_blocks() {
 
 std::size_t private_pages() {
     std::size_t bytes = 0;
-    const char* next = nullptr;
+    std::uintptr_t next = 0;
     MEMORY_BASIC_INFORMATION region{};
-    while (VirtualQuery(next, &region, sizeof region) != 0) {
+    while (VirtualQuery(reinterpret_cast<const void*>(next), &region, sizeof region) != 0) {
         bytes += region.State == MEM_COMMIT && region.Type == MEM_PRIVATE ? region.RegionSize : 0;
-        next = static_cast<const char*>(region.BaseAddress) + region.RegionSize;
+        next = reinterpret_cast<std::uintptr_t>(region.BaseAddress) + region.RegionSize;
     }
     return bytes / page_bytes;
 }
