@@ -124,3 +124,18 @@ damaged_product_is_removed() {
     snapshot after
     expect_difference before after "$cases/left_behind.txt"
 }
+
+# The kit for a Windows machine, unpacked and run as a person would: it reports every test, and none has failed.
+kit_runs_whole() {
+    local kit="$ORV_PREFIX/drive_c/kit" test
+    unzip -q "$release"/*-windows-check.zip -d "$kit"
+    kit=$(echo "$kit"/*)
+    (cd "$kit" && run_wine 500 cmd /c check.cmd) >"$work/kit.txt" || fail "check.cmd ended with $?"
+    cp "$kit/report.txt" "$work/"
+    for test in $(tr -d '\r' <"$kit/tests.txt") menu_without_registration module_registration_test install \
+        menu_by_registry folder_by_registry program_64 program_32 install_again remove nothing_left; do
+        grep -q "^passed  $test" "$work/report.txt" || fail "the kit does not report $test as passed"
+    done
+    grep -q 'failed: 0' "$work/report.txt" || fail "the kit reports: $(cat "$work/report.txt")"
+    grep -q 'The report is complete' "$work/report.txt" || fail "the kit's report is not complete"
+}
