@@ -15,7 +15,7 @@ x86="$ORV_ROOT/build/x86-release"
 
 mapfile -t tests < <(cut -d' ' -f1 "$here/tests.txt")
 log="$x64/kit.log"
-{ cmake --build "$x64" --target "${tests[@]}" module_registration_test shellhost module_user &&
+{ cmake --build "$x64" --target "${tests[@]}" module_registration_tests shellhost module_user &&
     cmake --build "$x86" --target module_user; } >"$log" 2>&1 ||
     { tail -n 20 "$log" >&2 && die "the kit's programs could not be built; the whole output is in $log"; }
 
@@ -25,7 +25,7 @@ kit="$work/$name"
 mkdir -p "$kit"/{bin,tests}
 cp "$release/files/x64"/*.dll "$x64/bin"/{shellhost,module_user}.exe "$kit/bin/"
 cp "$x86/bin/module_user.exe" "$kit/bin/module_user_32.exe"
-for test in "${tests[@]}" module_registration_test; do
+for test in "${tests[@]}" module_registration_tests; do
     cp "$x64/bin/$test.exe" "$kit/tests/"
 done
 # The tests look for the libraries beside themselves.

@@ -36,7 +36,7 @@ call :run menu_without_registration bin\shellhost.exe menu "%SystemRoot%" --modu
 set reason=
 if %administrator%==no set reason=not run as an administrator
 if %installed%==yes set reason=the product is installed already
-for %%t in (module_registration_test install menu_by_registry folder_by_registry program_64 program_32 install_again remove nothing_left) do (
+for %%t in (module_registration_tests install menu_by_registry folder_by_registry program_64 program_32 install_again remove nothing_left) do (
     if defined reason call :skip %%t "!reason!"
 )
 if not defined reason call :package
@@ -47,7 +47,7 @@ call :tell The report is complete.
 exit /b %failures%
 
 :package
-call :test module_registration_test
+call :test module_registration_tests
 for %%m in (*.msi) do set package=%%m
 call :installer install /i
 call :run menu_by_registry bin\shellhost.exe menu "%SystemRoot%"

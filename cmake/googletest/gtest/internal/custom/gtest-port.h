@@ -1,8 +1,8 @@
 #ifndef GOOGLETEST_INCLUDE_GTEST_INTERNAL_CUSTOM_GTEST_PORT_H_
 #define GOOGLETEST_INCLUDE_GTEST_INTERNAL_CUSTOM_GTEST_PORT_H_
 
-// GoogleTest's place for what a system needs otherwise. On Windows it is thread-safe by Win32 means, but for this
-// one class, which it builds on std::mutex; the compiler's thread model has none.
+// GoogleTest's place for what a system needs otherwise. On Windows it is thread-safe by Win32 means, but for
+// this one class, which it builds on std::mutex; the compiler's thread model has none.
 #include <windows.h>
 
 #define GTEST_HAS_NOTIFICATION_ 1
