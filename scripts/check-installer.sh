@@ -40,7 +40,7 @@ failing_variant() {
 # The other packages are made of what is in the current one.
 make_packages() {
     step "Making the packages of the cases"
-    rm -rf "$work/current" "$work/previous" "$work/other" "$work/unpacked"
+    rm -rf "$work/current" "$work/previous" "$work/unpacked"
     mkdir -p "$work/current"/{x64,x86}
     msiextract -C "$work/unpacked" "$current" >/dev/null
     # The installer's own folders have no name there.
@@ -55,9 +55,6 @@ make_packages() {
         perl -0777 -pi -e 's/(\xbd\x04\xef\xfe\x00\x00\x01\x00)\x00\x00\x01\x00\x00\x00\x00\x00/$1\x09\x00\x00\x00\x00\x00\x00\x00/ or die "no version record in $ARGV\n"' "$file"
     done
     variant previous "$previous_version"
-    cp -r "$work/current" "$work/other"
-    say "Another build." >>"$work/other/NOTICES.txt"
-    variant other "$version"
     failing_variant failing 'NOT REMOVE'
     failing_variant failing_removal 'REMOVE'
 }
@@ -75,7 +72,7 @@ make_template() {
 current=$(ls "$release"/OrvaneVaultkeep-*-development.msi)
 version=$(sed -n 's/^CMAKE_PROJECT_VERSION:[A-Z]*=//p' "$ORV_ROOT/build/x64-release/CMakeCache.txt")
 previous_version=0.9.0
-export previous="$work/previous.msi" other="$work/other.msi"
+export previous="$work/previous.msi"
 export failing="$work/failing.msi" failing_removal="$work/failing_removal.msi"
 product=$(msiinfo export "$current" Property | tr -d '\r' | sed -n 's/^ProductCode\t{\(.*\)}$/\1/p')
 export product

@@ -1,6 +1,5 @@
 # The cases of scripts/check-installer.sh, each on a new machine. To be sourced. The packages are
-# $current, $previous (an older version), $other (the same version, made of other files), and two that fail near the
-# end, $failing and $failing_removal.
+# $current, $previous (an older version), and two that fail near the end, $failing and $failing_removal.
 # shellcheck shell=bash disable=SC2154  # set by scripts/check-installer.sh
 
 install_and_remove() {
