@@ -94,9 +94,7 @@ void OrvaneCtxMenu::learn_folder(const std::wstring& path) {
     folderPath = path;
     protectedFolder = service::get_folder_status(folderPath, restricted, exportsAvailable);
     showUnprotect = true;
-    // The call has just tried to open the port. Where the driver is absent, each further try is paid for by
-    // the click.
-    unprotectBlocked = (drvport::flags_if_open() & ORV_FLAG_UNPROTECT_BLOCKED) != 0;
+    unprotectBlocked = (drvport::flags() & ORV_FLAG_UNPROTECT_BLOCKED) != 0;
 }
 
 void OrvaneCtxMenu::learn_tracked_file(const std::wstring& path) {

@@ -42,10 +42,6 @@ std::uint32_t client::flags() noexcept {
     return port->connect() ? port->status().flags : 0;
 }
 
-std::uint32_t client::flags_if_open() const noexcept {
-    return port->is_open() ? port->status().flags : 0;
-}
-
 bool connect() noexcept {
     return process_client != nullptr && process_client->connect();
 }
@@ -67,10 +63,6 @@ std::uint32_t generation() noexcept {
 
 std::uint32_t flags() noexcept {
     return process_client != nullptr ? process_client->flags() : 0;
-}
-
-std::uint32_t flags_if_open() noexcept {
-    return process_client != nullptr ? process_client->flags_if_open() : 0;
 }
 
 }  // namespace ov::ipc::drvport

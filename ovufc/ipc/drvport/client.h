@@ -23,8 +23,6 @@ class client : private noncopyable {
     [[nodiscard]] std::uint32_t generation() noexcept;
     /// The flags word, or 0 when the driver is absent.
     [[nodiscard]] std::uint32_t flags() noexcept;
-    /// The same, without opening: for those whose call has just tried.
-    [[nodiscard]] std::uint32_t flags_if_open() const noexcept;
 
   private:
     std::uint32_t default_timeout_ms = details::default_timeout_ms;
@@ -41,6 +39,5 @@ extern std::unique_ptr<client> process_client;
 [[nodiscard]] std::uint32_t state() noexcept;
 [[nodiscard]] std::uint32_t generation() noexcept;
 [[nodiscard]] std::uint32_t flags() noexcept;
-[[nodiscard]] std::uint32_t flags_if_open() noexcept;
 
 }  // namespace ov::ipc::drvport

@@ -97,12 +97,8 @@ client_port::~client_port() {
     }
 }
 
-bool client_port::is_open() const noexcept {
-    return device.load(std::memory_order_acquire) != INVALID_HANDLE_VALUE;
-}
-
 bool client_port::connect() noexcept {
-    if (is_open()) {
+    if (device.load(std::memory_order_acquire) != INVALID_HANDLE_VALUE) {
         return true;
     }
     const win::critical_section_lock opening(lock);

@@ -29,9 +29,6 @@ class client_port : private noncopyable {
     /// read are there. A failure leaves the port closed and the next call tries again.
     [[nodiscard]] bool connect() noexcept;
 
-    /// True once `connect` has returned true. Opens nothing.
-    [[nodiscard]] bool is_open() const noexcept;
-
     /// The status block; only after `connect` has returned true.
     [[nodiscard]] const volatile orv_status_block& status() const noexcept;
 
