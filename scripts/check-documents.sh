@@ -39,6 +39,7 @@ run_elsewhere() {
     ./run.sh | './test.sh -R service') say "check-home.sh runs it, or another name" ;;
     ./test.sh | './test.sh --all'*) say "this is it" ;;
     scripts/check-*.sh) say "a step of ./test.sh --all" ;;
+    './bench.sh --check') say "its figures are for an idle machine; the single run is tried here" ;;
     'ORV_PRESET=x64-debug scripts/build.sh') say "takes long; built once a release" ;;
     scripts/release.sh*) say "check-installer.sh and check-reproducible.sh do" ;;
     'ORV_SIGNING_PKCS12='*) say "tests/scripts/release_signer.sh and tests/installer/signed_release.sh do, with signers of their own" ;;
