@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <stdexcept>
 
@@ -97,10 +98,11 @@ std::size_t handles() {
         throw std::runtime_error("the handles of this process cannot be listed");
     }
     const auto* const table = reinterpret_cast<const handle_table*>(answer.data());
-    return static_cast<std::size_t>(
-        std::count_if(&table->first, &table->first + table->count, [](const handle_entry& entry) {
-            return entry.process_id == static_cast<USHORT>(GetCurrentProcessId());
-        }));
+    const auto* const first =
+        reinterpret_cast<const handle_entry*>(answer.data() + offsetof(handle_table, first));
+    return static_cast<std::size_t>(std::count_if(first, first + table->count, [](const handle_entry& entry) {
+        return entry.process_id == static_cast<USHORT>(GetCurrentProcessId());
+    }));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <shlobj.h>
 
 #include <cstring>
+#include <cwchar>
 #include <random>
 #include <string>
 #include <vector>
@@ -45,7 +46,7 @@ class page_end : private ov::noncopyable {
         return static_cast<char*>(std::memcpy(base_ + room - size, bytes, size));
     }
 
-    static constexpr std::size_t room = 64 * 1024;
+    static constexpr std::size_t room = std::size_t{64} * 1024;
 
   private:
     static constexpr std::size_t page = 4096;
@@ -97,7 +98,7 @@ unsigned ask_about(orvNameSpace& folder, PCUITEMID_CHILD entry) {
     const HRESULT named = folder.GetDisplayNameOf(entry, SHGDN_FORPARSING, &text);
     right &= name.empty() ? FAILED(named) : SUCCEEDED(named);
     if (SUCCEEDED(named)) {
-        right &= std::wstring(text.pOleStr) == name.c_str();
+        right &= std::wcscmp(text.pOleStr, name.c_str()) == 0;
         CoTaskMemFree(text.pOleStr);
     }
     return right ? 0 : 1;

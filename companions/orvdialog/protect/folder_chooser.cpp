@@ -4,6 +4,7 @@
 #include <wrl/client.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 #include "ovufc/com/task_memory.h"
@@ -45,8 +46,8 @@ std::size_t stack_left_bytes() noexcept {
     // VirtualQuery, as what tells it directly came with Windows 8.
     MEMORY_BASIC_INFORMATION region{};
     VirtualQuery(&region, &region, sizeof region);
-    return static_cast<std::size_t>(reinterpret_cast<std::byte*>(&region) -
-                                    static_cast<std::byte*>(region.AllocationBase));
+    return reinterpret_cast<std::uintptr_t>(&region) -
+           reinterpret_cast<std::uintptr_t>(region.AllocationBase);
 }
 
 }  // namespace
