@@ -7,6 +7,7 @@
 #include <wrl/client.h>
 
 #include <cstring>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -80,7 +81,9 @@ void floor(const std::string& document) {
     for (const std::wstring& name : reader.names) {
         const std::size_t bytes = 2 * name.size() + 16;
         void* const entry = CoTaskMemAlloc(bytes);
-        require(entry != nullptr, "CoTaskMemAlloc");
+        if (entry == nullptr) {
+            throw std::bad_alloc();
+        }
         std::memset(entry, 0, 16);
         std::memcpy(static_cast<char*>(entry) + 10, name.c_str(), 2 * name.size() + 2);
         CoTaskMemFree(entry);
