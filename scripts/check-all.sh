@@ -17,7 +17,6 @@ steps=(
     'documents      20  scripts/check-documents.sh'
     'x86            15  scripts/check-x86.sh'
     'installer      15  scripts/check-installer.sh'
-    'ubsan          30  scripts/check-ubsan.sh'
     'arm64           5  scripts/check-arm64.sh'
     'reproducible   10  scripts/check-reproducible.sh'
     'lint           11  scripts/lint.sh --limit-s 300'
