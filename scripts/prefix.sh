@@ -85,7 +85,7 @@ make_prefix() {
     # The signs on title bars and scroll bars are letters of this font, which Debian's Wine does not find by itself.
     cp /usr/share/wine/fonts/marlett.ttf "$prefix/drive_c/windows/Fonts/" || die "the font of Wine's signs is missing"
     # Where a Windows font has no East Asian letters, it is linked to one that has: here to Debian's.
-    run_wine 60 reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontLink\SystemLink' /v Tahoma \
+    at_last run_wine 60 reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontLink\SystemLink' /v Tahoma \
         /t REG_MULTI_SZ /d 'NotoSansCJK-Regular.ttc,Noto Sans CJK JP' /f >/dev/null 2>&1 ||
         die "the prefix's fonts could not be set up"
     timeout 60 wineserver -w || true

@@ -84,6 +84,7 @@ ORV_SIGNING_TIMESTAMP_CA=$work/maker.ca.crt fails_with 'no valid time stamp' "$r
 ORV_SIGNING_TIMESTAMP_URL='' "$root/scripts/signing.sh" sign '' "$msi"
 fails_with 'no valid time stamp' "$root/scripts/signing.sh" check-release "$msi"
 kill "$service"
+# Its result is that of the signal above.
 wait "$service" 2>/dev/null || true
 fails_with 'osslsigncode failed' "$root/scripts/signing.sh" sign '' "$msi"
 echo "passed: a signed release"

@@ -20,6 +20,7 @@ fail() {
 sleep 3
 (
     sleep 1
+    # It stays until its time is over, which is a failure to timeout; below it is looked whether it was there.
     timeout 25 "$WINE" notepad >/dev/null 2>&1 </dev/null || true
 ) &
 other=$!
