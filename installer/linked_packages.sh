@@ -30,7 +30,7 @@ headers() {
 
 licence_of() {
     case $1 in
-    nlohmann-json3-dev) printf 'MIT' ;;
+    nlohmann-json3-dev | rapidjson-dev) printf 'MIT' ;;
     gcc-mingw-w64-* | g++-mingw-w64-*) printf 'GPL-3.0-or-later WITH GCC-exception-3.1' ;;
     mingw-w64-*) printf 'LicenseRef-mingw-w64-runtime' ;;
     *) die "'$1' is in what ships, and nobody has looked at its licence" ;;

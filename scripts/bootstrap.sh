@@ -14,7 +14,7 @@
 
 packages=(
     cmake ninja-build g++-mingw-w64-x86-64 g++-mingw-w64-i686 mingw-w64-tools
-    nlohmann-json3-dev googletest wine wine64 xvfb xauth xdotool imagemagick
+    nlohmann-json3-dev rapidjson-dev googletest wine wine64 xvfb xauth xdotool imagemagick
     osslsigncode openssl librsvg2-bin icoutils fonts-wine fonts-dejavu-core fonts-noto-cjk tzdata
 )
 

@@ -2,9 +2,6 @@
 
 #include <windows.h>
 
-#include <algorithm>
-#include <iterator>
-
 #include "companions/orvdialog/versions/chronel_list_reader.h"
 #include "ovufc/json.h"
 #include "ovufc/win/utf8.h"
@@ -12,35 +9,6 @@
 namespace ov::dialog {
 
 namespace {
-
-/// A text's characters, counted as the parser takes them.
-class counting_iterator {
-  public:
-    using iterator_category = std::input_iterator_tag;
-    using value_type = char;
-    using difference_type = std::ptrdiff_t;
-    using pointer = const char*;
-    using reference = const char&;
-
-    counting_iterator(const char* at, std::size_t& count) : at_(at), count_(&count) {}
-    const char& operator*() const noexcept { return *at_; }
-    counting_iterator& operator++() noexcept {
-        ++at_;
-        ++*count_;
-        return *this;
-    }
-    counting_iterator operator++(int) noexcept {
-        counting_iterator former = *this;
-        ++*this;
-        return former;
-    }
-    bool operator==(const counting_iterator& other) const noexcept { return at_ == other.at_; }
-    bool operator!=(const counting_iterator& other) const noexcept { return at_ != other.at_; }
-
-  private:
-    const char* at_;
-    std::size_t* count_;
-};
 
 std::wstring to_wide(std::string_view text) {
     return win::from_utf8(text).value_or(std::wstring());
@@ -59,12 +27,7 @@ std::wstring in_words(const json& record, const char* name) {
 std::optional<chronel_list> chronel_list::read(std::string_view text) {
     chronel_list list;
     list.text_ = text;
-    std::size_t reached = 0;
-    chronel_list_reader reader(list, reached);
-    const char* const begin = text.data();
-    const bool is_json = json::sax_parse(counting_iterator(begin, reached),
-                                         counting_iterator(begin + text.size(), reached), &reader);
-    if (!is_json || !reader.has_array()) {
+    if (!chronel_list_reader(list).read(text)) {
         return std::nullopt;
     }
     return list;

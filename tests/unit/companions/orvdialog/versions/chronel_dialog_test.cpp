@@ -271,9 +271,26 @@ std::string many_versions(int count) {
     return list;
 }
 
-// Nearly all of it goes into reading the text. The limit leaves room for a machine that builds meanwhile.
+/// What a thread has used of a processor until now; unlike the time on the wall it does not grow with the
+/// load.
+ULONGLONG processor_ms(DWORD thread_id) {
+    const win::unique_kernel_handle thread(OpenThread(THREAD_QUERY_INFORMATION, FALSE, thread_id));
+    FILETIME made{};
+    FILETIME ended{};
+    FILETIME in_system{};
+    FILETIME in_program{};
+    EXPECT_TRUE(GetThreadTimes(thread.get(), &made, &ended, &in_system, &in_program));
+    const auto ticks = [](const FILETIME& time) {
+        return (static_cast<ULONGLONG>(time.dwHighDateTime) << 32U) | time.dwLowDateTime;
+    };
+    constexpr ULONGLONG ticks_a_ms = 10'000;
+    return (ticks(in_system) + ticks(in_program)) / ticks_a_ms;
+}
+
+// The aim is a tenth of a second; the limit is for the processor's time alone, on a machine that builds
+// meanwhile.
 TEST_F(ChronelDialog, hundred_thousand_versions_are_shown_without_a_wait) {
-    constexpr ULONGLONG limit_ms = 10'000;
+    constexpr ULONGLONG limit_ms = 250;
     const std::string list = many_versions(100'000);
     const HWND first = open(two_versions);  // what the system loads for itself, once
     shown_dialog::press(first, IDCANCEL);
@@ -281,8 +298,10 @@ TEST_F(ChronelDialog, hundred_thousand_versions_are_shown_without_a_wait) {
     const ULONGLONG start_ms = GetTickCount64();
     const HWND window = open(list);
     const ULONGLONG taken_ms = GetTickCount64() - start_ms;
-    std::printf("shown after %llu ms, %zu bytes read\n", taken_ms, list.size());
-    EXPECT_LT(taken_ms, limit_ms);
+    const ULONGLONG used_ms = processor_ms(shown->thread_id());
+    std::printf("shown after %llu ms, %llu of them the processor's, %zu bytes read\n", taken_ms, used_ms,
+                list.size());
+    EXPECT_LT(used_ms, limit_ms);
     shown_dialog::press(window, IDCANCEL);
     EXPECT_EQ(shown->result(), 0U);
 }

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 
 namespace ov::dialog {
 namespace {
@@ -111,6 +112,13 @@ INSTANTIATE_TEST_SUITE_P(texts, ChronelListRefusal,
                          testing::Values("", " ", "nonsense", "[", "[{]", "5", "null", "\"chronels\"", "{}",
                                          R"({"chronels":5})", R"({"chronels":{"a":[]}})", R"({"other":[]})",
                                          "[] trailing", "[\"\xff\"]", R"(["\ud800"])", "[1,]"));
+
+TEST(ChronelList, nul_ends_no_list) {
+    EXPECT_FALSE(chronel_list::read(std::string_view("[]\0", 3)));
+    EXPECT_FALSE(chronel_list::read(std::string_view("[]\0 more", 8)));
+    EXPECT_FALSE(chronel_list::read(std::string_view("[\"a\0b\"]", 7)));
+    EXPECT_TRUE(chronel_list::read(R"(["a\u0000b"])"));
+}
 
 TEST(ChronelList, nesting_beyond_the_limit_is_refused_without_harm) {
     const auto nested = [](std::size_t levels) {

@@ -1,4 +1,6 @@
 // Both dialogs by the keyboard alone: real key presses, which go where the system sends them.
+#include <windows.h>
+
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
