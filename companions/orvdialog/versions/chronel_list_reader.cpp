@@ -12,8 +12,6 @@ namespace {
 /// The parser's own allocator does not look at what it gets.
 class throwing_allocator {
   public:
-    static constexpr bool kNeedFree = true;
-
     static void* Malloc(std::size_t size_bytes) { return Realloc(nullptr, 0, size_bytes); }
     static void* Realloc(void* block, std::size_t, std::size_t size_bytes) {
         if (size_bytes == 0) {
