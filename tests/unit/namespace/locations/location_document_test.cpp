@@ -158,6 +158,12 @@ TEST(LocationDocument, later_hard_drive_without_folders_forgets_the_earlier) {
     EXPECT_EQ(all_folders, mask_of(R"({"hardDrive":{"folders":[]},"hardDrive":4})"));
 }
 
+TEST(LocationDocument, folders_of_an_object_after_the_hard_drive_are_not_its_own) {
+    const auto document = read_location_document(
+        R"({"hardDrive":{"folders":["C:\\mine"]},"x":{"folders":["C:\\not mine"]},"y":["folders"]})");
+    EXPECT_EQ(document.local().names, names{L"C:\\mine"});
+}
+
 TEST(LocationDocument, malformed_text_gives_all_user_folders_and_no_items) {
     const std::string whole = document_with_folders(R"(["C:\\Users\\[^\\\\]*\\Music\\","D:\\x"])");
     for (std::size_t size = 0; size < whole.size(); ++size) {
