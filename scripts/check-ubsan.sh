@@ -10,5 +10,5 @@
 export ORV_PRESET=x64-clang-ubsan
 
 chosen=("$@")
-[ $# -gt 0 ] || chosen=(-LE '^long$' -E '^(image|arrows|script)_')
+[ $# -gt 0 ] || chosen=(-LE '^(long|soak)$' -E '^(image|arrows|script)_')
 exec "$ORV_ROOT/test.sh" "${chosen[@]}"
