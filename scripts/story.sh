@@ -100,6 +100,8 @@ close_window() {
 }
 
 protect() {
+    # Protected already only where an earlier story was broken off.
+    service unprotect "$windows_folder" >/dev/null 2>&1 || true
     step "A right-click on a folder that is not protected: the one item is greyed"
     menu_shows "Not protected"
     step "Protecting it as the product's console does"
@@ -196,6 +198,16 @@ explorer() {
     wait "$showing"
 }
 
+# However it ends: a service that is left running keeps the driver from whoever comes next.
+clean_up() {
+    local result=$?
+    trap - EXIT
+    step "Taking the product out again"
+    "$ORV_ROOT/scripts/install.sh" remove || result=1
+    exit "$result"
+}
+
+[ "$keep" = yes ] || trap clean_up EXIT
 set_up
 make_folder
 protect
@@ -204,7 +216,3 @@ restore
 versions
 explorer
 unprotect
-if [ "$keep" = no ]; then
-    step "Taking the product out again"
-    "$ORV_ROOT/scripts/install.sh" remove
-fi
