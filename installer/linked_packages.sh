@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Prints the Debian packages whose code is in the shipped libraries of both presets, "PACKAGE VERSION LICENCE" a line:
-# what the linker took out of archives, as its maps say, and the headers that the compiler read.
+# the objects of others that the linker took, from archives and by themselves, as its maps say, and the headers that the
+# compiler read.
 #
 #   installer/linked_packages.sh
 . "$(dirname "$0")/../scripts/lib.sh"
@@ -10,11 +11,12 @@ cd "$ORV_ROOT/build"
 shipped='orvshellext|orvres|orvdialog|orvsetup'
 rooms='ovufc|module|service|shell|namespace|companions/orvdialog|installer'
 
-archives() {
+objects() {
     local map
     for map in x64-release/bin/*.map x86-release/bin/*.map; do
         [[ $map =~ /($shipped)\.map$ ]] || continue
-        sed -n '/^Archive member/,/^$/s/^\(\/[^(]*\)(.*/\1/p' "$map"
+        # "ARCHIVE(MEMBER)" at the beginning of a line is a member that was taken; an archive that is loaded may give none.
+        sed -nE 's/^(\/[^(]*)\(.*/\1/p; s/^LOAD (\/.*\.o)$/\1/p' "$map"
     done
 }
 
@@ -37,7 +39,7 @@ licence_of() {
     esac
 }
 
-files=$({ archives && headers; } | grep '^/usr/' | sort -u | xargs realpath | sort -u)
+files=$({ objects && headers; } | grep '^/usr/' | sort -u | xargs realpath | sort -u)
 [ -n "$files" ] || die "nothing has been built"
 # A file that no package owns is no file of the system: dpkg ends with a failure, and so does this.
 packages=$(xargs dpkg -S <<<"$files" | cut -d: -f1 | sort -u)

@@ -80,6 +80,7 @@ export product
 build_users
 make_packages
 
+"$cases/bill.sh" "$release"/*.spdx.json "$work/current"
 # Programs of both widths run here, which the presets with 32-bit libraries alone can.
 export ORV_PRESET=x86-release ORV_PREFIX="$work/prefix"
 failures=0
