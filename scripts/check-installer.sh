@@ -49,10 +49,10 @@ make_packages() {
     cp "$work/unpacked"/*.dll "$work/current/x86/"
     msiinfo extract "$current" Binary.orvsetup >"$work/current/orvsetup.dll"
     cp -r "$work/current" "$work/previous"
-    # In place of building anew: the numbers behind the mark of the version record, 1.0.0.0, become 0.9.0.0.
+    # In place of building anew: the numbers behind the mark of the version record become 0.9.0.0.
     local file
     for file in "$work"/previous/*/*.dll; do
-        perl -0777 -pi -e 's/(\xbd\x04\xef\xfe\x00\x00\x01\x00)\x00\x00\x01\x00\x00\x00\x00\x00/$1\x09\x00\x00\x00\x00\x00\x00\x00/ or die "no version record in $ARGV\n"' "$file"
+        perl -0777 -pi -e 's/(\xbd\x04\xef\xfe\x00\x00\x01\x00).{8}/$1\x09\x00\x00\x00\x00\x00\x00\x00/s or die "no version record in $ARGV\n"' "$file"
     done
     variant previous "$previous_version"
     failing_variant failing 'NOT REMOVE'
@@ -70,7 +70,7 @@ make_template() {
 "$ORV_ROOT/scripts/release.sh" --development
 # What the cases know.
 current=$(ls "$release"/OrvaneVaultkeep-*-development.msi)
-version=$(sed -n 's/^CMAKE_PROJECT_VERSION:[A-Z]*=//p' "$ORV_ROOT/build/x64-release/CMakeCache.txt")
+version=$(version_of_tree)
 previous_version=0.9.0
 export previous="$work/previous.msi"
 export failing="$work/failing.msi" failing_removal="$work/failing_removal.msi"

@@ -49,6 +49,12 @@ expect_preset() {
 answer_help "$@"
 expect_preset
 
+# The version of these sources: MAJOR.MINOR.PATCH.
+version_of_tree() {
+    awk '/define ORV_VERSION_(MAJOR|MINOR|PATCH) / { text = text point $3; point = "." } END { print text }' \
+        "$ORV_ROOT/res/version.h"
+}
+
 # The prefix of the preset in use; ORV_PREFIX names another.
 prefix_dir() { printf '%s' "${ORV_PREFIX:-$ORV_ROOT/build/$ORV_PRESET/prefix}"; }
 

@@ -8,7 +8,7 @@
 #   --unsigned      signs nothing: what two machines build from one commit is then the same byte for byte
 #   --no-kit        leaves out the kit for trying the release on a Windows machine, which needs all test programs
 #
-# The version is that of CMakeLists.txt, the time that of the commit, or SOURCE_DATE_EPOCH. docs/releasing.md says what is what.
+# The version is that of res/version.h, the time that of the commit, or SOURCE_DATE_EPOCH. docs/releasing.md says what is what.
 . "$(dirname "$0")/lib.sh"
 
 kind=signed

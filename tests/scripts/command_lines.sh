@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # What every command of this project does with words that it does not know: it names the word on standard error and
-# ends with 2, and answers --help wherever that stands with 0.
+# ends with 2, and answers --help wherever that stands with 0; programs know their version too.
 #
 #   command_lines.sh scripts ROOT          the scripts
 #   command_lines.sh programs ROOT BIN     the programs in BIN, under Wine
@@ -72,6 +72,9 @@ programs() {
         helps "$WINE" "$bin/$program.exe" --help
         helps "$WINE" "$bin/$program.exe" --no-such-option word -h
         refuses --no-such-option "$WINE" "$bin/$program.exe" --no-such-option
+        run "$WINE" "$bin/$program.exe" --version
+        [ "$code" = 0 ] || fail "'$program --version' ends with $code, not 0"
+        [ "$(tr -d '\r' <"$work/out")" = "$program $(version_of_tree)" ] || fail "'$program --version' says $(cat "$work/out")"
     done
     helps "$WINE" "$bin/orvsvc.exe" protect --help
     helps "$WINE" "$bin/shellhost.exe" menu --help

@@ -7,6 +7,7 @@
 #include <memory>
 #include <utility>
 
+#include "res/version.h"
 #include "tools/command_line/console.h"
 
 namespace ov::command_line {
@@ -30,6 +31,10 @@ int run_program(const std::wstring& name, const std::wstring& help, std::vector<
                 const std::function<int(arguments&)>& body) {
     if (std::any_of(words.begin(), words.end(), is_help)) {
         print_line(help);
+        return 0;
+    }
+    if (std::find(words.begin(), words.end(), L"--version") != words.end()) {
+        print_line(name + L" " + TEXT(ORV_VERSION_SHORT_TEXT));
         return 0;
     }
     try {

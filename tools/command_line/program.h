@@ -15,7 +15,8 @@ inline constexpr int exit_usage = 2;
 [[nodiscard]] std::vector<std::wstring> words_of_process();
 
 /// Runs a program and gives its exit code: with --help or -h anywhere among the words `help` is printed and 0
-/// returned; a usage_error out of `body` becomes a line on standard error and exit_usage.
+/// returned, with --version the name and the product's version; a usage_error out of `body` becomes a line on
+/// standard error and exit_usage.
 [[nodiscard]] int run_program(const std::wstring& name, const std::wstring& help,
                               std::vector<std::wstring> words, const std::function<int(arguments&)>& body);
 

@@ -19,6 +19,11 @@ TEST(Program, help_is_given_wherever_it_stands) {
     }
 }
 
+TEST(Program, version_is_given_wherever_it_stands) {
+    EXPECT_EQ(run_program(L"p", L"help", {L"--version"}, never_run), 0);
+    EXPECT_EQ(run_program(L"p", L"help", {L"menu", L"--version", L"x"}, never_run), 0);
+}
+
 TEST(Program, wrong_words_end_with_two) {
     EXPECT_EQ(run_program(L"p", L"help", {L"--nonsense"},
                           [](arguments& words) -> int {
