@@ -42,13 +42,15 @@ else()
     endif()
 endif()
 
-# Debug information for what the calling folder and those below it compile. It ends up beside what ships, not in it, and
-# names no folder of the machine that built it.
-macro(orv_with_symbols)
+# For what ships: the calling folder and those below it are compiled with a guard between variables and return address
+# (ovufc/runtime/stack_guard.h; Visual C++ does it unasked), and with debug information, which ends up beside what ships,
+# not in it, and names no folder of the machine that built it.
+macro(orv_shipped)
     if(NOT MSVC)
         add_compile_options("$<$<AND:$<CONFIG:Release>,$<COMPILE_LANGUAGE:C,CXX>>:-g;-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.>")
     endif()
 endmacro()
+        add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-fstack-protector-strong>)
 
 # orv_keep_symbols(TARGET): what is linked without its symbols still has them in files of its own: bin/NAME.debug for
 # gdb, and bin/NAME.pdb, which Windows' debuggers read (names of functions; this linker knows no more).

@@ -63,14 +63,13 @@ collect() {
     done
 }
 
-version_of_tree() { sed -n 's/^CMAKE_PROJECT_VERSION:[A-Z]*=//p' "$ORV_ROOT/build/x64-release/CMakeCache.txt"; }
-
-check_version() {
-    local file found
+# The files as they ship; that they are guarded, the tests of the build say, which has the symbols at hand.
+check_images() {
+    local file check
     for file in "$@"; do
-        found=$(wrestool -x -t 16 --raw "$file" | iconv -f UTF-16LE -t UTF-8 -c 2>/dev/null | tr '\0' '\n' |
-            grep -A 2 'FileVersion$' | grep -oE '[0-9]+(\.[0-9]+){3}' || true)
-        [ "$found" = "$version.0" ] || die "$file says that it is '$found', not $version.0"
+        for check in imports hardening version; do
+            "$ORV_ROOT/tests/image/check_image.sh" "$check" "$file" >/dev/null
+        done
     done
 }
 
@@ -103,7 +102,7 @@ collect x64-release x64 "${libraries[@]}" orvsetup
 mv "$files/x64/orvsetup.dll" "$files/"
 collect x86-release x86 "${libraries[@]}"
 mapfile -t images < <(find "$files" -name '*.dll' | sort)
-check_version "${images[@]}"
+check_images "${images[@]}"
 "$ORV_ROOT/installer/linked_packages.sh" >"$release/linked"
 "$ORV_ROOT/installer/make_notices.sh" "$release/linked" >"$files/NOTICES.txt"
 cp "$files/NOTICES.txt" "$release/"

@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include "ovufc/runtime/semaphores.h"
+#include "ovufc/runtime/stack_guard.h"
 
 // Where the system enters a DLL of ours, before the C++ runtime, and what that runtime would do too much.
 
@@ -21,6 +22,9 @@ extern "C" BOOL WINAPI DllMainCRTStartup(HINSTANCE instance, DWORD reason, LPVOI
 /// held, and libraries that we use may be gone. The system takes back what the process had. FreeLibrary takes
 /// the usual way.
 extern "C" BOOL WINAPI orv_dll_entry(HINSTANCE instance, DWORD reason, LPVOID reserved) {
+    if (reason == DLL_PROCESS_ATTACH) {
+        ov::runtime::draw_stack_guard();
+    }
     if (reason != DLL_PROCESS_DETACH) {
         return DllMainCRTStartup(instance, reason, reserved);
     }

@@ -1,11 +1,13 @@
 #!/usr/bin/env bash
-# Checks one property of a built module, 64-bit or 32-bit, from outside.
+# Checks one property of a library that ships, 64-bit or 32-bit, from outside.
 #
-#   check_module.sh exports|entry_points|imports|hardening|resources|version|size DLL
-set -euo pipefail
+#   check_image.sh imports|hardening|stack_guard|version DLL               of every one
+#   check_image.sh exports|entry_points|resources|size orvshellext.dll     of the module alone
+. "$(dirname "$0")/../../scripts/lib.sh"
 
 check=${1:?name a check}
 dll=${2:?name the DLL}
+name=$(basename "$dll" .dll)
 [ -f "$dll" ] || { echo "no such file: $dll" >&2 && exit 1; }
 objdump=x86_64-w64-mingw32-objdump  # reads 32-bit images too
 
@@ -63,14 +65,25 @@ entry_points() {
     done <"$work/entry_points"
 }
 
+# The texts are data: nothing in them runs.
+is_data() { headers_hold '^AddressOfEntryPoint[[:space:]]+0+$'; }
+
 # Only libraries that every Windows from 7 on has; no compiler runtime, nothing to install beside us.
 imports() {
-    local allowed='^(advapi32|crypt32|gdi32|kernel32|msvcrt|ole32|oleaut32|shell32|shlwapi|user32|version|wintrust)\.dll$'
+    local allowed='advapi32|crypt32|gdi32|kernel32|msvcrt|ole32|oleaut32|shell32|shlwapi|user32|version|wintrust'
     local found
     found=$(headers | sed -n 's/.*DLL Name: //p' | tr '[:upper:]' '[:lower:]' | sort -u)
+    case $name in
+    orvres)
+        [ -z "$found" ] || fail "data that imports: $found"
+        return
+        ;;
+    orvdialog) allowed+='|comctl32|uxtheme' ;;
+    orvsetup) allowed='advapi32|kernel32|msi|msvcrt|ole32|shell32' ;;
+    esac
     [ -n "$found" ] || fail "no import table"
     local other
-    other=$(grep -vE "$allowed" <<<"$found" || true)
+    other=$(grep -vE "^($allowed)\.dll\$" <<<"$found" || true)
     [ -z "$other" ] || fail "imports outside the allow-list: $other"
     # Every system function stands in the import table, but for the dialog library's two ordinals.
     headers_hold 'Entry d 0+ 0+ Delay' || fail "delay-loaded imports"
@@ -84,10 +97,26 @@ hardening() {
     for flag in $wanted; do
         grep -q "$flag" <<<"$flags" || fail "$flag is not set"
     done
-    # With a TLS directory the system would call into the module at each start and end of a host's thread.
+    # With a TLS directory the system would call into the library at each start and end of a host's thread.
     headers_hold 'Entry 9 0+ 0+ Thread Storage' || fail "a TLS directory"
+    "$objdump" -h "$dll" | paste -sd ' ' | sed -E 's/ +([0-9]+) (\.[^ ]+)/\n\2/g' >"$work/sections"
+    ! grep -E '^\.[^ ]+ .*CODE' "$work/sections" | grep -v READONLY || fail "a section can be written and run"
+    ! is_data || return 0
     # Relocations make the address-space flags true.
     headers_hold 'Entry 5 0*[1-9a-f][0-9a-f]* ' || fail "no relocations"
+}
+
+# Functions whose variables could be written past their end look at the guard before they return. What ships has no
+# symbols; they are beside it.
+stack_guard() {
+    ! is_data || return 0
+    local symbols=$dll failing calls
+    [ ! -f "$dll.debug" ] || symbols=$dll.debug
+    failing=$("${objdump%objdump}nm" "$symbols" | sed -n 's/^0*\([0-9a-f]*\) T _*__stack_chk_fail$/\1/p')
+    [ -n "$failing" ] || fail "there is no guard"
+    calls=$("$objdump" -d "$dll" | grep -cE "call +(0x)?0*$failing\\b" || true)
+    echo "$calls functions are guarded"
+    [ "$calls" -ge 20 ] || fail "$calls functions are guarded"
 }
 
 resources() {
@@ -106,10 +135,15 @@ resources() {
 }
 
 version() {
-    local text
+    local text wanted
+    wanted=$(version_of_tree).0
     text=$(wrestool -x -t 16 --raw "$dll" | iconv -f UTF-16LE -t UTF-8 -c 2>/dev/null | tr '\0' '\n')
-    grep -q 'Orvane Vaultkeep Shell Extension' <<<"$text" || fail "no file description"
-    grep -q '1.0.0.0' <<<"$text" || fail "no version"
+    grep -qx 'Orvane Vaultkeep' <<<"$text" || fail "no name of the product"
+    same_lines "$wanted $wanted" "$(grep -A 2 -E '(File|Product)Version$' <<<"$text" | grep -E '^[0-9.]+$' | xargs)"
+    # The same as numbers, which is what an installer compares.
+    wrestool -x -t 16 --raw "$dll" | perl -0777 -ne '
+        @n = unpack("v4", $1) and print "$n[1].$n[0].$n[3].$n[2]" if /\xbd\x04\xef\xfe.{4}(.{8})/s' >"$work/numbers"
+    same_lines "$wanted" "$(cat "$work/numbers")"
 }
 
 # It is loaded into every process with a file dialog. What there is today, and room for some hundred lines more:
@@ -123,6 +157,6 @@ size() {
 }
 
 case $check in
-exports | entry_points | imports | hardening | resources | version | size) "$check" && echo "passed: $check" ;;
+exports | entry_points | imports | hardening | stack_guard | resources | version | size) "$check" && echo "passed: $check" ;;
 *) fail "unknown check" ;;
 esac
