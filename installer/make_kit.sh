@@ -31,10 +31,13 @@ done
 # The tests look for the libraries beside themselves.
 cp "$release/files/x64"/*.dll "$kit/tests/"
 cp "$release/$2.msi" "$kit/"
-cp "$here/check.cmd" "$kit/"
-# Windows' own tools want lines that end as there.
-for list in tests.txt left_out.txt; do
-    sed 's/$/\r/' "$here/$list" >"$kit/$list"
+# The same files at another time: another package of the same product, which Windows refuses beside the first.
+mkdir "$kit/another build"
+SOURCE_DATE_EPOCH=$((SOURCE_DATE_EPOCH + 2)) "$ORV_ROOT/installer/make_msi.sh" "$release/files" "$(version_of_tree)" \
+    "$kit/another build/$2.msi"
+# Windows' command processor loses its place in lines that end otherwise.
+for text in check.cmd tests.txt left_out.txt; do
+    sed 's/$/\r/' "$here/$text" >"$kit/$text"
 done
 find "$work" -exec touch -d "@$SOURCE_DATE_EPOCH" {} +
 (cd "$work" && find "$name" -type f | sort | TZ=UTC zip -q -X -9 -@ "$release/$name.zip")

@@ -40,7 +40,7 @@ failing_variant() {
 # The other packages are made of what is in the current one.
 make_packages() {
     step "Making the packages of the cases"
-    rm -rf "$work/current" "$work/previous" "$work/unpacked"
+    rm -rf "$work/current" "$work/previous" "$work/another" "$work/unpacked"
     mkdir -p "$work/current"/{x64,x86}
     msiextract -C "$work/unpacked" "$current" >/dev/null
     # The installer's own folders have no name there.
@@ -55,6 +55,9 @@ make_packages() {
         perl -0777 -pi -e 's/(\xbd\x04\xef\xfe\x00\x00\x01\x00).{8}/$1\x09\x00\x00\x00\x00\x00\x00\x00/s or die "no version record in $ARGV\n"' "$file"
     done
     variant previous "$previous_version"
+    cp -r "$work/current" "$work/another"
+    echo "Another build." >>"$work/another/NOTICES.txt"
+    variant another "$version"
     failing_variant failing 'NOT REMOVE'
     failing_variant failing_removal 'REMOVE'
 }
@@ -72,15 +75,13 @@ make_template() {
 current=$(ls "$release"/OrvaneVaultkeep-*-development.msi)
 version=$(version_of_tree)
 previous_version=0.9.0
-export previous="$work/previous.msi"
+export previous="$work/previous.msi" another="$work/another.msi"
 export failing="$work/failing.msi" failing_removal="$work/failing_removal.msi"
-product=$(msiinfo export "$current" Property | tr -d '\r' | sed -n 's/^ProductCode\t{\(.*\)}$/\1/p')
-export product
 "$cases/tables.sh" "$current"
 build_users
 make_packages
-
 "$cases/bill.sh" "$release"/*.spdx.json "$work/current"
+
 # Programs of both widths run here, which the presets with 32-bit libraries alone can.
 export ORV_PRESET=x86-release ORV_PREFIX="$work/prefix"
 failures=0
@@ -88,6 +89,8 @@ failures=0
 . "$cases/machine.sh"
 # shellcheck source=../tests/installer/cases.sh
 . "$cases/cases.sh"
+product=$(product_of "$current")
+export product
 trap old_machine EXIT
 make_template
 [ $# -gt 0 ] || set -- "${all_cases[@]}"

@@ -3,30 +3,45 @@ rem Tries this release on this machine: double-click it, or as an administrator 
 rem Prints a line for each test and writes report.txt beside itself; the output of the tests is in the folder "logs".
 rem Nothing is needed, and nothing is touched that was there before: where the product is installed already, what would
 rem change it is skipped. Ends with the number of failures.
-setlocal enabledelayedexpansion
+setlocal
 cd /d "%~dp0"
+if not exist tests.txt (
+    echo Unpack the whole folder to a drive of this machine first.
+    exit /b 1
+)
 set failures=0
 set passed=0
 set skipped=0
 if not exist logs mkdir logs
 > report.txt echo Orvane Vaultkeep, check of a release
+if not exist report.txt (
+    echo Nothing can be written to this folder.
+    exit /b 1
+)
 for /f "delims=" %%v in ('ver') do call :tell Windows: %%v
 call :tell Processor: %PROCESSOR_ARCHITECTURE%
 
-set key=HKCR\CLSID\{3C41A7E2-6B0D-4F93-9E25-7A1D0C6B2E48}
+rem Only an administrator can make a key there; nobody has one of this name.
 set administrator=no
-reg add HKLM\SOFTWARE\OrvaneVaultkeepCheck /f >nul 2>&1
+set probe=HKLM\SOFTWARE\OrvaneVaultkeepCheck%random%
+reg add %probe% /f >nul 2>&1
 if not errorlevel 1 set administrator=yes
-if %administrator%==yes reg delete HKLM\SOFTWARE\OrvaneVaultkeepCheck /f >nul 2>&1
+if %administrator%==yes reg delete %probe% /f >nul 2>&1
 call :tell Administrator: %administrator%
+set key=HKCR\CLSID\{3C41A7E2-6B0D-4F93-9E25-7A1D0C6B2E48}
+set folder=%ProgramW6432%\Orvane\Vaultkeep
 set installed=no
 reg query "%key%" >nul 2>&1
 if not errorlevel 1 set installed=yes
+if exist "%folder%\orvshellext.dll" set installed=yes
 call :tell Product installed before: %installed%
 set driver=absent
 sc query orvdrv >nul 2>&1
 if not errorlevel 1 set driver=there
 call :tell Driver: %driver%
+set wine=no
+if exist "%SystemRoot%\System32\winecfg.exe" set wine=yes
+call :tell Wine: %wine%
 call :tell .
 
 for /f "tokens=1,* delims= " %%a in (tests.txt) do call :test %%a
@@ -36,8 +51,8 @@ call :run menu_without_registration bin\shellhost.exe menu "%SystemRoot%" --modu
 set reason=
 if %administrator%==no set reason=not run as an administrator
 if %installed%==yes set reason=the product is installed already
-for %%t in (module_registration_tests install menu_by_registry folder_by_registry program_64 program_32 install_again remove nothing_left) do (
-    if defined reason call :skip %%t "!reason!"
+for %%t in (module_registration_tests install menu_by_registry folder_by_registry program_64 program_32 install_again another_build remove nothing_left) do (
+    if defined reason call :skip %%t "%reason%"
 )
 if not defined reason call :package
 
@@ -49,23 +64,28 @@ exit /b %failures%
 :package
 call :test module_registration_tests
 for %%m in (*.msi) do set package=%%m
-call :installer install /i
+call :installer install 0 /i "%package%"
 call :run menu_by_registry bin\shellhost.exe menu "%SystemRoot%"
 call :run folder_by_registry bin\shellhost.exe list
 call :run program_64 bin\module_user.exe
 call :run program_32 bin\module_user_32.exe
-call :installer install_again /i
-call :installer remove /x
+call :installer install_again 0 /i "%package%"
+if %wine%==yes (
+    call :skip another_build "Wine installs another build of a version over the first"
+) else (
+    call :installer another_build 1638 /i "another build\%package%"
+)
+call :installer remove 0 /x "%package%"
 set found=0
 reg query "%key%" >nul 2>&1
 if not errorlevel 1 set found=1
-if exist "%ProgramFiles%\Orvane\Vaultkeep\orvshellext.dll" set found=1
+if exist "%folder%\orvshellext.dll" set found=1
+if exist "%SystemRoot%\SysWOW64\orvshellext.dll" set found=1
 call :judge nothing_left %found%
 exit /b
 
 :test
 call :run %1 tests\%1.exe
-for /f "delims=" %%s in ('findstr /b /c:"[  SKIPPED ]" logs\%1.txt') do call :tell         %%s
 exit /b
 
 rem run NAME PROGRAM WORD...
@@ -74,24 +94,28 @@ rem run NAME PROGRAM WORD...
 call :judge %1 %errorlevel%
 exit /b
 
-rem installer NAME WORD: 3010 asks for a restart, which is no failure.
+rem installer NAME CODE WORD PACKAGE: the installer ends with CODE; with 3010 in place of 0 it asks for a restart.
 :installer
-start /wait msiexec.exe %2 "%~dp0%package%" /qn /l*v "%~dp0logs\%1.txt"
+start /wait msiexec.exe %3 "%~dp0%~4" /qn /l*v "%~dp0logs\%1.txt"
 set code=%errorlevel%
-if %code%==3010 (
+if %2.%code%==0.3010 (
     call :tell         restart wanted: a program uses the module
     set code=0
 )
-call :judge %1 %code%
+if %code%==%2 (
+    call :judge %1 0
+) else (
+    call :judge %1 "%code% in place of %2"
+)
 exit /b
 
 :judge
-if "%2"=="0" (
+if "%~2"=="0" (
     set /a passed+=1
     call :tell passed  %1
 ) else (
     set /a failures+=1
-    call :tell FAILED  %1, code %2, see logs\%1.txt
+    call :tell FAILED  %1, code %~2, see logs\%1.txt
 )
 exit /b
 

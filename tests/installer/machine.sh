@@ -73,6 +73,9 @@ expect_msi() {
     fi
 }
 
+product_of() { msiinfo export "$1" Property | tr -d '\r' | sed -n 's/^ProductCode\t{\(.*\)}$/\1/p'; }
+package_of() { msiinfo suminfo "$1" | sed -n 's/^Revision number.*: //p'; }
+
 log_holds() { grep -qF "$1" "$work/log.txt" || fail "the log does not say '$1'"; }
 
 # Every key and value of the registry, one a line, without the times.
