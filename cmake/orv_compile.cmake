@@ -11,9 +11,12 @@ target_compile_definitions(
 add_library(orv_image INTERFACE)
 
 if(MSVC)
-    target_compile_options(orv_compile INTERFACE /W4 /WX /utf-8 /permissive-)
+    # What it warns of nobody has seen yet, so warnings are none of its errors. The runtime is linked in, as with the other
+    # compilers.
+    target_compile_options(orv_compile INTERFACE /W4 /utf-8 /permissive- /bigobj)
     set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
-    target_link_options(orv_image INTERFACE /DYNAMICBASE /NXCOMPAT /HIGHENTROPYVA)
+    # Those that want a manifest have it among their resources.
+    target_link_options(orv_image INTERFACE /DYNAMICBASE /NXCOMPAT /HIGHENTROPYVA /MANIFEST:NO)
 else()
     # The module is loaded into every process with a file dialog: its size counts for more than the last cycle.
     set(CMAKE_C_FLAGS_RELEASE "-O2 -DNDEBUG")
@@ -47,10 +50,10 @@ endif()
 # not in it, and names no folder of the machine that built it.
 macro(orv_shipped)
     if(NOT MSVC)
+        add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-fstack-protector-strong>)
         add_compile_options("$<$<AND:$<CONFIG:Release>,$<COMPILE_LANGUAGE:C,CXX>>:-g;-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.>")
     endif()
 endmacro()
-        add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-fstack-protector-strong>)
 
 # orv_keep_symbols(TARGET): what is linked without its symbols still has them in files of its own: bin/NAME.debug for
 # gdb, and bin/NAME.pdb, which Windows' debuggers read (names of functions; this linker knows no more).

@@ -1,12 +1,13 @@
 # GoogleTest comes as sources and is built for the target. A test program is one executable of a room's
 # tests, run under Wine by scripts/wine-run.sh with a time limit.
-if(NOT EXISTS /usr/src/googletest/CMakeLists.txt)
+set(ORV_GOOGLETEST_SOURCE /usr/src/googletest CACHE PATH "The sources of GoogleTest")
+if(NOT EXISTS ${ORV_GOOGLETEST_SOURCE}/CMakeLists.txt)
     message(FATAL_ERROR "GoogleTest's sources are missing: run scripts/bootstrap.sh")
 endif()
 set(BUILD_GMOCK ON CACHE BOOL "" FORCE)
 set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
 set(gtest_disable_pthreads ON CACHE BOOL "" FORCE)
-add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+add_subdirectory(${ORV_GOOGLETEST_SOURCE} ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
 if(MINGW)
     foreach(library gtest gtest_main gmock)
         target_include_directories(${library} BEFORE PUBLIC ${CMAKE_CURRENT_LIST_DIR}/googletest)
@@ -25,6 +26,11 @@ if(MINGW AND ORV_PRECOMPILED_TEST_HEADERS)
                              <functional> <memory> <optional> <string> <string_view> <utility> <vector>)
 endif()
 
+# What another compiler than mingw's builds and runs, on Windows itself: what the kit for Windows has, and the module's
+# registration.
+file(STRINGS ${CMAKE_SOURCE_DIR}/installer/kit/tests.txt ORV_TESTS_ELSEWHERE)
+list(APPEND ORV_TESTS_ELSEWHERE module_registration_tests)
+
 # orv_test_program(NAME SOURCES... LINK libs... [TIMEOUT seconds] [DRIVER] [DISPLAY] [LONG])
 #   DRIVER   meets the real device, if only by asking whether it is there: such programs never run side by side, or
 #            one's requests would reach the other's service
@@ -40,6 +46,15 @@ function(orv_test_program name)
     if(TARGET test_headers)
         target_precompile_headers(${name} REUSE_FROM test_headers)
         target_compile_options(${name} PRIVATE -O0)
+    endif()
+    if(NOT MINGW)
+        if(name IN_LIST ORV_TESTS_ELSEWHERE)
+            add_test(NAME ${name} COMMAND ${name})
+            set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+        else()
+            set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL ON EXCLUDE_FROM_DEFAULT_BUILD ON)
+        endif()
+        return()
     endif()
     set(options --timeout ${ARG_TIMEOUT})
     if(ARG_DISPLAY)

@@ -31,12 +31,13 @@ expect_lines 'the files' \
 mapfile -t packages < <(read_bill 'print "$_->{name}\n" for packages')
 expect_lines 'the packages' "$(read_bill 'print "$_->{name} $_->{versionInfo}\n" for packages')" \
     "$(dpkg-query -W -f '${Package} ${Version}\n' "${packages[@]}" | sort)"
-# The runtime of the compiler is in every library, and JSON in the module.
+# The runtime of the compiler is in every library, one JSON library in the module and one in the dialogs.
 expect_lines 'the packages that are always linked' \
-    "$(printf '%s\n' "${packages[@]}" | grep -E '^(nlohmann-json3-dev|mingw-w64-x86-64-dev|mingw-w64-i686-dev)$')" \
+    "$(printf '%s\n' "${packages[@]}" | grep -E '^(nlohmann-json3-dev|rapidjson-dev|mingw-w64-(x86-64|i686)-dev)$')" \
     'mingw-w64-i686-dev
 mingw-w64-x86-64-dev
-nlohmann-json3-dev'
+nlohmann-json3-dev
+rapidjson-dev'
 expect_lines 'what relations name' \
     "$(read_bill 'print "$_->{spdxElementId}\n$_->{relatedSpdxElement}\n" for @{$bill->{relationships}}' | uniq)" \
     "$(read_bill 'print "$_->{SPDXID}\n" for $bill, @{$bill->{packages}}, @{$bill->{files}}')"
