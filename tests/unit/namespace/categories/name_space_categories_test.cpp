@@ -133,6 +133,7 @@ TEST_F(NameSpaceCategories, other_requests_to_the_list_are_refused) {
     EXPECT_EQ(S_OK, list->Next(1, guids.data(), &fetched));
     IEnumGUID* clone = list.Get();
     EXPECT_EQ(E_NOTIMPL, list->Clone(&clone));
+    EXPECT_EQ(E_NOTIMPL, list->Clone(nullptr));
     EXPECT_EQ(nullptr, clone);
     EXPECT_EQ(E_POINTER, provider->EnumCategories(nullptr));
 }
