@@ -108,6 +108,15 @@ int WINAPI time_in_locale(LPCWSTR, DWORD flags, const SYSTEMTIME* time, LPCWSTR 
     return real_time(patched_locale, flags, time, format, buffer, size_chars);
 }
 
+TEST(DisplayInZone, time_that_the_system_cannot_take_to_the_zone_is_empty) {
+    const test::import_patch<decltype(SystemTimeToTzSpecificLocalTime)> patch(
+        GetModuleHandleW(nullptr), "kernel32.dll", "SystemTimeToTzSpecificLocalTime",
+        [](const TIME_ZONE_INFORMATION*, const SYSTEMTIME*, SYSTEMTIME*) -> BOOL { return FALSE; });
+    const datetime_rfc1123 time(test::iso_value(L"2021-07-15T16:05:09Z"));
+    EXPECT_EQ(time.display(true, true), L"");
+    EXPECT_NE(time.display(false, true), L"");
+}
+
 TEST(DisplayInLocale, date_reads_as_people_there_write_it) {
     real_date = GetDateFormatEx;
     real_time = GetTimeFormatEx;

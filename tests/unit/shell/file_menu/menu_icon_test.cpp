@@ -124,9 +124,14 @@ TEST(MenuIcon, failure_of_each_step_leaves_no_bitmap_and_no_handle) {
                                                     [](HICON, PICONINFO) -> BOOL { return FALSE; });
     expect_no_bitmap_without<decltype(CreateCompatibleDC)>("gdi32.dll", "CreateCompatibleDC",
                                                            [](HDC) -> HDC { return nullptr; });
+    static int drawn;
+    const import_patch<decltype(DrawIconEx)> draws(
+        this_program(), "user32.dll", "DrawIconEx",
+        [](HDC, int, int, HICON, int, int, UINT, HBRUSH, UINT) -> BOOL { return ++drawn; });
     expect_no_bitmap_without<decltype(CreateDIBSection)>(
         "gdi32.dll", "CreateDIBSection",
         [](HDC, const BITMAPINFO*, UINT, void**, HANDLE, DWORD) -> HBITMAP { return nullptr; });
+    EXPECT_EQ(drawn, 0) << "nothing is drawn where there is no bitmap";
 }
 
 }  // namespace
