@@ -16,10 +16,11 @@ steps=(
     'home           10  scripts/check-home.sh'
     'documents      20  scripts/check-documents.sh'
     'x86            15  scripts/check-x86.sh'
+    'ubsan          30  scripts/check-ubsan.sh'
     'installer      15  scripts/check-installer.sh'
     'arm64           5  scripts/check-arm64.sh'
     'reproducible   10  scripts/check-reproducible.sh'
-    'lint           11  scripts/lint.sh --limit-s 300'
+    'lint           11  scripts/lint.sh --limit-s 240'
 )
 
 wanted() {
