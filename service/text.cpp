@@ -24,4 +24,9 @@ std::wstring from_utf8(std::string_view text) {
     return up_to_nul(win::from_utf8(text).value_or(std::wstring()));
 }
 
+std::wstring_view from_utf8(std::string_view text, wchar_t* room) noexcept {
+    const std::wstring_view converted(room, win::from_utf8(text, room));
+    return converted.substr(0, converted.find(L'\0'));
+}
+
 }  // namespace ov::service

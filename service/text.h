@@ -11,4 +11,7 @@ namespace ov::service {
 [[nodiscard]] std::string to_utf8(std::wstring_view text);
 [[nodiscard]] std::wstring from_utf8(std::string_view text);
 
+/// The same into `room`, which has one unit more than `text` has bytes; what stands there then.
+[[nodiscard]] std::wstring_view from_utf8(std::string_view text, wchar_t* room) noexcept;
+
 }  // namespace ov::service

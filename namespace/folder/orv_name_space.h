@@ -5,11 +5,11 @@
 
 #include <atomic>
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include "module/state/module_state.h"
 #include "namespace/items/item_data.h"
+#include "namespace/items/shared_text.h"
 #include "namespace/locations/location_document.h"
 #include "ovufc/com/com_object.h"
 #include "ovufc/com/task_memory.h"
@@ -105,7 +105,7 @@ class orvNameSpace final : public orvNameSpaceBase {
 
   private:
     void build_items();
-    void add_item(std::wstring name, std::uint16_t type);
+    void add_item(shared_text name, std::uint16_t type);
     void add_user_folder(std::uint32_t bit);
     void add_category_items(const location_document& document) noexcept;
     void add_locations(const location_document& document);

@@ -47,8 +47,9 @@ orvNameSpace::ParseDisplayName(HWND, IBindCtx*, LPWSTR name, ULONG* eaten, PIDLI
     }
     const std::wstring_view wanted(name);
     const win::shared_lock lock(itemsLock);
-    const auto found = std::find_if(items.begin(), items.end(),
-                                    [=](const ItemData& item) { return same_name(item.name, wanted); });
+    const auto found = std::find_if(items.begin(), items.end(), [=](const ItemData& item) {
+        return same_name(item.name.view(), wanted);
+    });
     if (found == items.end()) {
         return E_INVALIDARG;
     }

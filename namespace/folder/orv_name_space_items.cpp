@@ -7,10 +7,12 @@
 #include <exception>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "namespace/folder/orv_name_space.h"
 #include "namespace/items/item_types.h"
+#include "namespace/items/shared_text.h"
 #include "namespace/locations/protected_locations.h"
 #include "namespace/locations/user_folders.h"
 #include "ovufc/com/known_folder.h"
@@ -45,7 +47,7 @@ void orvNameSpace::build_items() {
     add_action_entries();
 }
 
-void orvNameSpace::add_item(std::wstring name, std::uint16_t type) {
+void orvNameSpace::add_item(shared_text name, std::uint16_t type) {
     items.emplace_back(std::move(name), type, static_cast<std::uint16_t>(nextIndex));
     ++nextIndex;
 }
@@ -55,9 +57,9 @@ void orvNameSpace::add_user_folder(std::uint32_t bit) {
         if (folder.bit != bit) {
             continue;
         }
-        std::wstring path = com::known_folder_path(*folder.known_folder);
+        const std::wstring path = com::known_folder_path(*folder.known_folder);
         if (!path.empty()) {
-            add_item(std::move(path), item_types::folder);
+            add_item(shared_text(path), item_types::folder);
         }
     }
 }
@@ -77,8 +79,8 @@ void orvNameSpace::add_category_items(const location_document& document) noexcep
 void orvNameSpace::add_locations(const location_document& document) {
     items.reserve(items.size() + document.entry_count() + trailing_folders.size() + 2);
     for (std::size_t row = 0; row < location_arrays.size(); ++row) {
-        for (const std::wstring& name : document.lists[row].names) {
-            add_item(name, location_arrays[row].type);
+        for (const std::wstring_view name : document.lists[row].names) {
+            add_item(shared_text(document.characters, name), location_arrays[row].type);
         }
         // A broken list shows what came before the break, and nothing comes after it.
         if (document.lists[row].is_broken) {
@@ -91,10 +93,10 @@ void orvNameSpace::add_locations(const location_document& document) {
 void orvNameSpace::add_action_entries() {
     const i18n::rosetta_stone& texts = module_state::resource_strings;
     if (!uiRestricted && showRestore) {
-        add_item(texts.lookup(i18n::message_ids::entry_restore), item_types::one_click_restore);
+        add_item(shared_text(texts.lookup(i18n::message_ids::entry_restore)), item_types::one_click_restore);
     }
     if (showAddons) {
-        add_item(texts.lookup(i18n::message_ids::entry_addons), item_types::addons);
+        add_item(shared_text(texts.lookup(i18n::message_ids::entry_addons)), item_types::addons);
     }
 }
 

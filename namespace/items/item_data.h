@@ -1,21 +1,25 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+#include <string_view>
 #include <utility>
+
+#include "namespace/items/shared_text.h"
 
 namespace ov::name_space {
 
 /// One item of the namespace folder, as the folder and its enumerators hold it. A plain value: copied and
-/// moved freely, owns its name.
+/// moved freely, owns its name together with its copies.
 class ItemData {
   public:
     /// What `type` and `index` are until the record is filled, and what the entry of another folder reads as.
     static constexpr std::uint16_t unset = 0xFFFF;
 
     ItemData() = default;
-    ItemData(std::wstring item_name, std::uint16_t item_type, std::uint16_t item_index) noexcept
+    ItemData(shared_text item_name, std::uint16_t item_type, std::uint16_t item_index) noexcept
         : name(std::move(item_name)), type(item_type), index(item_index) {}
+    ItemData(std::wstring_view item_name, std::uint16_t item_type, std::uint16_t item_index)
+        : ItemData(shared_text(item_name), item_type, item_index) {}
     ItemData(const ItemData&) = default;
     ItemData(ItemData&&) noexcept = default;
     ItemData& operator=(const ItemData&) = default;
@@ -23,7 +27,7 @@ class ItemData {
     virtual ~ItemData() = default;
 
     /// Folders: the full path as the driver or the system gave it. Action entries: their localised name.
-    std::wstring name;
+    shared_text name;
     /// One of `item_types`.
     std::uint16_t type = unset;
     /// The folder's running counter when the item was added; informational.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <string_view>
 
 namespace ov::name_space {
 
@@ -32,7 +33,8 @@ bool read_own_header(PCUIDLIST_RELATIVE entry, header& head) noexcept {
 }  // namespace
 
 com::unique_child_id make_item_id(const ItemData& item) noexcept {
-    const std::size_t wrapped_units = static_cast<std::uint16_t>(item.name.size());
+    const std::wstring_view name = item.name.view();
+    const std::size_t wrapped_units = static_cast<std::uint16_t>(name.size());
     const std::size_t units = std::min(wrapped_units, longest_name_units);
     const std::size_t entry_bytes = fixed_bytes + units * sizeof(wchar_t);
     const std::size_t list_bytes = entry_bytes + item_id_layout::list_end_bytes;
@@ -48,7 +50,7 @@ com::unique_child_id make_item_id(const ItemData& item) noexcept {
                       .index = item.index,
                       .length = static_cast<std::uint16_t>(units)};
     std::memcpy(bytes, &head, sizeof(head));
-    std::memcpy(bytes + sizeof(head), item.name.data(), units * sizeof(wchar_t));
+    std::memcpy(bytes + sizeof(head), name.data(), units * sizeof(wchar_t));
     return com::unique_child_id(reinterpret_cast<PITEMID_CHILD>(bytes));
 }
 

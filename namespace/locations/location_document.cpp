@@ -36,7 +36,7 @@ location_document read_location_document(std::string_view text) noexcept {
     }
     try {
         location_document document;
-        location_reader reader(document);
+        location_reader reader(document, text.size());
         if (!json::sax_parse(text.begin(), text.end(), &reader)) {
             return unreadable_document();
         }

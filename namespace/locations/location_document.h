@@ -3,7 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -40,8 +40,9 @@ struct location_list {
     bool is_array = false;
     /// An entry was not a string. `names` holds what came before it.
     bool is_broken = false;
-    /// The entries, converted to UTF-16. Of "hardDrive"."folders" without the rules for profile folders.
-    std::vector<std::wstring> names;
+    /// The entries, converted to UTF-16. Of "hardDrive"."folders" without the rules for profile folders. They
+    /// stand in the document's `characters`.
+    std::vector<std::wstring_view> names;
 };
 
 /// The document's seven arrays. Only what the folder needs is kept: no tree of the document is built.
@@ -56,6 +57,10 @@ struct location_document {
     /// Which standard user folders "hardDrive"."folders" names, whatever the other arrays are; all of them
     /// when that array cannot be read to its end.
     std::uint32_t user_folder_mask = 0;
+
+    /// What all names say, one behind the other: one block in place of an allocation for each. Who keeps a
+    /// name longer than the document keeps this.
+    std::shared_ptr<const wchar_t[]> characters;
 
     /// The text may say more than this; a later reading can tell.
     bool ran_out_of_memory = false;

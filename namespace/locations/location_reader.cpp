@@ -1,6 +1,8 @@
 #include "namespace/locations/location_reader.h"
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 #include "namespace/locations/user_folders.h"
 #include "ovufc/json_bounded.h"
@@ -13,6 +15,12 @@ namespace {
 namespace locations = protocol::locations;
 
 }  // namespace
+
+location_reader::location_reader(location_document& document, std::size_t text_bytes) : document_(document) {
+    auto block = std::make_shared_for_overwrite<wchar_t[]>(text_bytes);
+    room_ = block.get();
+    document_.characters = std::move(block);
+}
 
 location_list* location_reader::list_named(std::string_view name) noexcept {
     const auto* row = std::find_if(location_arrays.begin() + 1, location_arrays.end(),
@@ -114,7 +122,8 @@ void location_reader::add(const std::string& value) {
         document_.user_folder_mask |= user_folder_bit_of_rule(value);
         return;
     }
-    list_->names.push_back(service::from_utf8(value));
+    list_->names.push_back(service::from_utf8(value, room_));
+    room_ += list_->names.back().size();
 }
 
 }  // namespace ov::name_space

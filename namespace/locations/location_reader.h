@@ -17,7 +17,8 @@ namespace ov::name_space {
 /// The document must outlive the reader. One walk, one thread.
 class location_reader {
   public:
-    explicit location_reader(location_document& document) noexcept : document_(document) {}
+    /// For a text of `text_bytes`.
+    location_reader(location_document& document, std::size_t text_bytes);
 
     bool null() { return other_value(); }
     bool boolean(bool) { return other_value(); }
@@ -53,6 +54,8 @@ class location_reader {
     // another object is not meant
     // (LocationDocument.hard_drive_of_a_wrong_type_or_missing_gives_all_user_folders).
     location_document& document_;
+    // Where the next name goes. No name takes more room than its text with the quotation marks.
+    wchar_t* room_;
     // How many arrays and objects are open; without a bound a text of brackets alone would go on for ever
     // (nesting_without_end_is_refused), and with an array for a root the keys below it would count.
     std::size_t depth_ = 0;

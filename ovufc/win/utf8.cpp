@@ -41,14 +41,22 @@ std::optional<std::wstring> from_utf8(std::string_view text, ill_formed treatmen
         return std::nullopt;
     }
     std::wstring converted(text.size() + 1, L'\0');
-    const int units = MultiByteToWideChar(
-        CP_UTF8, treatment == ill_formed::refused ? MB_ERR_INVALID_CHARS : 0, text.data(),
-        static_cast<int>(text.size()), converted.data(), static_cast<int>(converted.size()));
-    if (units <= 0) {
+    const std::size_t units = from_utf8(text, converted.data(), treatment);
+    if (units == 0) {
         return std::nullopt;
     }
-    converted.resize(static_cast<std::size_t>(units));
+    converted.resize(units);
     return converted;
+}
+
+std::size_t from_utf8(std::string_view text, wchar_t* room, ill_formed treatment) noexcept {
+    if (text.empty() || text.size() > int_max - 1) {
+        return 0;
+    }
+    const int units =
+        MultiByteToWideChar(CP_UTF8, treatment == ill_formed::refused ? MB_ERR_INVALID_CHARS : 0, text.data(),
+                            static_cast<int>(text.size()), room, static_cast<int>(text.size() + 1));
+    return units > 0 ? static_cast<std::size_t>(units) : 0;
 }
 
 }  // namespace ov::win

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,5 +26,10 @@ enum class ill_formed {
 /// https://learn.microsoft.com/windows/win32/api/stringapiset/nf-stringapiset-multibytetowidechar
 [[nodiscard]] std::optional<std::wstring> from_utf8(std::string_view text,
                                                     ill_formed treatment = ill_formed::replaced);
+
+/// The same into `room`, which has one unit more than `text` has bytes: how many units, with nothing behind
+/// them. 0 where the other gives none.
+[[nodiscard]] std::size_t from_utf8(std::string_view text, wchar_t* room,
+                                    ill_formed treatment = ill_formed::replaced) noexcept;
 
 }  // namespace ov::win

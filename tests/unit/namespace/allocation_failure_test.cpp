@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <new>
+#include <string>
 
 #include "namespace/folder/columns.h"
 #include "namespace/locations/location_document.h"
@@ -37,6 +38,21 @@ TEST_F(ShortOfMemory, document_is_then_unreadable_and_nothing_worse) {
     });
     EXPECT_TRUE(sound);
     EXPECT_GE(failures, 3);
+}
+
+TEST_F(ShortOfMemory, names_of_a_document_cost_no_allocation_each) {
+    constexpr int names = 1000;
+    std::string text = R"({"hardDrive":{"folders":[)";
+    for (int name = 0; name < names; ++name) {
+        text += (name == 0 ? "" : ",") + std::string(R"("D:\\a name of the longer kind)") +
+                std::to_string(name) + '"';
+    }
+    text += R"(]},"mgmtCustom":[],"oneDrive":[],"google":[],"boxSyn":[],"dropBox":[],"oneDriveBusiness":[]})";
+    std::size_t read = 0;
+    const int allocations =
+        run_short_of_memory([&](auto&) { read = read_location_document(text).entry_count(); });
+    EXPECT_EQ(read, names);
+    EXPECT_LT(allocations, 60);
 }
 
 TEST_F(ShortOfMemory, folder_is_made_whole_or_not_at_all) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -51,6 +52,18 @@ TEST(FromUtf8, bytes_that_are_not_utf_8_become_replacement_characters) {
 
 TEST(FromUtf8, text_with_a_nul_ends_there) {
     EXPECT_EQ(from_utf8(std::string_view("ab\0cd", 5)), L"ab");
+}
+
+TEST(FromUtf8, room_of_one_unit_more_than_bytes_is_enough_and_nothing_stands_behind) {
+    for (const std::string_view text :
+         {std::string_view("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"), std::string_view("\xFF\xFF"),
+          std::string_view("ab\0cd", 5), std::string_view()}) {
+        std::wstring room(text.size() + 1, L'?');
+        EXPECT_EQ(from_utf8(text, room.data()), from_utf8(text));
+        room.assign(text.size() + 1, L'?');
+        (void)from_utf8(text, room.data());
+        EXPECT_EQ(room.back(), L'?');
+    }
 }
 
 TEST(FromUtf8, what_to_utf_8_made_comes_back) {

@@ -41,7 +41,7 @@ std::vector<std::byte> entry_bytes(const std::wstring& name, std::uint16_t type 
 
 TEST(ItemData, new_record_is_unset) {
     const ItemData item;
-    EXPECT_TRUE(item.name.empty());
+    EXPECT_TRUE(item.name.view().empty());
     EXPECT_EQ(0xFFFF, item.type);
     EXPECT_EQ(0xFFFF, item.index);
 }

@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 
 using namespace ov::name_space;
-using names = std::vector<std::wstring>;
+using names = std::vector<std::wstring_view>;
 
 constexpr std::uint32_t all_folders = 255;
 

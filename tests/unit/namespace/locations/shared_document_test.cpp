@@ -1,21 +1,29 @@
 // What folders share that see the same text.
 
 #include <gtest/gtest.h>
+#include <windows.h>
+#include <shobjidl.h>
+#include <wrl/client.h>
 
 #include <array>
 #include <cstdint>
+#include <new>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "namespace/folder/orv_name_space.h"
 #include "namespace/locations/protected_locations.h"
+#include "ovufc/com/adopt.h"
 #include "ovufc/win/handle.h"
+#include "testkit/memory/failing_allocations.h"
 #include "testkit/process/module_attach.h"
 #include "testkit/service/document_service.h"
 
 namespace {
 
 using namespace ov::name_space;
-using names = std::vector<std::wstring>;
+using names = std::vector<std::wstring_view>;
 
 std::string document_with(const std::string& local_folders) {
     return R"({"hardDrive":{"folders":[)" + local_folders +
@@ -65,7 +73,8 @@ TEST(SharedDocument, threads_that_meet_at_a_new_text_all_see_it) {
     ov::test::document_service service;
     for (int round = 0; round < 20; ++round) {
         serve(service, "\"D:\\\\round " + std::to_string(round) + '"');
-        const names expected{L"D:\\round " + std::to_wstring(round)};
+        const std::wstring name = L"D:\\round " + std::to_wstring(round);
+        const names expected{name};
         std::array<ov::win::unique_kernel_handle, 4> threads;
         for (auto& thread : threads) {
             const auto look = [](void* wanted) WINAPI -> DWORD {
@@ -81,6 +90,33 @@ TEST(SharedDocument, threads_that_meet_at_a_new_text_all_see_it) {
             EXPECT_EQ(0U, wrong);
         }
     }
+}
+
+TEST(SharedDocument, further_folder_and_its_enumerator_cost_no_allocation_an_item) {
+    constexpr int items = 1000;
+    std::string folders;
+    for (int item = 0; item < items; ++item) {
+        folders += (item == 0 ? "" : ",") + std::string(R"("D:\\a name of the longer kind )") +
+                   std::to_string(item) + '"';
+    }
+    ov::test::document_service service;
+    serve(service, folders);
+    const auto read = protected_locations();
+    ASSERT_EQ(items, read->entry_count());
+    const HMODULE self = GetModuleHandleW(nullptr);
+    const int allocations =
+        ov::test::fail_each_allocation(self, ov::test::failing_allocations::mode::from_then_on, [](auto&) {
+            try {
+                const auto folder = ov::com::adopt(ov::com::make_object<orvNameSpace>());
+                Microsoft::WRL::ComPtr<IEnumIDList> list;
+                if (folder != nullptr) {
+                    (void)folder->EnumObjects(nullptr, SHCONTF_FOLDERS, &list);
+                }
+            } catch (const std::bad_alloc&) {
+                return;
+            }
+        });
+    EXPECT_LT(allocations, 60);
 }
 
 }  // namespace
