@@ -33,6 +33,9 @@ for ((run = 1; run <= runs; ++run)); do
     file="$out/run$run.txt"
     "$ORV_ROOT/scripts/driver.sh" start
     measure '[served],[alone]' >"$file"
+    for candidate in ours 'ours alone' 'the empty file'; do
+        measure "memory of $candidate" >>"$file"
+    done
     "$ORV_ROOT/scripts/driver.sh" stop
     measure '[absent]' >>"$file"
     files+=("$file")

@@ -30,6 +30,13 @@ def read_run(path):
     return paths
 
 
+def read_memory(path):
+    """The run's rows about memory: path, aim, candidate and bytes."""
+    lines = pathlib.Path(path).read_text(encoding="utf-8").splitlines()
+    rows = [line.split("\t")[1:] for line in lines if line.startswith("memory\t")]
+    return [(name, int(aim), candidate, int(taken)) for name, aim, candidate, taken in rows]
+
+
 def figures(samples):
     return {
         "samples": len(samples),
@@ -66,6 +73,17 @@ def print_table(paths):
         print(row)
         for other, its_samples in others[1:]:
             print(f"{'  beside it: ' + other:44} {figures(its_samples)['median_us']:11,.1f}")
+
+
+def print_memory(rows):
+    """The names of the paths whose first candidate takes more than the aim."""
+    missed = set()
+    for number, (name, aim, candidate, taken) in enumerate(rows):
+        too_much = number == 0 and taken > aim
+        missed |= {f"private memory after {name}"} if too_much else set()
+        print(f"private memory after {name}, KiB: {taken / 1024:9,.0f}  {candidate}" +
+              (f" (aim {aim / 1024:,.0f})" if number == 0 else "") + ("  MISSED" if too_much else ""))
+    return missed
 
 
 def bars(title, rows):
@@ -106,12 +124,14 @@ def draw(paths, out):
 def main():
     out = pathlib.Path(sys.argv[1])
     runs = [read_run(path) for path in sys.argv[2:]]
+    memories = [read_memory(path) for path in sys.argv[2:]]
     out.mkdir(parents=True, exist_ok=True)
     missed = None
-    for number, paths in enumerate(runs, 1):
+    for number, (paths, memory) in enumerate(zip(runs, memories), 1):
         print(f"-- run {number} of {len(runs)}")
         print_table(paths)
         now_missed = {name for name, measured in paths.items() if judge(measured)[1] is False}
+        now_missed |= print_memory(memory)
         missed = now_missed if missed is None else missed & now_missed
     draw(runs[-1], out)
     shown = [
@@ -123,7 +143,8 @@ def main():
             }
             for name, measured in paths.items()
         }
-        for paths in runs
+        | {f"private memory after {name}: {candidate}": {"bytes": taken} for name, _, candidate, taken in memory}
+        for paths, memory in zip(runs, memories)
     ]
     (out / "results.json").write_text(json.dumps(shown, indent=1) + "\n", encoding="utf-8")
     for name in sorted(missed):
