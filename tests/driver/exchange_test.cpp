@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
+#include <string>
 
 #include "testkit/service/scripted_service.h"
 #include "tests/driver/exchange.h"
@@ -86,6 +89,26 @@ TEST(Exchange, length_word_of_all_bits_gives_no_more_than_2048_bytes) {
     EXPECT_EQ(result.reply_bytes, 2048u);
     EXPECT_EQ(result.reply.substr(0, 5), "short");
 }
+
+class ReplyLength : public testing::TestWithParam<std::uint32_t> {};
+
+TEST_P(ReplyLength, is_held_to_what_a_client_takes) {
+    const std::string full = std::string(3979, 'x') + 'z';
+    scripted_service service([&](const scripted_request&) {
+        scripted_reply reply(full);
+        reply.length_word = GetParam();
+        return reply;
+    });
+    client_port port;
+    const auto result = ask(port, "how long");
+    EXPECT_TRUE(result.ok);
+    EXPECT_EQ(result.reply_bytes, std::min(GetParam(), 2048U));
+    EXPECT_EQ(result.reply, full.substr(0, result.reply_bytes));
+}
+
+INSTANTIATE_TEST_SUITE_P(Words, ReplyLength,
+                         testing::Values(0U, 1U, 2047U, 2048U, 2049U, 3980U, 3981U, 0x80000000U,
+                                         0xFFFFFFFFU));
 
 TEST(Exchange, garbage_with_zeros_arrives_as_it_is) {
     const std::string garbage("\x00\xFF{\x80\x00\x01", 6);

@@ -87,6 +87,24 @@ int play_server(const wchar_t* event_name) {
     }
 }
 
+int play_falterer(const wchar_t* event_name) {
+    devdriver::service_side side;
+    const DWORD error = side.open();
+    if (error != ERROR_SUCCESS) {
+        return static_cast<int>(error);
+    }
+    side.set_state(1);
+    set_ready(event_name);
+    if (const auto taken = side.next_request(INFINITE)) {
+        volatile orv_slot& slot = side.slot(taken->slot);
+        constexpr std::string_view half = R"({"statusCode":0,"da)";
+        std::memcpy(const_cast<std::uint8_t*>(slot.payload), half.data(), half.size());
+        slot.payload_bytes = 2 * half.size();
+    }
+    TerminateProcess(GetCurrentProcess(), exchange_failed);
+    return exchange_failed;
+}
+
 int play_asker() {
     devdriver::service_side side;
     return static_cast<int>(side.open());
@@ -137,6 +155,9 @@ std::optional<int> play(int argument_count, wchar_t** arguments) {
     }
     if (role == server) {
         return play_server(argument);
+    }
+    if (role == falterer) {
+        return play_falterer(argument);
     }
     if (role == asker) {
         return play_asker();

@@ -16,7 +16,9 @@ inline constexpr const wchar_t* waiter = L"waiter";  // ready: opens the port, t
 inline constexpr const wchar_t* idler = L"idler";    // ready: opens the port and nothing more, without end
 inline constexpr const wchar_t* opener = L"opener";  // ready: opens a port anew again and again, without end
 inline constexpr const wchar_t* server = L"server";  // ready: serves in silence, without end
-inline constexpr const wchar_t* asker = L"asker";    // asks to serve; the error is the exit code
+inline constexpr const wchar_t* falterer =
+    L"falterer";                                   // ready: serves, and dies halfway through its first answer
+inline constexpr const wchar_t* asker = L"asker";  // asks to serve; the error is the exit code
 inline constexpr const wchar_t* vandal = L"vandal";  // seed: garbage all over the section
 
 /// Exit codes of `client` and `waiter`.

@@ -45,6 +45,14 @@ ov::win::unique_kernel_handle token_without_administrators() {
     return restricted;
 }
 
+std::uint32_t owned_slots(scripted_service& service) {
+    std::uint32_t owned = 0;
+    for (std::uint32_t slot = 0; slot < service.side().slot_count(); ++slot) {
+        owned += service.side().slot(slot).owner != 0 ? 1 : 0;
+    }
+    return owned;
+}
+
 TEST(Service, no_service_side_state_is_zero_and_requests_fail_at_once) {
     client_port port;
     ASSERT_TRUE(port.connect());
@@ -120,6 +128,34 @@ TEST(Service, death_ends_a_waiting_exchange_soon) {
     server.process().kill();
     EXPECT_EQ(waiter.process().wait(20000), static_cast<DWORD>(roles::exchange_failed));
     EXPECT_LT(GetTickCount() - started, 5000u);
+}
+
+TEST(Service, death_in_the_middle_of_an_answer_ends_the_exchange_and_leaves_nothing_to_the_next) {
+    {
+        roles::ready_child falterer(roles::falterer);
+        roles::ready_child waiter(roles::waiter);
+        EXPECT_EQ(waiter.process().wait(20000), static_cast<DWORD>(roles::exchange_failed));
+    }
+    scripted_service service(echo);
+    client_port port;
+    EXPECT_EQ(ask(port, "x").reply, "re: x");
+    EXPECT_TRUE(eventually([&] { return owned_slots(service) == 0; })) << "a slot is lost";
+}
+
+TEST(Service, state_words_out_of_order_are_waited_through) {
+    service_side side;
+    ASSERT_EQ(side.open(5000), ERROR_SUCCESS);
+    side.set_state(1);
+    roles::ready_child waiter(roles::waiter);
+    const auto taken = side.next_request(5000);
+    ASSERT_TRUE(taken.has_value());
+    volatile orv_slot& slot = side.slot(taken->slot);
+    for (const std::uint32_t word : {0U, ORV_SLOT_POSTED, 77U, 0xFFFFFFFFU, ORV_SLOT_IN_SERVICE}) {
+        slot.state = word;
+        EXPECT_FALSE(waiter.process().wait(50).has_value()) << word;
+    }
+    side.reply(*taken, "at last");
+    EXPECT_EQ(waiter.process().wait(20000), static_cast<DWORD>(roles::exchange_done));
 }
 
 TEST(Service, after_death_another_takes_over) {

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "ovufc/win/handle.h"
 #include "service/file_exchange.h"
 #include "testkit/files/temp_file.h"
 #include "testkit/imports/import_patch.h"
@@ -31,6 +33,7 @@ std::vector<DWORD> temp_path_sizes;
 std::vector<std::wstring> deleted;
 DWORD size_error = 0;
 DWORD read_error = 0;
+std::function<void()> once_sized;
 decltype(CreateFileW)* real_create = nullptr;
 decltype(GetFileSizeEx)* real_size = nullptr;
 decltype(ReadFile)* real_read = nullptr;
@@ -48,7 +51,11 @@ BOOL WINAPI size(HANDLE file, LARGE_INTEGER* bytes) {
         SetLastError(size_error);
         return FALSE;
     }
-    return real_size(file, bytes);
+    const BOOL result = real_size(file, bytes);
+    if (once_sized) {
+        once_sized();
+    }
+    return result;
 }
 
 BOOL WINAPI read(HANDLE file, void* buffer, DWORD bytes, DWORD* done, OVERLAPPED* overlapped) {
@@ -70,6 +77,14 @@ BOOL WINAPI remove(LPCWSTR path) {
     return real_delete(path);
 }
 
+void append(const temp_file& file, const std::string& text) {
+    const ov::win::unique_file writer(real_create(file.path().c_str(), FILE_APPEND_DATA, FILE_SHARE_READ,
+                                                  nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    DWORD written = 0;
+    WriteFile(writer.get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+    EXPECT_EQ(written, text.size());
+}
+
 class FileExchangeRequests : public testing::Test {
   protected:
     FileExchangeRequests() {
@@ -79,6 +94,7 @@ class FileExchangeRequests : public testing::Test {
         deleted.clear();
         size_error = 0;
         read_error = 0;
+        once_sized = nullptr;
         real_create = create_.original();
         real_size = size_.original();
         real_read = read_.original();
@@ -134,6 +150,47 @@ TEST_F(FileExchangeRequests, error_that_is_negative_already_is_given_as_it_is) {
     read_error = 0x80000005;
     std::string text;
     EXPECT_EQ(read_file_text(file.path(), text), static_cast<HRESULT>(0x80000005));
+}
+
+// The driver, or anybody else who may write there, is at the file at the same moment.
+TEST_F(FileExchangeRequests, file_that_grows_is_read_as_long_as_it_was) {
+    const temp_file file("abcde");
+    once_sized = [&] { append(file, "fgh"); };
+    std::string text;
+    EXPECT_EQ(read_file_text(file.path(), text), S_OK);
+    EXPECT_EQ(text, "abcde");
+}
+
+TEST_F(FileExchangeRequests, file_that_grows_beyond_the_limit_is_read_as_long_as_it_was) {
+    const temp_file file("abcde");
+    once_sized = [&] { file.resize(ov::service::driver_file_limit_bytes + 1); };
+    std::string text;
+    EXPECT_EQ(read_file_text(file.path(), text), S_OK);
+    EXPECT_EQ(text, "abcde");
+}
+
+TEST_F(FileExchangeRequests, file_that_shrinks_gives_what_is_left) {
+    const temp_file file("abcde");
+    once_sized = [&] { file.resize(2); };
+    std::string text;
+    EXPECT_EQ(read_file_text(file.path(), text), S_OK);
+    EXPECT_EQ(text, "ab");
+}
+
+TEST_F(FileExchangeRequests, file_that_is_deleted_once_it_is_open_is_read) {
+    const temp_file file("abcde");
+    once_sized = [&] { real_delete(file.path().c_str()); };
+    EXPECT_EQ(take_driver_file(file.path()), "abcde");
+    EXPECT_FALSE(file.exists());
+}
+
+// A reply may name anything: a pipe whose writer says nothing must not hold the shell.
+TEST_F(FileExchangeRequests, pipe_that_says_nothing_is_not_waited_for) {
+    const std::wstring path = LR"(\\.\pipe\orv_silent_)" + std::to_wstring(GetCurrentProcessId());
+    const ov::win::unique_file pipe(
+        CreateNamedPipeW(path.c_str(), PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE, 1, 4096, 4096, 0, nullptr));
+    ASSERT_TRUE(pipe);
+    EXPECT_EQ(take_driver_file(path), "");
 }
 
 }  // namespace
