@@ -26,9 +26,10 @@ if(MINGW AND ORV_PRECOMPILED_TEST_HEADERS)
                              <functional> <memory> <optional> <string> <string_view> <utility> <vector>)
 endif()
 
-# What another compiler than mingw's builds and runs, on Windows itself: what the kit for Windows has, and the module's
-# registration.
+# What another compiler than mingw's builds and runs, on Windows itself: what the kit for Windows has, but for what needs
+# a signature, and the module's registration.
 file(STRINGS ${CMAKE_SOURCE_DIR}/installer/kit/tests.txt ORV_TESTS_ELSEWHERE)
+list(FILTER ORV_TESTS_ELSEWHERE EXCLUDE REGEX trusted)
 list(APPEND ORV_TESTS_ELSEWHERE module_registration_tests)
 
 # orv_test_program(NAME SOURCES... LINK libs... [TIMEOUT seconds] [DRIVER] [DISPLAY] [LONG])

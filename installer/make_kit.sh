@@ -29,7 +29,7 @@ for test in "${tests[@]}" module_registration_tests; do
     cp "$x64/bin/$test.exe" "$kit/tests/"
 done
 # The tests look for the libraries beside themselves.
-cp "$release/files/x64"/*.dll "$kit/tests/"
+cp "$release/files/x64"/*.dll "$x64/bin/guarded_sample.dll" "$kit/tests/"
 cp "$release/$2.msi" "$kit/"
 # The same files at another time: another package of the same product, which Windows refuses beside the first.
 mkdir "$kit/another build"
