@@ -5,9 +5,11 @@
 #include <windows.h>
 
 #include <cwctype>
+#include <string>
 #include <vector>
 
 #include "testkit/imports/import_patch.h"
+#include "testkit/memory/failing_allocations.h"
 #include "tests/unit/ovufc/cert/samples.h"
 
 namespace ov::cert {
@@ -21,6 +23,17 @@ TEST(SignerCheck, signed_by_the_maker_is_true) {
 
 TEST(SignerCheck, makers_name_in_other_letter_case_is_true) {
     EXPECT_TRUE(is_signed_by_maker(sample(L"other_case")));
+}
+
+TEST(SignerCheck, lack_of_memory_is_no_signature) {
+    const std::wstring path = sample(L"maker");
+    const int failures = test::fail_each_allocation(
+        GetModuleHandleW(nullptr), test::failing_allocations::mode::once, [&](auto& memory) {
+            const bool is_signed = is_signed_by_maker(path);
+            memory.pause();
+            EXPECT_EQ(is_signed, !memory.met());
+        });
+    EXPECT_GE(failures, 1);
 }
 
 class SignerCheckRefusal : public testing::TestWithParam<const wchar_t*> {};

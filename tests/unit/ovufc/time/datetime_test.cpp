@@ -120,6 +120,7 @@ TEST(DatetimeFormat, utc_text_is_written_with_and_without_milliseconds) {
     const datetime_rfc1123 time(march_4 + 9 * ticks_per_ms + 9999);
     EXPECT_EQ(time.datetime::format(false, false), L"2021-03-04T05:06:07Z");
     EXPECT_EQ(time.datetime::format(false, true), L"2021-03-04T05:06:07.009Z");
+    EXPECT_EQ(time.datetime::format(false), L"2021-03-04T05:06:07Z");
 }
 
 TEST(DatetimeFormat, no_time_is_an_empty_text) {
