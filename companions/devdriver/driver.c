@@ -5,11 +5,11 @@
 
 #include <ntifs.h>
 
-#include "companions/devdriver/mailbox.h"
+#include "companions/devdriver/mailbox/mailbox.h"
 #include "companions/devdriver/service_wire.h"
-#include "companions/devdriver/sweeper.h"
-#include "companions/devdriver/users.h"
-#include "companions/devdriver/worker.h"
+#include "companions/devdriver/mailbox/sweeper.h"
+#include "companions/devdriver/mailbox/users.h"
+#include "companions/devdriver/waiting/worker.h"
 
 #define DEVICE_TYPE_ORVDRV 0xA8A8u
 

@@ -5,10 +5,10 @@
 #include <shlwapi.h>
 
 #include "namespace/folder/orv_name_space.h"
-#include "namespace/items/item_associations.h"
-#include "namespace/items/item_data_object.h"
-#include "namespace/items/item_icon.h"
-#include "namespace/items/item_menu.h"
+#include "namespace/item_objects/item_associations.h"
+#include "namespace/item_objects/item_data_object.h"
+#include "namespace/item_objects/item_icon.h"
+#include "namespace/item_objects/item_menu.h"
 #include "ovufc/com/guard.h"
 
 namespace ov::name_space {

@@ -6,7 +6,7 @@
 #include "tests/driver/driver_control.h"
 #include "tests/driver/eventually.h"
 #include "tests/driver/exchange.h"
-#include "tests/driver/roles.h"
+#include "tests/driver/processes/roles.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include "testkit/service/scripted_service.h"
 #include "tests/driver/eventually.h"
 #include "tests/driver/exchange.h"
-#include "tests/driver/roles.h"
+#include "tests/driver/processes/roles.h"
 
 namespace {
 

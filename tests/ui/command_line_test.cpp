@@ -6,11 +6,11 @@
 #include <utility>
 #include <vector>
 
-#include "testkit/process/shipped_module.h"
 #include "testkit/files/temp_folder.h"
+#include "testkit/process/shipped_module.h"
 #include "testkit/process/watchdog.h"
 #include "tests/ui/known_service.h"
-#include "tests/ui/piped_process.h"
+#include "tests/ui/window/piped_process.h"
 
 namespace ov::test {
 namespace {

@@ -9,8 +9,8 @@
 
 #include "testkit/process/watchdog.h"
 #include "tests/ui/known_service.h"
-#include "tests/ui/screenshot.h"
-#include "tests/ui/shell_window.h"
+#include "tests/ui/pictures/screenshot.h"
+#include "tests/ui/window/shell_window.h"
 
 namespace ov::test {
 

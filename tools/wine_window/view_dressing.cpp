@@ -3,7 +3,7 @@
 #include <commctrl.h>
 #include <wrl/client.h>
 
-#include "tools/wine_window/view_menus.h"
+#include "tools/wine_window/menus/view_menus.h"
 #include "tools/wine_window/view_order.h"
 
 namespace ov::wine_window {

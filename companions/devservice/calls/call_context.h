@@ -3,8 +3,8 @@
 #include <functional>
 #include <string>
 
-#include "companions/devservice/calls/reply.h"
 #include "companions/devservice/files/problem.h"
+#include "companions/devservice/messages/reply.h"
 #include "companions/devservice/store/vault.h"
 
 namespace ov::devservice {

@@ -1,9 +1,9 @@
 #include "companions/devservice/calls/call_context.h"
-#include "companions/devservice/calls/handover.h"
-#include "companions/devservice/calls/request.h"
 #include "companions/devservice/copies/chronels.h"
 #include "companions/devservice/files/path.h"
 #include "companions/devservice/files/text.h"
+#include "companions/devservice/messages/handover.h"
+#include "companions/devservice/messages/request.h"
 
 namespace ov::devservice {
 namespace {

@@ -4,7 +4,7 @@
 #include <exception>
 #include <iterator>
 
-#include "companions/devservice/calls/request.h"
+#include "companions/devservice/messages/request.h"
 #include "ovufc/protocol/service_calls.h"
 
 namespace ov::devservice {

@@ -1,10 +1,10 @@
 #include <optional>
 
 #include "companions/devservice/calls/call_context.h"
-#include "companions/devservice/calls/handover.h"
-#include "companions/devservice/calls/request.h"
 #include "companions/devservice/files/json_text.h"
 #include "companions/devservice/files/text.h"
+#include "companions/devservice/messages/handover.h"
+#include "companions/devservice/messages/request.h"
 #include "companions/devservice/roll_back/roll_back.h"
 
 namespace ov::devservice {

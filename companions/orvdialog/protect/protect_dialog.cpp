@@ -5,9 +5,9 @@
 #include <iterator>
 
 #include "companions/orvdialog/control_ids.h"
+#include "companions/orvdialog/layout/stack.h"
 #include "companions/orvdialog/protect/folder_chooser.h"
 #include "companions/orvdialog/texts/message_numbers.h"
-#include "companions/orvdialog/window/stack.h"
 #include "ovufc/dialog/dialog_records.h"
 #include "ovufc/i18n/message_ids.h"
 

@@ -10,12 +10,12 @@
 #include <iterator>
 
 #include "companions/orvdialog/control_ids.h"
+#include "companions/orvdialog/layout/display.h"
+#include "companions/orvdialog/layout/stack.h"
 #include "companions/orvdialog/texts/message_numbers.h"
 #include "companions/orvdialog/versions/remembered_view.h"
 #include "companions/orvdialog/versions/version_menu.h"
-#include "companions/orvdialog/window/display.h"
 #include "companions/orvdialog/window/message.h"
-#include "companions/orvdialog/window/stack.h"
 
 namespace ov::dialog {
 

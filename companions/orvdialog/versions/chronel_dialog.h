@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "companions/orvdialog/versions/chronel_list.h"
+#include "companions/orvdialog/chronels/chronel_list.h"
 #include "companions/orvdialog/versions/version_rows.h"
 #include "companions/orvdialog/window/modal_dialog.h"
 #include "ovufc/dialog/dialog_records.h"

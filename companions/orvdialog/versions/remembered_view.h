@@ -5,7 +5,7 @@
 #include <array>
 #include <optional>
 
-#include "companions/orvdialog/versions/chronel_columns.h"
+#include "companions/orvdialog/chronels/chronel_columns.h"
 
 namespace ov::dialog {
 

@@ -1,7 +1,7 @@
 #include "companions/orvdialog/versions/version_menu.h"
 
+#include "companions/orvdialog/chronels/chronel_columns.h"
 #include "companions/orvdialog/texts/message_numbers.h"
-#include "companions/orvdialog/versions/chronel_columns.h"
 #include "ovufc/dialog/dialog_records.h"
 
 namespace ov::dialog {

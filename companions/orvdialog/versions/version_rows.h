@@ -7,9 +7,9 @@
 #include <cstddef>
 #include <optional>
 
-#include "companions/orvdialog/versions/chronel_columns.h"
-#include "companions/orvdialog/versions/chronel_order.h"
-#include "companions/orvdialog/window/dialog_metrics.h"
+#include "companions/orvdialog/chronels/chronel_columns.h"
+#include "companions/orvdialog/chronels/chronel_order.h"
+#include "companions/orvdialog/layout/dialog_metrics.h"
 #include "ovufc/noncopyable.h"
 
 namespace ov::dialog {

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "companions/orvdialog/window/display.h"
+#include "companions/orvdialog/layout/display.h"
 #include "companions/orvdialog/window/library_instance.h"
 #include "companions/orvdialog/window/visual_styles.h"
 

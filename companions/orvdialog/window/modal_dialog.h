@@ -7,9 +7,9 @@
 #include <span>
 #include <string>
 
+#include "companions/orvdialog/layout/dialog_metrics.h"
+#include "companions/orvdialog/layout/placing.h"
 #include "companions/orvdialog/texts/dialog_texts.h"
-#include "companions/orvdialog/window/dialog_metrics.h"
-#include "companions/orvdialog/window/placing.h"
 #include "ovufc/noncopyable.h"
 
 namespace ov::dialog {

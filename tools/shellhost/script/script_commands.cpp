@@ -10,10 +10,10 @@
 #include "ovufc/com/task_memory.h"
 #include "tools/shellhost/console.h"
 #include "tools/shellhost/menus/menu_tree.h"
-#include "tools/shellhost/script/accessible_parts.h"
-#include "tools/shellhost/script/control_parts.h"
 #include "tools/shellhost/script/input.h"
 #include "tools/shellhost/script/open_windows.h"
+#include "tools/shellhost/script/parts/accessible_parts.h"
+#include "tools/shellhost/script/parts/control_parts.h"
 #include "tools/shellhost/script/shown_items.h"
 #include "tools/wine_window/system.h"
 

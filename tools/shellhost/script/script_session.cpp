@@ -10,7 +10,7 @@
 #include "tools/shellhost/console.h"
 #include "tools/shellhost/script/open_windows.h"
 #include "tools/shellhost/script/script_commands.h"
-#include "tools/wine_window/menu_tracking.h"
+#include "tools/wine_window/menus/menu_tracking.h"
 
 namespace ov::shellhost {
 

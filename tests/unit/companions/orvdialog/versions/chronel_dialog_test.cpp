@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "companions/orvdialog/versions/chronel_list.h"
+#include "companions/orvdialog/chronels/chronel_list.h"
 #include "companions/orvdialog/control_ids.h"
 #include "tests/unit/companions/orvdialog/window/shown_dialog.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "companions/orvdialog/texts/message_numbers.h"
-#include "tests/ui/screenshot.h"
+#include "tests/ui/pictures/screenshot.h"
 #include "tests/unit/companions/orvdialog/window/language_dialogs.h"
 
 namespace ov::dialog {

@@ -10,8 +10,8 @@
 #include <memory>
 #include <string>
 
+#include "companions/orvdialog/chronels/chronel_list.h"
 #include "companions/orvdialog/control_ids.h"
-#include "companions/orvdialog/versions/chronel_list.h"
 #include "testkit/memory/guarded_buffer.h"
 #include "tests/unit/companions/orvdialog/window/shown_dialog.h"
 
