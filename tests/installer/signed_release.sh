@@ -11,28 +11,7 @@ unset ORV_SIGNING_PKCS12 ORV_SIGNING_PASSWORD_FILE ORV_SIGNING_TIMESTAMP_URL ORV
 rm -rf "$work"
 mkdir -p "$work"
 
-fail() {
-    printf 'FAILED: %s\n' "$*" >&2
-    exit 1
-}
-
-# fails_with TEXT COMMAND...
-fails_with() {
-    local text=$1 output
-    shift
-    ! output=$("$@" 2>&1) || fail "'$*' passes"
-    [[ $output == *"$text"* ]] || fail "'$*' does not say '$text': $output"
-}
-
-# certificate NAME SUBJECT USAGE: a key and its certificate by an authority of the same name.
-certificate() {
-    openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj "/CN=Authority of $1" -keyout "$work/$1.ca.key" \
-        -out "$work/$1.ca.crt" 2>/dev/null
-    openssl req -newkey rsa:2048 -nodes -subj "/CN=$2" -keyout "$work/$1.key" -out "$work/$1.csr" 2>/dev/null
-    openssl x509 -req -in "$work/$1.csr" -CA "$work/$1.ca.crt" -CAkey "$work/$1.ca.key" -CAcreateserial -days 2 \
-        -extfile <(printf 'extendedKeyUsage=critical,%s\nkeyUsage=critical,digitalSignature\n' "$3") \
-        -out "$work/$1.crt" 2>/dev/null
-}
+. "$root/tests/scripts/release_checks.sh"
 
 start_time_service() {
     certificate time 'Time stamps' timeStamping
@@ -64,10 +43,7 @@ END
 fails_with 'set ORV_SIGNING_PKCS12' "$root/scripts/release.sh"
 fails_with 'exclude each other' "$root/scripts/release.sh" --unsigned --development
 
-certificate maker 'Orvane, Inc.' codeSigning
-openssl pkcs12 -export -in "$work/maker.crt" -inkey "$work/maker.key" -certfile "$work/maker.ca.crt" \
-    -passout pass:secret -out "$work/maker.p12"
-printf secret >"$work/password"
+signer maker 'Orvane, Inc.'
 export ORV_SIGNING_PKCS12=$work/maker.p12 ORV_SIGNING_PASSWORD_FILE=$work/password
 start_time_service
 ORV_SIGNING_TIMESTAMP_URL=http://127.0.0.1:$(cat "$work/port")

@@ -12,37 +12,11 @@ unset ORV_SIGNING_PKCS12 ORV_SIGNING_PASSWORD_FILE ORV_SIGNING_TIMESTAMP_URL
 rm -rf "$work"
 mkdir -p "$work"
 
-fail() {
-    printf 'FAILED: %s\n' "$*" >&2
-    exit 1
-}
-
-# fails_with TEXT COMMAND...
-fails_with() {
-    local text=$1 output
-    shift
-    ! output=$("$@" 2>&1) || fail "'$*' passes"
-    [[ $output == *"$text"* ]] || fail "'$*' does not say '$text': $output"
-}
-
-# certificate NAME SUBJECT: a signer that is not of the development authority, as a release's file with a password.
-certificate() {
-    openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj "/CN=Authority of $1" -keyout "$work/$1.ca.key" \
-        -out "$work/$1.ca.crt" 2>/dev/null
-    openssl req -newkey rsa:2048 -nodes -subj "/CN=$2" -keyout "$work/$1.key" -out "$work/$1.csr" 2>/dev/null
-    openssl x509 -req -in "$work/$1.csr" -CA "$work/$1.ca.crt" -CAkey "$work/$1.ca.key" -CAcreateserial -days 2 \
-        -extfile <(printf 'extendedKeyUsage=codeSigning\nkeyUsage=critical,digitalSignature\n') \
-        -out "$work/$1.crt" 2>/dev/null
-    pack "$1" "$work/$1.crt" "$work/$1.key" "$work/$1.ca.crt"
-}
-pack() {
-    printf 'a password' >"$work/password"
-    openssl pkcs12 -export -in "$2" -inkey "$3" -certfile "$4" -passout "file:$work/password" -out "$work/$1.p12"
-}
+. "$root/tests/scripts/release_checks.sh"
 
 as_release() { env ORV_SIGNING_PKCS12="$work/$1.p12" ORV_SIGNING_PASSWORD_FILE="$work/password" "${@:2}"; }
-certificate maker 'Orvane, Inc.'
-certificate stranger 'Another, Inc.'
+signer maker 'Orvane, Inc.'
+signer stranger 'Another, Inc.'
 
 # A build is signed by its own authority, whatever the environment names. No release comes of that authority.
 as_release maker cmake -G Ninja -S "$root/tests/scripts/signing_sample" -B "$work/tree" \

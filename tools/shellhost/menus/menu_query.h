@@ -8,15 +8,14 @@
 
 #include "ovufc/win/ui_handle.h"
 #include "tools/shellhost/menus/menu_tree.h"
+#include "tools/stand_ins/menus/menu_command.h"
 
 namespace ov::shellhost {
 
 /// A context menu object that has been asked for its items.
 class queried_menu {
   public:
-    /// Command ids as Explorer gives them: from 1 on.
-    static constexpr UINT first_id = 1;
-    static constexpr UINT last_id = 0x7FFF;
+    static constexpr UINT first_id = stand_ins::first_command_id;
 
     queried_menu(Microsoft::WRL::ComPtr<IContextMenu> handlers, UINT flags);
 

@@ -42,7 +42,7 @@ std::vector<std::wstring> file_system_paths(const item_selection& selection) {
     std::vector<std::wstring> paths;
     for (const com::unique_child_id& item : selection.items) {
         std::wstring path = name_of_item(folder.Get(), item.get(), SHGDN_FORPARSING);
-        // "::{class id}" names a place that is no path, whatever its attributes say.
+        // "::{class id}" names a place that is not a path, whatever its attributes say.
         if (path.empty() || path.rfind(L"::", 0) == 0 ||
             attributes_of_item(folder.Get(), item.get(), SFGAO_FILESYSTEM) == 0) {
             return {};

@@ -9,6 +9,7 @@
 #include "ovufc/com/adopt.h"
 #include "ovufc/com/com_object.h"
 #include "ovufc/com/guard.h"
+#include "tools/stand_ins/menus/menu_site.h"
 
 namespace ov::stand_ins {
 
@@ -165,13 +166,7 @@ class merged_menu final
         return S_OK;
     }
     STDMETHODIMP
-    GetSite(REFIID riid, void** result) noexcept override {
-        if (result == nullptr) {
-            return E_POINTER;
-        }
-        *result = nullptr;
-        return site_ != nullptr ? site_->QueryInterface(riid, result) : E_FAIL;
-    }
+    GetSite(REFIID riid, void** result) noexcept override { return query_site(site_.Get(), riid, result); }
 
     [[nodiscard]] const std::vector<menu_part>& parts() const noexcept override { return parts_; }
 

@@ -10,6 +10,7 @@
 #include "ovufc/com/com_object.h"
 #include "ovufc/com/guard.h"
 #include "ovufc/com/task_memory.h"
+#include "tools/stand_ins/menus/menu_site.h"
 
 namespace ov::stand_ins {
 
@@ -69,13 +70,7 @@ class open_folder_menu final
         return S_OK;
     }
     STDMETHODIMP
-    GetSite(REFIID riid, void** result) noexcept override {
-        if (result == nullptr) {
-            return E_POINTER;
-        }
-        *result = nullptr;
-        return site_ != nullptr ? site_->QueryInterface(riid, result) : E_FAIL;
-    }
+    GetSite(REFIID riid, void** result) noexcept override { return query_site(site_.Get(), riid, result); }
 
   private:
     HRESULT open(HWND owner) {

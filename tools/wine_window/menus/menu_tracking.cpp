@@ -1,7 +1,6 @@
 #include "tools/wine_window/menus/menu_tracking.h"
 
 #include <commctrl.h>
-#include <shellapi.h>
 #include <shlwapi.h>
 #include <wrl/client.h>
 
@@ -10,6 +9,7 @@
 #include "ovufc/com/guard.h"
 #include "ovufc/noncopyable.h"
 #include "ovufc/win/ui_handle.h"
+#include "tools/stand_ins/menus/menu_command.h"
 #include "tools/wine_window/menus/menu_pictures.h"
 
 namespace ov::wine_window {
@@ -17,9 +17,10 @@ namespace ov::wine_window {
 namespace {
 
 using Microsoft::WRL::ComPtr;
+using stand_ins::first_command_id;
+using stand_ins::last_command_id;
+using stand_ins::run_menu_command;
 
-constexpr UINT first_id = 1;
-constexpr UINT last_id = 0x7FFF;
 constexpr UINT_PTR subclass_id = 0x4D54;
 
 std::atomic<unsigned> empty_menus_so_far{0};
@@ -75,17 +76,6 @@ UINT choose(HWND owner, IContextMenu* object, HMENU menu, POINT where) {
     return static_cast<UINT>(chosen);
 }
 
-HRESULT invoke(HWND owner, IContextMenu* menu, UINT offset) noexcept {
-    CMINVOKECOMMANDINFOEX info{};
-    info.cbSize = sizeof info;
-    info.fMask = CMIC_MASK_UNICODE;
-    info.hwnd = owner;
-    info.lpVerb = MAKEINTRESOURCEA(offset);
-    info.lpVerbW = MAKEINTRESOURCEW(offset);
-    info.nShow = SW_SHOWNORMAL;
-    return menu->InvokeCommand(reinterpret_cast<CMINVOKECOMMANDINFO*>(&info));
-}
-
 }  // namespace
 
 unsigned empty_menus() noexcept {
@@ -95,26 +85,29 @@ unsigned empty_menus() noexcept {
 void track_menu(HWND owner, IContextMenu* menu, IUnknown* site, POINT where) noexcept {
     const win::unique_menu popup(CreatePopupMenu());
     const site_scope scope(menu, site);
-    if (FAILED(menu->QueryContextMenu(popup.get(), 0, first_id, last_id, CMF_NORMAL)) ||
+    if (FAILED(menu->QueryContextMenu(popup.get(), 0, first_command_id, last_command_id, CMF_NORMAL)) ||
         GetMenuItemCount(popup.get()) <= 0) {
         ++empty_menus_so_far;
         return;
     }
     (void)com::guarded([&] {
         const UINT chosen = choose(owner, menu, popup.get(), where);
-        return chosen < first_id ? S_FALSE : invoke(owner, menu, chosen - first_id);
+        return chosen < first_command_id ? S_FALSE
+                                         : run_menu_command(*menu, chosen - first_command_id, owner);
     });
 }
 
 HRESULT run_default_command(HWND owner, IContextMenu* menu, IUnknown* site) noexcept {
     const win::unique_menu popup(CreatePopupMenu());
     const site_scope scope(menu, site);
-    const HRESULT result = menu->QueryContextMenu(popup.get(), 0, first_id, last_id, CMF_DEFAULTONLY);
+    const HRESULT result =
+        menu->QueryContextMenu(popup.get(), 0, first_command_id, last_command_id, CMF_DEFAULTONLY);
     if (FAILED(result)) {
         return result;
     }
     const UINT chosen = GetMenuDefaultItem(popup.get(), FALSE, 0);
-    return chosen != static_cast<UINT>(-1) ? invoke(owner, menu, chosen - first_id) : S_FALSE;
+    return chosen != static_cast<UINT>(-1) ? run_menu_command(*menu, chosen - first_command_id, owner)
+                                           : S_FALSE;
 }
 
 }  // namespace ov::wine_window
