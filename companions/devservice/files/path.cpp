@@ -1,8 +1,10 @@
 #include "companions/devservice/files/path.h"
 
 #include <windows.h>
+#include <pathcch.h>
 
 #include <algorithm>
+#include <cwchar>
 
 namespace ov::devservice {
 namespace {
@@ -142,16 +144,14 @@ std::wstring parent_of(std::wstring_view path) {
     return std::wstring(slash == std::wstring_view::npos ? std::wstring_view() : path.substr(0, slash));
 }
 
-std::wstring parent_folder(const std::wstring& clean) {
-    const std::wstring parent = parent_of(clean);
-    return parent.ends_with(L':') ? parent + L'\\' : parent;
+std::wstring parent_folder(std::wstring clean) {
+    PathCchRemoveFileSpec(clean.data(), clean.size() + 1);
+    clean.resize(std::wcslen(clean.c_str()));
+    return clean;
 }
 
-bool is_volume_root(std::wstring_view clean) {
-    if (begins_with_drive(clean)) {
-        return clean.size() == 3;
-    }
-    return std::count(clean.begin(), clean.end(), L'\\') <= 3;
+bool is_volume_root(const std::wstring& clean) noexcept {
+    return PathCchIsRoot(clean.c_str()) != FALSE;
 }
 
 bool path_less::operator()(std::wstring_view left, std::wstring_view right) const noexcept {

@@ -34,10 +34,10 @@ namespace ov::devservice {
 [[nodiscard]] std::wstring parent_of(std::wstring_view path);
 
 /// The folder that holds what stands at a clean path; a volume's root for what stands there directly.
-[[nodiscard]] std::wstring parent_folder(const std::wstring& clean);
+[[nodiscard]] std::wstring parent_folder(std::wstring clean);
 
 /// True for "C:\" and for "\\server\share".
-[[nodiscard]] bool is_volume_root(std::wstring_view clean);
+[[nodiscard]] bool is_volume_root(const std::wstring& clean) noexcept;
 
 /// Order of relative paths in maps; letter case does not count.
 struct path_less {

@@ -59,6 +59,14 @@ TEST(IsSafeRelative, path_stays_below_its_folder) {
     }
 }
 
+TEST(ParentFolder, of_what_stands_at_the_top_is_the_root) {
+    const std::wstring deep = L"C:\\" + std::wstring(200, L'a') + L"\\" + std::wstring(200, L'b');
+    EXPECT_EQ(parent_folder(deep + L"\\c.txt"), deep);
+    EXPECT_EQ(parent_folder(L"C:\\a"), L"C:\\");
+    EXPECT_EQ(parent_folder(L"C:\\"), L"C:\\");
+    EXPECT_EQ(parent_folder(L"\\\\server\\share\\a"), L"\\\\server\\share");
+}
+
 TEST(IsVolumeRoot, of_a_drive_and_a_share) {
     EXPECT_TRUE(is_volume_root(L"C:\\"));
     EXPECT_TRUE(is_volume_root(L"\\\\server\\share"));
