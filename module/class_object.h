@@ -72,7 +72,8 @@ class class_object : public class_object_base {
         return static_cast<Self*>(this)->make_instance(riid, ppv);
     }
 
-    /// A new class object, asked for `riid` and given up again when it does not answer that.
+    /// Makes a class object and queries it for `riid`; it is freed again when it does not have that
+    /// interface.
     static HRESULT hand_out(REFIID riid, void** ppv) noexcept {
         auto* made = new (std::nothrow) Self();
         if (made == nullptr) {
@@ -85,8 +86,8 @@ class class_object : public class_object_base {
     }
 };
 
-/// A new `Object`, asked for `riid`: the caller is left with the one reference that it asked for. Failing to
-/// allocate, in the object itself or in what its constructor builds, gives E_OUTOFMEMORY and a null `*ppv`.
+/// Makes an `Object` and queries it for `riid`: the caller owns the one reference that the query added. Out
+/// of memory, for the object itself or for what its constructor builds: E_OUTOFMEMORY and a null `*ppv`.
 template <class Object>
 [[nodiscard]] HRESULT make_and_query(REFIID riid, void** ppv) noexcept {
     try {

@@ -6,7 +6,7 @@
 /// The four class objects. Each makes what the table in class_objects.cpp says for its class id.
 namespace ov {
 
-/// Makes the file and folder menu or the property page, by the interface asked for. For any other interface,
+/// Makes the file and folder menu or the property page, depending on the interface. For any other interface,
 /// IUnknown included, it answers S_OK and leaves `*ppv` as it was. Odd, and kept on purpose: part of the
 /// class's contract.
 class orvShellExt final : public class_object<orvShellExt> {

@@ -4,7 +4,7 @@
 #include "module/registration/registration.h"
 #include "module/state/module_state.h"
 
-// The entry points of the module. Each only passes on to the room that knows; none lets an exception out.
+// The entry points of the module. Each only forwards to the function that does the work; none throws.
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID /*reserved*/) {
     if (reason == DLL_PROCESS_ATTACH) {

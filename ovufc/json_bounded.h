@@ -14,10 +14,10 @@ inline constexpr std::size_t json_depth_limit = 256;
 
 /// The value of a JSON text from outside (UTF-8, a leading byte-order mark allowed). A text that is not JSON,
 /// holds a number beyond a double's range, or nests deeper than the limit gives a discarded value
-/// (`is_discarded()`). Takes no exception of its own: only std::bad_alloc gets out.
+/// (`is_discarded()`). Throws std::bad_alloc only.
 [[nodiscard]] json parse_bounded(std::string_view text);
 
-/// As above, for those who owe their caller the library's exceptions: its parse_error for what is not JSON
+/// As above, but throws the library's exceptions: its parse_error for what is not JSON
 /// or nests too deep, its out_of_range for a number beyond a double's range.
 [[nodiscard]] json parse_bounded_or_throw(std::string_view text);
 

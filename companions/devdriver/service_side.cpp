@@ -23,7 +23,7 @@ bool change_state(volatile orv_slot& slot, std::uint32_t from, std::uint32_t to)
                                       static_cast<LONG>(from)) == static_cast<LONG>(from);
 }
 
-// Reads what a client wrote; false when that is no request.
+// Reads what a client wrote; false when that is not a request.
 bool read_request(const volatile orv_slot& slot, request& out) {
     const std::uint32_t kind = slot.kind;
     const std::uint32_t payload_bytes = slot.payload_bytes;

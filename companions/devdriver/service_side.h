@@ -34,8 +34,8 @@ class service_side : private noncopyable {
     ~service_side() { close(); }
 
     /// Becomes the service side. ERROR_SUCCESS or why not: ERROR_FILE_NOT_FOUND without a driver,
-    /// ERROR_ACCESS_DENIED for a caller that is no administrator, ERROR_BUSY when another service side has
-    /// not gone after `patience_ms`. The state word stays 0 until `set_state`.
+    /// ERROR_ACCESS_DENIED for a caller that is not an administrator, ERROR_BUSY when another service side
+    /// has not gone after `patience_ms`. The state word stays 0 until `set_state`.
     [[nodiscard]] DWORD open(DWORD patience_ms = 0) noexcept;
 
     /// State word 0, then gone. Requests taken and not answered count as given up.
@@ -48,8 +48,8 @@ class service_side : private noncopyable {
     [[nodiscard]] bool is_served() noexcept { return status().state != 0; }
 
     /// The next posted request; nothing after `timeout_ms` without one, as soon as `stop` (an event, or null)
-    /// is set, or soon after the state word has become 0. A slot whose content is no request is given up and
-    /// passed over.
+    /// is set, or soon after the state word has become 0. A slot whose content is not a request is given up
+    /// and skipped.
     [[nodiscard]] std::optional<request> next_request(DWORD timeout_ms, HANDLE stop = nullptr);
 
     /// Answers; clients take at most 2048 bytes, a slot has room for 3980 and what is beyond that is cut.
@@ -57,7 +57,8 @@ class service_side : private noncopyable {
     /// The same with a length word of one's own: what a faulty driver would do.
     void reply_claiming(const request& answered, std::string_view bytes,
                         std::uint32_t claimed_bytes) noexcept;
-    /// Will never be answered: the client waits until it has had enough, then the driver frees the slot.
+    /// Leaves a request without an answer: the client waits until its time is over, then the driver frees the
+    /// slot.
     void give_up(const request& unanswered) noexcept;
 
     /// The state word: non-zero while this side serves.

@@ -22,7 +22,7 @@
 
 /*
  * Slot states between ORV_SLOT_POSTED and ORV_SLOT_REPLIED, of no meaning to a client, which waits on.
- * A slot in service is never freed under the hands of a connected service side, whatever became of its owner.
+ * A slot in service is never freed while a service side is connected, whatever became of its owner.
  */
 #define ORV_SLOT_IN_SERVICE 0x1800u /* the service side has taken the request */
 #define ORV_SLOT_GIVEN_UP 0x8000u   /* the service side will not answer it */

@@ -21,7 +21,7 @@ struct module_texts {
     std::wstring icon_location;
 };
 
-// Empty path: the system does not tell where the module is.
+// An empty path: the system could not say where the module is.
 module_texts read_module_texts() {
     std::array<wchar_t, path_limit_chars> path{};
     if (GetModuleFileNameW(module_state::module_instance, path.data(), path_limit_chars) == 0) {
@@ -117,7 +117,7 @@ HRESULT register_server() noexcept {
             return S_OK;
         }
     } catch (const std::exception&) {
-        // Taken back below: a half-registered module would be worse than none.
+        // Undone below: a half-registered module would be worse than none.
     }
     (void)unregister_server();
     return E_UNEXPECTED;

@@ -9,7 +9,7 @@
 namespace ov::registration {
 
 /// Writes every entry in the native and in the 32-bit view, then tells the shell that the desktop changed.
-/// S_OK, or E_UNEXPECTED when a step failed: what had been written is then taken back. Entries that are there
+/// S_OK, or E_UNEXPECTED when a step failed: what had been written is then removed. Entries that are there
 /// already are overwritten.
 [[nodiscard]] HRESULT register_server() noexcept;
 

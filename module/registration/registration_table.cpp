@@ -9,7 +9,7 @@ namespace {
 using enum root_key;
 using enum key_use;
 
-// Rows by what they write; `pass_2` is the only thing that a few of them say besides.
+// Makers of rows, one for each kind of value; `pass_2` says how a row differs in the 32-bit view.
 constexpr registration_row with_text(root_key root, const wchar_t* path, key_use use, const wchar_t* name,
                                      const wchar_t* text, second_pass pass_2 = second_pass::same) {
     return {root, use, path, name, data::text, 0, text, pass_2};

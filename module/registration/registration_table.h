@@ -9,7 +9,7 @@ namespace ov::registration {
 
 enum class root_key { classes_root, local_machine };
 
-/// How a row comes by its key.
+/// How a row gets its key.
 enum class key_use {
     create,  ///< created, or opened when it is there, with all access
     reopen,  ///< closed by the row before, opened again for reading and writing
@@ -53,7 +53,7 @@ inline constexpr const wchar_t* server_32_path = L"%systemroot%\\SysWow64\\orvsh
 
 enum class removal {
     delete_key,          ///< a missing key is fine, any other failure ends the run
-    delete_tree,         ///< the outcome is not looked at
+    delete_tree,         ///< its result is ignored
     probe_delete_key,    ///< delete_key, unless the key is known not to be there
     probe_delete_value,  ///< a value is deleted, unless its key is known not to be there
     notify_shell,        ///< the last row

@@ -49,7 +49,7 @@ void record_process_attach(HINSTANCE instance) noexcept {
     try {
         read_module_directory(instance);
     } catch (...) {
-        // Out of memory while loading: the module works on, with empty texts.
+        // Out of memory while loading: the module goes on with empty texts.
         module_directory.clear();
     }
     restoreInProgress = 0;

@@ -9,7 +9,7 @@
 #include "ovufc/com/live_count.h"
 #include "ovufc/i18n/rosetta_stone.h"
 
-/// What every room needs to know of the module and its host. A leaf: it uses the utility library only, and
+/// Global state of the module and facts about its host, for all folders. It uses the utility library only;
 /// anything may use it. Written once at process attach, before any other code of the module runs, and read
 /// without a lock afterwards; `restoreInProgress`, the lock and the counts are the exceptions and say so.
 namespace ov::module_state {
@@ -46,7 +46,7 @@ extern com::live_count namespace_object_count;
 void record_process_attach(HINSTANCE instance) noexcept;
 
 /// Loads "orvres.dll" from the module's directory into `resource_strings` unless it is loaded. A missing or
-/// rejected library is no failure: texts then come out empty.
+/// rejected library is not a failure: texts are empty then.
 void load_resource_library() noexcept;
 
 }  // namespace ov::module_state

@@ -15,7 +15,8 @@ using NameSpaceCategoryProviderBase =
                     com::answers<com::answer<IUnknown>, com::answer<ICategoryProvider>>>;
 
 /// Tells the view that the items can be grouped by their type, and in no other way. Keeps the folder alive.
-/// One thread at a time.
+/// One thread at a time. A column is named by its property key (SCID in the names of the interface):
+/// https://learn.microsoft.com/windows/win32/api/shobjidl_core/nn-shobjidl_core-icategoryprovider
 class NameSpaceCategoryProvider final : public NameSpaceCategoryProviderBase {
   public:
     explicit NameSpaceCategoryProvider(IShellFolder2* owner) noexcept;

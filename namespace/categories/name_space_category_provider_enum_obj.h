@@ -21,7 +21,7 @@ class NameSpaceCategoryProviderEnumObj final : public NameSpaceCategoryProviderE
     virtual ~NameSpaceCategoryProviderEnumObj();
 
     /// Only one at a time may be asked for. The end of the list is E_INVALIDARG and not S_FALSE, kept on
-    /// purpose: a failure ends a walk as S_FALSE does.
+    /// purpose: callers stop at a failure as they do at S_FALSE.
     STDMETHODIMP
     Next(ULONG count, GUID* guids, ULONG* fetched) noexcept override;
     STDMETHODIMP

@@ -1,4 +1,4 @@
-// How the folder is made, and where it is.
+// Making the folder, the driver's flags, and its place in the shell (IPersistFolder2).
 
 #include "namespace/folder/orv_name_space.h"
 

@@ -30,8 +30,8 @@ using orvNameSpaceBase = com::com_object<
 /// The folder "Orvane" of the navigation pane: the protected locations and up to two action entries, as one
 /// flat list.
 ///
-/// The list is built in the constructor from the cached protected-locations document and never changes; who
-/// wants the current list makes a new folder. `refresh_protected_locations` must have been called before.
+/// The list is built in the constructor from the cached protected-locations document and never changes; for
+/// the current list, make a new folder. `refresh_protected_locations` must have been called before.
 /// Make it with `com::make_object`: the caller owns the one reference. Called from several threads:
 /// `itemsLock` guards the items; a location that was handed out to the shell stays valid until the folder
 /// ends, whatever `Initialize` is given meanwhile. Every ID list handed in is bounded by its own size words
@@ -119,7 +119,7 @@ class orvNameSpace final : public orvNameSpaceBase {
     std::int32_t nextIndex = 0;  // numbers items as they are added
     // From the driver's flags word as it was when the folder was made.
     bool uiRestricted = false;
-    [[maybe_unused]] bool isServer = false;  // kept, not asked for by anything yet
+    [[maybe_unused]] bool isServer = false;  // kept, not used yet
     bool showRestore = false;
     bool showAddons = false;
     bool detailsView = false;

@@ -51,8 +51,8 @@ orvNameSpace::GetDetailsEx(PCUITEMID_CHILD entry, const SHCOLUMNID* key, VARIANT
     try {
         *value = column_value(entry, *key);
     } catch (const std::exception&) {
-        // Out of memory: a value that cannot be told is empty, like one that the item does not have. Asking
-        // for a property never fails.
+        // Out of memory: the value is empty, as for a property that the item does not have. Asking for a
+        // property never fails.
     }
     return S_OK;
 }

@@ -1,4 +1,5 @@
-// What the shell asks about the entries: finding one by its name, listing, opening, attributes and names.
+// What the shell asks about the entries: finding one by its name, listing, opening, attributes and names; and
+// searches, of which the folder has none.
 
 #include <windows.h>
 #include <shlobj.h>

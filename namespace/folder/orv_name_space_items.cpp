@@ -1,4 +1,4 @@
-// How the folder's list is built.
+// Building the list of items, from the document and the driver's flags.
 
 #include <windows.h>
 #include <shlobj.h>
@@ -72,7 +72,7 @@ void orvNameSpace::add_category_items(const location_document& document) noexcep
     try {
         add_locations(document);
     } catch (const std::exception&) {
-        // Out of memory: the document costs the folder no more than the document's own items.
+        // Out of memory: only the items of the document are missing then.
     }
 }
 

@@ -1,4 +1,4 @@
-// The folder's view.
+// The folder's view: the system's own, told to group by item type.
 
 #include <windows.h>
 #include <shlobj.h>
@@ -15,7 +15,7 @@ namespace {
 using Microsoft::WRL::ComPtr;
 
 #ifdef _WIN64
-static_assert(sizeof(SFV_CREATE) == 32);
+static_assert(sizeof(SFV_CREATE) == 32);  // goes into cbSize, which the system checks
 #endif
 
 }  // namespace

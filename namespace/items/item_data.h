@@ -24,6 +24,7 @@ class ItemData {
     ItemData(ItemData&&) noexcept = default;
     ItemData& operator=(const ItemData&) = default;
     ItemData& operator=(ItemData&&) noexcept = default;
+    /// Virtual on purpose, though nothing derives: the layout of the record begins with a function table.
     virtual ~ItemData() = default;
 
     /// Folders: the full path as the driver or the system gave it. Action entries: their localised name.

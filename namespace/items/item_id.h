@@ -10,7 +10,7 @@
 #include "namespace/items/item_data.h"
 #include "ovufc/com/task_memory.h"
 
-/// The item ID entry: how an item of the namespace folder looks in the shell's hands.
+/// The item ID entry: the bytes by which the shell knows an item of the namespace folder.
 ///
 /// An entry holds the item's type and its whole path or name, so every operation works from the entry alone.
 /// Entries come back from other processes, from files and from the registry: a reader takes nothing from
@@ -32,9 +32,9 @@ struct header {
 #pragma pack(pop)
 
 inline constexpr std::uint16_t own_signature = 0x6868;
-/// Fewer bytes than these and an entry is not ours, whatever it holds.
+/// The smallest entry of ours, in bytes; a shorter one belongs to another folder.
 inline constexpr std::uint16_t smallest_own_cb = 12;
-/// Zeros after the name: to a careless reader a terminator.
+/// Zeros after the name, for readers that expect a terminator.
 inline constexpr std::size_t padding_bytes = 4;
 /// The two zero bytes that end an ID list.
 inline constexpr std::size_t list_end_bytes = 2;
@@ -51,8 +51,8 @@ static_assert(sizeof(wchar_t) == 2);
 
 /// A new one-entry ID list for `item`, in one zero-filled block of the task allocator; null when there is no
 /// memory. A name of more than 65,535 units is taken modulo 65,536, as its length field is; a name too long
-/// for the 16-bit `cb` is cut to the 32,760 units that fit, since a list whose sizes lie is read out of
-/// bounds by everybody.
+/// for the 16-bit `cb` is cut to the 32,760 units that fit: with a wrong size every reader would read
+/// out of bounds.
 [[nodiscard]] com::unique_child_id make_item_id(const ItemData& item) noexcept;
 
 /// True for an entry of this folder: present, of at least 12 bytes and with our signature.

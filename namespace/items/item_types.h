@@ -14,9 +14,9 @@ namespace item_types {
 
 /// Standard user folders, local folders and centrally managed folders.
 inline constexpr std::uint16_t folder = 0x1010;
-/// Reserved: no producer.
+/// Reserved: no item has it.
 inline constexpr std::uint16_t reserved = 0x2020;
-/// Reserved, with an icon of its own: no producer.
+/// Reserved, with an icon of its own: no item has it.
 inline constexpr std::uint16_t reserved_with_icon = 0x3030;
 inline constexpr std::uint16_t cloud_folder = 0x5050;
 inline constexpr std::uint16_t one_click_restore = 0x6060;

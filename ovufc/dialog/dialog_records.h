@@ -5,7 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// The records that the module and the dialog library exchange. Fixed: the two are built and shipped apart.
+/// The records that the module and the dialog library exchange. Never changed: each library may be replaced
+/// without the other.
 namespace ov::dialog {
 
 /// Ordinal of the folder-protection dialog: takes a protect_request*, returns non-zero for OK.
@@ -39,7 +40,7 @@ inline constexpr std::uint32_t chronel_action_open = 1;
 inline constexpr std::uint32_t chronel_action_restore = 2;
 inline constexpr std::uint32_t chronel_action_restore_too = 3;
 
-/// Zero-filled before use; filled by the dialog, which sets `size_bytes` last to vouch for the rest.
+/// Zero-filled before use; filled by the dialog, which sets `size_bytes` last, when all else is valid.
 struct ChronelDialogResult {
     std::uint32_t size_bytes;  // 20492, else the result is not used
     std::uint32_t reserved;

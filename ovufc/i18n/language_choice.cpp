@@ -15,7 +15,7 @@ constexpr std::uint32_t chinese = 0x04;
 constexpr std::uint32_t chinese_taiwan = 0x0404;
 constexpr std::uint32_t chinese_china = 0x0804;
 constexpr std::uint32_t chinese_hong_kong = 0x0C04;
-// Fits the mask below but is no language that Windows knows; it goes the way of any other Chinese.
+// Fits the mask below but is not a language of Windows; treated as any other Chinese.
 constexpr std::uint32_t chinese_unassigned = 0x1C04;
 
 // Ids that differ from the first of their script by the masked-out bits only: Hong Kong (0x0C04) and Macao

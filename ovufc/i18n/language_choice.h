@@ -29,7 +29,7 @@ inline constexpr std::array<std::uint32_t, 7> enabled_languages{
     0x0409, 0x0C0A, 0x040C, 0x0411, 0x0412, 0x0804, 0x0C04,
 };
 
-/// The tags (BCP 47) of `known_languages`, in the same order; for people, no choice reads them.
+/// The tags (BCP 47) of `known_languages`, in the same order; to show, not used for choosing.
 inline constexpr std::array<std::wstring_view, known_languages.size()> language_tags{
     L"en", L"es", L"fr", L"id", L"ja", L"ko", L"lt", L"pt", L"zh-Hans", L"zh-Hant",
 };

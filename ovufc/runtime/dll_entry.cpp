@@ -3,7 +3,7 @@
 #include "ovufc/runtime/semaphores.h"
 #include "ovufc/runtime/stack_guard.h"
 
-// Where the system enters a DLL of ours, before the C++ runtime, and what that runtime would do too much.
+// The entry point of our DLLs: it calls that of the C++ runtime, except where the runtime would do too much.
 
 #ifdef _MSC_VER
 #define DllMainCRTStartup _DllMainCRTStartup

@@ -3,17 +3,17 @@
 // Exceptions in flight, kept by the DLL itself in place of the C++ runtime of mingw-w64: the four functions
 // at the end take the place of the runtime's own of the same names.
 //
-// The runtime's own are made for a program, which may end when it is out of everything. They take 73 KiB of
+// The runtime's own are made for a program, which may end when it is out of memory. They take 73 KiB of
 // heap when the DLL is loaded, and never give them back; they take a TLS index at the first throw and never
 // give it back, so that a host is ended after some thousand loads; they take memory at the first throw of
 // each thread and end the process when there is none, so that running out of memory would not come out as
 // E_OUTOFMEMORY. Here nothing is taken before it is needed, and what cannot be had is lent from a reserve
 // that is part of the file.
 //
-// Each of these was met: Unload.thousands_of_loads… shows what stays behind, OutOfMemory.… (all in
-// tests/module/frame) that a host is ended, also with more threads at once than there is a reserve for.
+// Each of these was seen: Unload.thousands_of_loads_cost_the_host_nothing shows what stays behind, the tests
+// OutOfMemory.* (all in tests/module/frame) that a host is ended, also with more threads than the reserve.
 //
-// Another compiler brings a runtime that knows DLLs.
+// Other compilers' runtimes are made for DLLs too.
 #ifdef __GLIBCXX__
 
 #include <windows.h>

@@ -114,7 +114,7 @@ std::wstring datetime_rfc1123::format(bool local, bool /*withMilliseconds*/) con
             hour %= noon;
         }
     }
-    // Month 0 wraps to an index that no name has.
+    // Month 0 wraps to an index beyond the last name.
     return print<text_limit_chars>(L"%ls, %02d %ls %04d %02d:%02d:%02d %ls",
                                    name_at(time->wDayOfWeek, day_names), time->wDay,
                                    name_at(static_cast<std::size_t>(time->wMonth) - 1, month_names),

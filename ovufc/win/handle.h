@@ -35,7 +35,7 @@ class unique_handle {
         }
     }
 
-    /// Where an API writes the handle that it makes; what was held is closed first.
+    /// For an API's out-parameter; the handle held before is closed first.
     [[nodiscard]] type* put() noexcept {
         reset();
         return &value_;

@@ -50,7 +50,7 @@ std::string print_without_arguments(const std::string& format) {
         }
         const std::size_t type = format.find_first_not_of(before_conversion_type, percent + 1);
         if (type == std::string::npos) {
-            break;  // begun and not ended: prints nothing
+            break;  // an incomplete conversion: prints nothing
         }
         const std::string conversion = format.substr(percent, type + 1 - percent);
         if (can_print(conversion)) {

@@ -59,7 +59,8 @@ void reg_key::create(HKEY root, const std::wstring& subkey, std::uint32_t view,
     };
     LSTATUS status = create_with(REG_OPTION_NON_VOLATILE);
     if (status == ERROR_ACCESS_DENIED) {
-        // Only here: whoever may restore backups may write anywhere, and no other failure is about rights.
+        // Only when access is denied: the backup privilege allows writing anywhere, and helps with nothing
+        // else.
         status = create_with(REG_OPTION_BACKUP_RESTORE);
     }
     if (status != ERROR_SUCCESS) {

@@ -46,7 +46,7 @@ class reg_key : private noncopyable {
 
     /// Whether the open key has a value of that name, whatever it holds.
     [[nodiscard]] bool has_value(const std::wstring& name) const noexcept;
-    /// Takes a value away; whether it could be is not told.
+    /// Deletes a value; a failure is ignored.
     void remove_value(const std::wstring& name) noexcept;
 
     void close() noexcept;

@@ -9,7 +9,7 @@
 ///
 ///     const std::string text = win::to_utf8(path).value_or("");
 ///
-/// Only std::bad_alloc gets out.
+/// Throws std::bad_alloc only.
 namespace ov::win {
 
 /// What becomes of text that is not well formed, such as half of a surrogate pair.

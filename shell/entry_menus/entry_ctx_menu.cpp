@@ -27,7 +27,7 @@ EntryCtxMenu::InvokeCommand(CMINVOKECOMMANDINFO* info) noexcept {
     if (command_offset(info) != 0) {
         return E_INVALIDARG;
     }
-    // What goes wrong is shown, or left to the driver to show: the host is not told.
+    // Errors are shown to the user here, or by the driver; the host is not told.
     (void)com::guarded([&] {
         selected_entry entry;
         if (entry.find(dataObject.Get())) {

@@ -11,7 +11,7 @@
 namespace ov::shell {
 
 /// What the menus of the namespace folder's two special entries share: the selection, the site, and one verb
-/// that is the entry's default action and nothing else. It stands on no right-click menu, on purpose.
+/// that is the entry's default action only. It is not shown on a right-click menu, on purpose.
 ///
 /// Keeps references to the selection and the site. For one thread at a time.
 class EntryCtxMenu

@@ -22,7 +22,7 @@ void show_last_timestamp() {
         show_failure();
         return;
     }
-    // A timestamp of 0 is no time: the message then holds an empty date.
+    // A timestamp of 0 means no time: the date in the message is then empty.
     const std::wstring when = time::datetime_rfc1123(*timestamp).display(/*local=*/true, /*longDate=*/true);
     show_box(resource_strings.format(ids::addons_result, when.c_str()), box_style::result);
 }

@@ -4,7 +4,7 @@
 
 namespace ov::shell {
 
-/// The verb of the "Addons" entry: asks, then tells the driver's last timestamp.
+/// The verb of the "Addons" entry: asks, then shows the driver's last timestamp.
 class OrvAddonsCtxMenu final : public EntryCtxMenu {
   private:
     [[nodiscard]] const wchar_t* verb_text() const noexcept override;

@@ -18,7 +18,7 @@ namespace ids = i18n::message_ids;
 using module_state::resource_strings;
 using module_state::restoreInProgress;
 
-/// Holds the process's one restore for the length of a scope, if it could be had.
+/// For the length of a scope, marks that this process runs a restore; fails if another one runs.
 class restore_turn : private noncopyable {
   public:
     restore_turn() noexcept {
@@ -54,7 +54,7 @@ void restore_first_point() {
     if (!confirmed_twice(createdOn)) {
         return;
     }
-    // The list is asked for and dropped, kept on purpose. The driver reports the outcome of the restore.
+    // The list is asked for and not used; kept on purpose. The driver reports the outcome of the restore.
     (void)service::get_restore_folders(createdOn, sequenceNumber);
     (void)service::restore_from_point(createdOn, sequenceNumber);
 }

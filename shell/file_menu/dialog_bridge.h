@@ -32,7 +32,7 @@ class chronel_dialog {
   public:
     enum class outcome {
         not_shown,  ///< the library or its export is missing
-        no_answer,  ///< cancelled, or the result does not vouch for itself
+        no_answer,  ///< cancelled, or the result's size is not set
         answered,
     };
 
@@ -42,7 +42,7 @@ class chronel_dialog {
     /// `icon`, `file_path` and `chronel_list` (UTF-8, unparsed) are used during the call only.
     [[nodiscard]] outcome show(HICON icon, const std::wstring& file_path, const std::string& chronel_list);
 
-    /// After `answered`: one of dialog::chronel_action_*, or a number that nobody knows.
+    /// After `answered`: one of dialog::chronel_action_*, or an unknown number.
     [[nodiscard]] std::uint32_t action() const noexcept { return result_->action; }
     [[nodiscard]] std::string chronel_identifier() const;
     [[nodiscard]] std::wstring file_name() const;

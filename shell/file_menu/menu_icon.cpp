@@ -7,8 +7,8 @@ namespace ov::shell {
 
 namespace {
 
-// An icon that cannot be taken apart cannot be drawn either. The two bitmaps that Windows hands out with the
-// answer are the caller's to delete.
+// An icon that GetIconInfo fails for cannot be drawn either. The caller has to delete the two bitmaps that it
+// returns.
 bool is_drawable(HICON icon) noexcept {
     ICONINFO parts{};
     if (GetIconInfo(icon, &parts) == FALSE) {

@@ -11,7 +11,7 @@ namespace ov::shell {
 [[nodiscard]] win::unique_icon load_menu_icon(int side) noexcept;
 
 /// `icon` drawn into a 32-bit bitmap with alpha, as menu items want it, `side` pixels wide and high; null on
-/// any failure (the items then go without).
+/// any failure (the items then have no icon).
 [[nodiscard]] win::unique_bitmap make_menu_bitmap(HICON icon, int side) noexcept;
 
 }  // namespace ov::shell

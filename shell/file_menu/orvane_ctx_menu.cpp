@@ -28,7 +28,7 @@ constexpr const wchar_t* submenu_text = L"Orvane";
 constexpr UINT any_text_bits = 5;
 constexpr UINT wide_text_bit = GCS_UNICODE;
 
-// Under these the menu adds nothing: the default verb is not ours, and a Shift-click shows nothing of us.
+// With any of these the menu adds nothing: the default verb is not ours, and Shift-click hides our items.
 constexpr UINT silent_flags = CMF_DEFAULTONLY | CMF_EXTENDEDVERBS | CMF_OPTIMIZEFORINVOKE;
 
 void copy_bounded(const std::wstring& text, LPSTR buffer, UINT cch) noexcept {
@@ -66,7 +66,7 @@ OrvaneCtxMenu::Initialize(PCIDLIST_ABSOLUTE /*folder*/, IDataObject* selection, 
         return S_OK;
     });
     if (FAILED(result)) {
-        forget_selection();  // half a selection offers nothing
+        forget_selection();  // a selection that was read only in part gets no menu
     }
     return S_OK;
 }
@@ -121,7 +121,7 @@ HRESULT OrvaneCtxMenu::insert_tracked_item(HMENU menu, UINT indexMenu, UINT idCm
     const UINT grey = active ? 0 : MF_GRAYED;
     if (InsertMenuW(menu, indexMenu, grey | MF_BYPOSITION | MF_POPUP, idCmdFirst, trackedItemText.c_str()) !=
         FALSE) {
-        // Not without it: the item at that position would be the host's, and outlive the bitmap.
+        // Only then: otherwise the item at that position is the host's, and lives longer than the bitmap.
         SetMenuItemBitmaps(menu, indexMenu, MF_BYPOSITION, menuBitmap.get(), menuBitmap.get());
     }
     return 1;

@@ -27,7 +27,7 @@ class OrvaneCtxMenu final
   public:
     /// Throws only std::bad_alloc.
     OrvaneCtxMenu();
-    /// The icon goes before its bitmap.
+    /// The icon is destroyed before its bitmap.
     ~OrvaneCtxMenu() { menuIcon.reset(); }
 
     /// Asks the driver about a folder: blocks for as long as that takes. Always S_OK.

@@ -22,7 +22,7 @@ OrvaneCtxMenu::InvokeCommand(CMINVOKECOMMANDINFO* info) noexcept {
         return E_INVALIDARG;
     }
     if (trackedFileMode) {
-        // There is one command: the verb is not looked at.
+        // There is one command only: the verb is ignored.
         return com::guarded([&] { return show_chronels(); });
     }
     const auto offset = command_offset(info);

@@ -33,7 +33,7 @@ class OrvanePropertySheet final
     ReplacePage(EXPPS page_id, LPFNSVADDPROPSHEETPAGE replace_page, LPARAM context) noexcept override;
 
   private:
-    // What a page would show: nothing fills them.
+    // For a page to show; never filled.
     std::wstring filePath;
     win::unique_icon pageIcon;
     win::unique_bitmap pageBitmap;

@@ -42,7 +42,7 @@ struct command_call {
 /// For the commands: reports a change's outcome, and tells a running service.
 [[nodiscard]] int finish_change(command_call& call, DWORD error, const problems& left_out = {});
 
-/// A path from the command line, which may be relative. Throws usage_error for what is no path.
+/// A path from the command line, which may be relative. Throws usage_error for what is not a path.
 [[nodiscard]] std::wstring path_from_word(const std::wstring& word);
 
 }  // namespace ov::devservice

@@ -36,7 +36,7 @@ struct chronel {
                                     const std::string& clone_file_name);
 
 /// Writes a version into a new folder below `parent` under the last part of `wanted_name`, or under the
-/// file's own name when that is no file name or would change the file's type. `opened` receives the path.
+/// file's own name when that is not a file name or would change the file's type. `opened` receives the path.
 [[nodiscard]] DWORD write_chronel_for_opening(const vault& vault, const std::wstring& path,
                                               const std::string& clone_file_name,
                                               const std::wstring& wanted_name, const std::wstring& parent,

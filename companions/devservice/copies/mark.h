@@ -11,7 +11,7 @@ namespace ov::devservice {
 /// filter knows the mark; without one the system refuses to open it. So no mark stays that was not tried.
 inline constexpr DWORD tracked_file_tag = 0x51;
 
-/// True when a listing or a query with this answer speaks of a marked file: a file still, and no link.
+/// True when these attributes and this tag are those of a marked file, which is a file and not a link.
 [[nodiscard]] constexpr bool is_marked_file(DWORD attributes, DWORD tag) noexcept {
     return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0 &&
            tag == tracked_file_tag;

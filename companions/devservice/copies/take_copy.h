@@ -19,7 +19,7 @@ stored_copy& add_copy(service_state& state, copy_kind kind);
 
 /// Protects a folder: remembers it and takes its first copy. Folders inside it that were protected by
 /// themselves are now protected by it. A folder that is protected already only takes the new object path,
-/// when one is given. ERROR_PATH_NOT_FOUND when it is no folder or a link is on the way to it,
+/// when one is given. ERROR_PATH_NOT_FOUND when it is not a folder or a link is on the way to it,
 /// ERROR_INVALID_NAME when its name is not well formed, ERROR_ACCESS_DENIED for a volume's root and for what
 /// holds, or lies in, the service's own folder.
 [[nodiscard]] DWORD protect(vault& vault, const std::wstring& path, const std::wstring& object_path,

@@ -59,7 +59,7 @@ inline constexpr DWORD own_file_patience_ms = 10'000;
 /// A file attribute word, or INVALID_FILE_ATTRIBUTES.
 [[nodiscard]] DWORD attributes_of(const std::wstring& path);
 
-/// True for a folder that is no link.
+/// True for a folder that is not a link.
 [[nodiscard]] bool is_plain_folder(const std::wstring& path);
 
 }  // namespace ov::devservice

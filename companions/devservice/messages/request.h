@@ -9,7 +9,7 @@
 
 namespace ov::devservice {
 
-/// A service call as it arrived. Clients are not trusted: whatever has not this shape is no request.
+/// A service call as it arrived. Clients are not trusted: a text of another shape is not a request.
 struct request {
     std::int64_t service_call = 0;
     json parameters;  // an object

@@ -94,7 +94,7 @@ struct folder_job {
     }
 
     /// Folders that were not there: their files have been moved, so they are empty unless one of them could
-    /// not be, or was none of ours to move; then they stay, and are no failure unless they are in the way.
+    /// not be, or must not be; then they stay, which is a failure only where they are in the way.
     void remove_folders_that_appeared(const std::vector<found_entry>& found) {
         // Each folder comes after the one that holds it: from the back, the inner ones go first.
         for (auto entry = found.rbegin(); entry != found.rend(); ++entry) {

@@ -25,7 +25,8 @@ class server {
 
     /// Serves until `presence::stopping`; when the driver goes meanwhile, waits for it and serves again.
     /// ERROR_SUCCESS at the end. Before serving once: ERROR_FILE_NOT_FOUND without a driver,
-    /// ERROR_ACCESS_DENIED for a caller that is no administrator, ERROR_BUSY while another process serves.
+    /// ERROR_ACCESS_DENIED for a caller that is not an administrator, ERROR_BUSY while another process
+    /// serves.
     [[nodiscard]] DWORD run();
 
   private:

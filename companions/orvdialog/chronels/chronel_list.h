@@ -30,7 +30,7 @@ struct chronel {
 /// record is read when it is asked for. So the text must stay where it is. Throws std::bad_alloc only.
 class chronel_list {
   public:
-    /// Empty optional: the text is no such list (not JSON, not UTF-8, nested too deep).
+    /// Empty optional: the text is not such a list (not JSON, not UTF-8, nested too deep).
     [[nodiscard]] static std::optional<chronel_list> read(std::string_view text);
 
     [[nodiscard]] std::size_t size() const noexcept { return entries_.size(); }

@@ -17,7 +17,7 @@ namespace ov::dialog {
 /// with IDOK when `fill` has something to write, else with IDCANCEL.
 class chronel_dialog final : public modal_dialog {
   public:
-    /// `icon` stays the caller's; one that is no icon shows as none.
+    /// `icon` stays the caller's; an invalid one is not shown.
     chronel_dialog(const dialog_texts& texts, std::wstring file_path, HICON icon, chronel_list chronels);
 
     /// After IDOK: writes the user's choice, the size field last.

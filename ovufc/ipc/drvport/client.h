@@ -8,7 +8,7 @@
 
 namespace ov::ipc::drvport {
 
-/// The process's one way to the driver. Threads and errors: as the port's own members.
+/// This process's connection to the driver. Threads and errors: as client_port's members.
 class client : private noncopyable {
   public:
     client();

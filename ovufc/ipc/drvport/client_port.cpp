@@ -105,7 +105,7 @@ bool client_port::connect() noexcept {
     return device.load(std::memory_order_relaxed) != INVALID_HANDLE_VALUE || open();
 }
 
-// An address is the driver's word only: what cannot be read there would end the host at the first look.
+// The address comes from the driver and is not trusted: reading an unmapped page would end the host.
 bool client_port::look_at_section(std::uint64_t address) noexcept {
     const auto* const section = from_word<const volatile std::uint8_t*>(address);
     if (mapping::readable_bytes(section) < ORV_STATUS_BLOCK_BYTES) {
@@ -166,7 +166,7 @@ volatile orv_slot* client_port::claim_slot() noexcept {
     for (int pass = 0; pass < claim_passes; ++pass) {
         std::uint64_t slot_end = ORV_STATUS_BLOCK_BYTES;
         // The first slot is tried whatever the size word says. The word is read anew before each further one:
-        // the driver may change it at any time. What lies behind the mapping is nobody's slot.
+        // the driver may change it at any time. Nothing beyond the mapping is a slot.
         do {
             auto* const slot = reinterpret_cast<volatile orv_slot*>(section + slot_end);
             slot_end += ORV_SLOT_BYTES;
@@ -179,7 +179,7 @@ volatile orv_slot* client_port::claim_slot() noexcept {
     return nullptr;
 }
 
-// Most answers are there within a fraction of a millisecond; the first nap would make 10 ms of it. Until the
+// Most answers come within a fraction of a millisecond; the first sleep would turn that into 10 ms. Until the
 // limit this thread gives its processor to whoever can use it, the service above all.
 void client_port::yield_to_service(const volatile orv_slot& slot) const noexcept {
     const LONGLONG started_us = now_us();
@@ -192,7 +192,7 @@ void client_port::wait_for_reply(const volatile orv_slot& slot) noexcept {
     const DWORD started = GetTickCount();
     while (slot.state != ORV_SLOT_REPLIED) {
         SleepEx(poll_interval_ms, TRUE);
-        // Unsigned subtraction: right across the wrap of the tick count.
+        // Unsigned subtraction, which is right also when the tick count has wrapped.
         if (GetTickCount() - started > timeout_ms || !connect() || status().state == 0) {
             return;
         }
@@ -221,7 +221,7 @@ bool client_port::transact(const orv_request& request, char* reply, std::uint32_
     }
     yield_to_service(*slot);
     wait_for_reply(*slot);
-    // Looked at once more after the wait has ended: a reply that came during the last nap is taken.
+    // Checked once more after the wait has ended: a reply that came during the last sleep is taken.
     if (load_acquire(slot->state) != ORV_SLOT_REPLIED) {
         abandon(*slot);
         return false;

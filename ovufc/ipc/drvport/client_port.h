@@ -57,8 +57,8 @@ class client_port : private noncopyable {
     // lock: whoever sees a valid handle sees the section and the semaphore too.
     std::atomic<HANDLE> device{INVALID_HANDLE_VALUE};
     win::critical_section lock;  // serialises opening, nothing else
-    // Found at opening, from the section's start. How far its mapping reaches: the section's own size word is
-    // a claim that any client can overwrite.
+    // Measured at opening, from the section's start: how far its mapping reaches. The section's own size word
+    // cannot be trusted, since any client can overwrite it.
     std::uint64_t mapped_bytes = 0;
     // How far it could be written then, from the first slot on.
     std::uint64_t writable_end = 0;

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-/// What can be touched of memory whose address came from elsewhere, asked of the system page by page:
-/// touching a page that is not there would end the host.
+/// How much of memory whose address came from another process can be read or written (VirtualQuery):
+/// touching an unmapped page would end the host.
 ///
 ///     if (mapping::readable_bytes(section) < sizeof(orv_status_block)) ...
 ///
