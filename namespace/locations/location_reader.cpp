@@ -31,7 +31,7 @@ location_list* location_reader::list_named(std::string_view name) noexcept {
 bool location_reader::key(std::string& name) {
     next_list_ = nullptr;
     hard_drive_is_next_ = false;
-    if (root_is_object_ && depth_ == root_depth) {
+    if (depth_ == root_depth) {
         hard_drive_is_next_ = name == locations::hard_drive;
         next_list_ = list_named(name);
         if (hard_drive_is_next_) {
@@ -49,9 +49,7 @@ bool location_reader::key(std::string& name) {
 }
 
 bool location_reader::start_object(std::size_t) {
-    if (depth_ == 0) {
-        root_is_object_ = true;
-    } else if (hard_drive_is_next_) {
+    if (hard_drive_is_next_) {
         in_hard_drive_ = true;
     }
     return enter();
@@ -65,25 +63,23 @@ bool location_reader::start_array(std::size_t) {
     if (starting != nullptr) {
         starting->is_array = true;
         list_ = starting;
-        list_depth_ = depth_;
     }
     return true;
 }
 
 bool location_reader::string(std::string& value) {
-    if (at_entry()) {
-        if (!list_->is_broken) {
-            add(value);
-        }
-        return true;
+    if (list_ == nullptr) {
+        return other_value();
     }
-    return other_value();
+    add(value);
+    return true;
 }
 
-// A value that is no string; as an entry of a list it breaks the list.
+// A value that is not a string; as an entry of a list it breaks the list, which takes no more entries then.
 bool location_reader::other_value() noexcept {
-    if (at_entry()) {
+    if (list_ != nullptr) {
         list_->is_broken = true;
+        list_ = nullptr;
     }
     next_list_ = nullptr;
     hard_drive_is_next_ = false;
@@ -100,9 +96,7 @@ bool location_reader::enter() noexcept {
 }
 
 bool location_reader::leave() noexcept {
-    if (at_entry()) {
-        list_ = nullptr;
-    }
+    list_ = nullptr;  // an open list has no array or object open inside it, so it is the list that ends
     --depth_;
     if (depth_ == root_depth) {
         in_hard_drive_ = false;

@@ -43,7 +43,6 @@ class location_reader {
 
     /// The list of a member of the root; "hardDrive" has its own deeper down.
     [[nodiscard]] location_list* list_named(std::string_view name) noexcept;
-    [[nodiscard]] bool at_entry() const noexcept { return list_ != nullptr && depth_ == list_depth_; }
     bool other_value() noexcept;
     bool enter() noexcept;
     bool leave() noexcept;
@@ -57,20 +56,18 @@ class location_reader {
     // Where the next name goes. No name takes more room than its text with the quotation marks.
     wchar_t* room_;
     // How many arrays and objects are open; without a bound a text of brackets alone would go on for ever
-    // (nesting_without_end_is_refused), and with an array for a root the keys below it would count.
+    // (nesting_without_end_is_refused). A key at depth 1 is the root object's: arrays have no keys.
     std::size_t depth_ = 0;
-    bool root_is_object_ = false;
     // The key just read is "hardDrive" of the root: whether its value is an object is not known yet.
     bool hard_drive_is_next_ = false;
-    // Inside that object, as opposed to any other member of the root with "folders" in it.
+    // Inside that object, as opposed to any other member of the root with "folders" in it
+    // (folders_of_an_object_after_the_hard_drive_are_not_its_own).
     bool in_hard_drive_ = false;
-    // The list that the key just read names; null for every other key, and once a value has come that is no
-    // array (value_that_is_no_array_makes_it_incomplete).
+    // The list that the key just read names, until its value has come; null for every other key.
     location_list* next_list_ = nullptr;
-    // The list whose entries are being read, and their depth: what is inside an entry belongs to no list, and
-    // the end of an inner array is not the list's (entry_that_is_no_string_breaks_its_array_there).
+    // The list whose entries are being read: until its array ends, or an entry is not a string
+    // (entry_that_is_no_string_breaks_its_array_there). So nothing inside such an entry is taken for one.
     location_list* list_ = nullptr;
-    std::size_t list_depth_ = 0;
 };
 
 }  // namespace ov::name_space
