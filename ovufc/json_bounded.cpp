@@ -13,8 +13,9 @@ namespace {
 ///
 /// The library's own way to look at a text while it is parsed, a callback, can leave values out but not stop:
 /// too deep a text would come out as another document and not be refused, unless the callback throws, which
-/// expected failures must not (JsonBounded, and ExpectedFailures in tests/unit/service). Looking at the depth
-/// after parsing would be too late: a deep value overflows the stack when it is copied or written.
+/// expected failures must not (JsonBounded, and ExpectedFailures in tests/unit/service). Checking the
+/// depth after parsing would be too late: by then the text has taken memory for each of its levels, and a
+/// deep value overflows the stack when it is copied or written.
 class bounded_builder : public detail::json_sax_dom_parser<json> {
     using base = detail::json_sax_dom_parser<json>;
 

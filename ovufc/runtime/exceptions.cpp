@@ -11,7 +11,8 @@
 // that is part of the file.
 //
 // Each of these was seen: Unload.thousands_of_loads_cost_the_host_nothing shows what stays behind, the tests
-// OutOfMemory.* (all in tests/module/frame) that a host is ended, also with more threads than the reserve.
+// OutOfMemory.* (all in tests/module/frame) that a host is ended, also with more threads than the reserve,
+// and Exceptions.* (tests/unit/ovufc/runtime) that each thread needs a record of its own.
 //
 // Other compilers' runtimes are made for DLLs too.
 #ifdef __GLIBCXX__
