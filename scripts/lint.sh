@@ -16,7 +16,7 @@ if [ "${1:-}" = --limit-s ]; then
 fi
 [[ ${1:-} != -* ]] || misused "unknown option '$1'"
 
-"$ORV_ROOT/scripts/bootstrap.sh" --lint
+"$ORV_ROOT/scripts/bootstrap.sh" --lint --bench
 cd "$ORV_ROOT"
 cmake --preset lint >/dev/null
 
