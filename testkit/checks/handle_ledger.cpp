@@ -164,6 +164,7 @@ handle_ledger::~handle_ledger() {
 
 std::vector<std::string> handle_ledger::outstanding() const {
     std::vector<std::string> functions;
+    functions.reserve(open_.size());
     for (const auto& [handle, entry] : open_) {
         functions.push_back(entry.function);
     }

@@ -28,7 +28,9 @@ class snapshot_reader {
                 break;
             }
             const std::wstring child(name_.data(), length);
-            read(key, child, path + L"\\" + child, depth + 1);
+            std::wstring child_path = path;
+            child_path.append(L"\\").append(child);
+            read(key, child, child_path, depth + 1);
         }
         RegCloseKey(key);
     }

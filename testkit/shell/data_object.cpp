@@ -134,6 +134,7 @@ data_object::EnumFormatEtc(DWORD direction, IEnumFORMATETC** formats) noexcept {
         return E_NOTIMPL;
     }
     std::vector<FORMATETC> known;
+    known.reserve(blocks_.size());
     for (const auto& block : blocks_) {
         known.push_back({block.format, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL});
     }

@@ -1,6 +1,8 @@
 #include "testkit/shell/menu_reader.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <ostream>
 
 namespace ov::test {
@@ -32,6 +34,7 @@ void PrintTo(const menu_item& item, std::ostream* out) {
 std::vector<menu_item> read_menu(HMENU menu) {
     std::vector<menu_item> items;
     const int count = GetMenuItemCount(menu);
+    items.reserve(static_cast<std::size_t>(std::max(count, 0)));
     for (int position = 0; position < count; ++position) {
         items.push_back(read_item(menu, static_cast<UINT>(position)));
     }

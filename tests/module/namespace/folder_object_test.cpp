@@ -1,5 +1,6 @@
 // The shipped module's folder as a COM object: counts, aggregation, slots, and what it asks of the shell.
 
+#include <windows.h>
 #include <shellapi.h>
 
 #include <array>
