@@ -9,6 +9,7 @@
 #include "bench/harness/catch2.h"
 #include "bench/harness/compare.h"
 #include "module/state/class_ids.h"
+#include "ovufc/cert/signer_check.h"
 #include "ovufc/win/handle.h"
 #include "testkit/process/shipped_module.h"
 #include "testkit/files/temp_folder.h"
@@ -43,6 +44,13 @@ TEST_CASE("load", "[alone]") {
         "load, class object, unload", {.aim = 1.15, .rounds = 12},
         {{"ours", [&] { load_and_unload(ours); }, {}},
          {"empty file, same size and imports", [&] { load_and_unload(empty); }, {}},
+         // A class object looks for the resource library by checking it.
+         {"empty file, and a library checked that is not there",
+          [&] {
+              load_and_unload(empty);
+              (void)ov::cert::is_signed_by_maker(folder.path() + L"\\orvres.dll");
+          },
+          {}},
          {"ours, no class object", [&] { (void)ov::win::unique_library(LoadLibraryW(ours.c_str())); }, {}},
          {"ours, resource library checked", [&] { load_and_unload(built + L"orvshellext.dll"); }, {}}});
 }

@@ -36,9 +36,9 @@ class loaded_image {
 };
 
 // Names and slots stand side by side in two tables, each as wide as a pointer but no better aligned than the
-// linker found good enough: nothing is read or written through a pointer to it.
-void find_in_descriptor(const loaded_image& image, const IMAGE_IMPORT_DESCRIPTOR& descriptor,
-                        const std::string& function, std::vector<std::byte*>& found) {
+// linker found good enough: nothing is read or written through a pointer to it. `use` is given both.
+template <class Use>
+void for_each_import(const loaded_image& image, const IMAGE_IMPORT_DESCRIPTOR& descriptor, Use use) {
     // Bound slots no longer hold names, so the names are read from the table that the loader leaves alone.
     if (descriptor.OriginalFirstThunk == 0) {
         return;
@@ -49,22 +49,31 @@ void find_in_descriptor(const loaded_image& image, const IMAGE_IMPORT_DESCRIPTOR
         if (name == 0) {
             return;
         }
-        if (!IMAGE_SNAP_BY_ORDINAL(name) &&
-            function == image.at<char>(name + offsetof(IMAGE_IMPORT_BY_NAME, Name))) {
-            found.push_back(image.at<std::byte>(descriptor.FirstThunk + offset));
+        if (!IMAGE_SNAP_BY_ORDINAL(name)) {
+            use(image.at<char>(name + offsetof(IMAGE_IMPORT_BY_NAME, Name)),
+                image.at<std::byte>(descriptor.FirstThunk + offset));
         }
     }
 }
 
-std::vector<std::byte*> find_slots(HMODULE module, const char* dll_pattern, const char* function) {
+template <class Use>
+void for_each_import(HMODULE module, const char* dll_pattern, Use use) {
     const loaded_image image(module);
-    std::vector<std::byte*> found;
     const auto* descriptor = image.descriptors();
     for (; descriptor != nullptr && descriptor->Name != 0; ++descriptor) {
         if (PathMatchSpecA(image.at<char>(descriptor->Name), dll_pattern)) {
-            find_in_descriptor(image, *descriptor, function, found);
+            for_each_import(image, *descriptor, use);
         }
     }
+}
+
+std::vector<std::byte*> find_slots(HMODULE module, const char* dll_pattern, const std::string& function) {
+    std::vector<std::byte*> found;
+    for_each_import(module, dll_pattern, [&](const char* name, std::byte* slot) {
+        if (function == name) {
+            found.push_back(slot);
+        }
+    });
     return found;
 }
 
@@ -91,6 +100,12 @@ std::string name_of(HMODULE module) {
 
 bool imports(HMODULE module, const char* dll_pattern, const char* function) {
     return !find_slots(module, dll_pattern, function).empty();
+}
+
+std::vector<std::string> imported_functions(HMODULE module, const char* dll_pattern) {
+    std::vector<std::string> names;
+    for_each_import(module, dll_pattern, [&](const char* name, std::byte*) { names.emplace_back(name); });
+    return names;
 }
 
 import_slots::import_slots(HMODULE module, const char* dll_pattern, const char* function,

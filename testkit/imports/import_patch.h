@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include "ovufc/noncopyable.h"
@@ -11,6 +12,9 @@ namespace ov::test {
 
 /// True when `module` imports `function` by name from a DLL that matches `dll_pattern` (see import_patch).
 [[nodiscard]] bool imports(HMODULE module, const char* dll_pattern, const char* function);
+
+/// The names of all functions that `module` imports by name from DLLs that match.
+[[nodiscard]] std::vector<std::string> imported_functions(HMODULE module, const char* dll_pattern);
 
 /// The slots of one imported function in the import table of one module, pointed elsewhere until destruction.
 /// Use it through import_patch, which knows the function's type.

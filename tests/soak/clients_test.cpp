@@ -1,5 +1,4 @@
-// A crowd of processes and threads on the eight slots of the real driver, while others are killed at any
-// moment.
+// A crowd of processes and threads on eight slots of the real driver, while others are killed at any moment.
 
 #include <gtest/gtest.h>
 
@@ -7,6 +6,7 @@
 #include <random>
 #include <string>
 
+#include "ovufc/ipc/drvport/wire.h"
 #include "testkit/process/child_process.h"
 #include "testkit/service/scripted_service.h"
 #include "tests/driver/eventually.h"
@@ -74,6 +74,7 @@ TEST(Clients, crowd_gets_its_own_replies_while_others_are_killed) {
         reply.delay_ms = request.text.size() % 3;  // answered out of order
         return reply;
     });
+    service.set_section_bytes(ORV_STATUS_BLOCK_BYTES + 8 * ORV_SLOT_BYTES);
     std::list<child_process> crowd;
     const auto start = [](unsigned number, unsigned of_threads, unsigned of_calls) {
         return child_process(this_program(), {role_crowd, std::to_wstring(number),
