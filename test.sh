@@ -18,18 +18,20 @@ if [ "${1:-}" = --all ]; then
     exec "$ORV_ROOT/scripts/check-all.sh" "$@"
 fi
 
+limit_s=
 if [ "${1:-}" = --soak ]; then
     shift
     expect_end "$@"
     set -- -L '^soak$'
+    limit_s=5700
 fi
 
-limit_s=1200
 chosen=(-LE '^(long|soak)$')
 if [ $# -gt 0 ]; then
-    limit_s=2400
     chosen=("$@")
+    : "${limit_s:=2400}"
 fi
+: "${limit_s:=1200}"
 
 # ctest passes over what it does not know, and would run everything.
 while [ $# -gt 0 ]; do
