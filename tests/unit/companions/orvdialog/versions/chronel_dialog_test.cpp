@@ -287,23 +287,24 @@ ULONGLONG processor_ms(DWORD thread_id) {
     return (ticks(in_system) + ticks(in_program)) / ticks_a_ms;
 }
 
-// The aim is a tenth of a second; the limit is for the processor's time alone, on a machine that builds
-// meanwhile.
+// The aim is a tenth of a second more than a list of two takes; the limit is for the processor's time, on a
+// machine that builds meanwhile.
 TEST_F(ChronelDialog, hundred_thousand_versions_are_shown_without_a_wait) {
     constexpr ULONGLONG limit_ms = 250;
-    const std::string list = many_versions(100'000);
-    const HWND first = open(two_versions);  // what the system loads for itself, once
-    shown_dialog::press(first, IDCANCEL);
-    EXPECT_EQ(shown->result(), 0U);
-    const ULONGLONG start_ms = GetTickCount64();
-    const HWND window = open(list);
-    const ULONGLONG taken_ms = GetTickCount64() - start_ms;
-    const ULONGLONG used_ms = processor_ms(shown->thread_id());
-    std::printf("shown after %llu ms, %llu of them the processor's, %zu bytes read\n", taken_ms, used_ms,
-                list.size());
-    EXPECT_LT(used_ms, limit_ms);
-    shown_dialog::press(window, IDCANCEL);
-    EXPECT_EQ(shown->result(), 0U);
+    const auto shown_after_ms = [this](const std::string& list) {
+        const ULONGLONG start_ms = GetTickCount64();
+        const HWND window = open(list);
+        const ULONGLONG taken_ms = GetTickCount64() - start_ms;
+        const ULONGLONG used_ms = processor_ms(shown->thread_id());
+        std::printf("%zu bytes: shown after %llu ms, %llu of them the processor's\n", list.size(), taken_ms,
+                    used_ms);
+        shown_dialog::press(window, IDCANCEL);
+        EXPECT_EQ(shown->result(), 0U);
+        return used_ms;
+    };
+    shown_after_ms(two_versions);  // what the system loads for itself, once
+    shown_after_ms(two_versions);
+    EXPECT_LT(shown_after_ms(many_versions(100'000)), limit_ms);
 }
 
 TEST_F(ChronelDialog, hundred_thousand_versions_are_scrolled_through_and_sorted) {
