@@ -2,7 +2,9 @@
 
 #include <rapidjson/reader.h>
 
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 namespace ov::dialog {
@@ -27,6 +29,21 @@ class throwing_allocator {
     static void Free(void* block) noexcept { std::free(block); }
 };
 
+/// Most lists are: to look at all bytes first takes less than to look at each character as it is read.
+bool is_ascii(std::string_view text) noexcept {
+    std::uint64_t all = 0;
+    std::size_t done = 0;
+    for (; done + sizeof all <= text.size(); done += sizeof all) {
+        std::uint64_t eight = 0;
+        std::memcpy(&eight, text.data() + done, sizeof eight);
+        all |= eight;
+    }
+    for (; done < text.size(); ++done) {
+        all |= static_cast<unsigned char>(text[done]);
+    }
+    return (all & 0x8080'8080'8080'8080U) == 0;
+}
+
 }  // namespace
 
 // Its recursion ends where `enter` says so.
@@ -34,8 +51,12 @@ bool chronel_list_reader::read(std::string_view text) {
     rapidjson::MemoryStream bytes(text.data(), text.size());
     stream decoded(bytes);
     text_ = &decoded;
+    constexpr std::size_t usual_record_bytes = 128;
+    list_.entries_.reserve(text.size() / usual_record_bytes);
     rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, throwing_allocator> parser;
-    const bool is_json = !parser.Parse<rapidjson::kParseValidateEncodingFlag>(decoded, *this).IsError();
+    const bool is_json = is_ascii(text)
+                             ? !parser.Parse<rapidjson::kParseNoFlags>(decoded, *this).IsError()
+                             : !parser.Parse<rapidjson::kParseValidateEncodingFlag>(decoded, *this).IsError();
     text_ = nullptr;
     // A NUL in the text is its end to the parser.
     return is_json && bytes.Tell() == text.size() && has_array_;

@@ -17,7 +17,8 @@ namespace ov::dialog {
 /// chronel_list.
 ///
 /// RapidJSON reads here, since a list is the one text so long that its reading can be felt: 100,000 versions
-/// take it half the time that the library of all other texts needs. What it says of a text is the same.
+/// take it half the time that the library of all other texts needs. It takes a lone half of a surrogate pair,
+/// which the other refuses: such a record reads as empty.
 class chronel_list_reader {
   public:
     explicit chronel_list_reader(chronel_list& list) : list_(list) {}

@@ -120,6 +120,24 @@ TEST(ChronelList, nul_ends_no_list) {
     EXPECT_TRUE(chronel_list::read(R"(["a\u0000b"])"));
 }
 
+TEST(ChronelList, record_with_half_of_a_surrogate_pair_reads_as_empty) {
+    const auto list = chronel_list::read(R"([{"fileName":"\udc00","cloneFileName":"1","type":"b"}])");
+    ASSERT_TRUE(list);
+    EXPECT_EQ(list->at(0).identifier, "");
+}
+
+TEST(ChronelList, bytes_beyond_ascii_are_checked_wherever_they_stand) {
+    const auto with = [](std::size_t place) {
+        std::string text = R"([{"fileName":"0123456789abcdef","cloneFileName":"1","type":"b"}])";
+        text[text.find('0') + place] = '\xFF';
+        return text;
+    };
+    for (std::size_t place = 0; place < 16; ++place) {
+        EXPECT_FALSE(chronel_list::read(with(place))) << place;
+    }
+    EXPECT_FALSE(chronel_list::read("[\"\xFF\"]"));
+}
+
 TEST(ChronelList, nesting_beyond_the_limit_is_refused_without_harm) {
     const auto nested = [](std::size_t levels) {
         return R"([{"fileName":"a","cloneFileName":"1","type":)" + std::string(levels, '[') +
