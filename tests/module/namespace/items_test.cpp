@@ -113,6 +113,15 @@ TEST_F(NamespaceItems, number_in_a_cloud_array_ends_the_list_there_and_uses_up_a
     EXPECT_EQ(5, items.back().index);
 }
 
+TEST_F(NamespaceItems, broken_entry_of_each_array_but_the_local_folders_uses_up_an_index) {
+    for (const std::string key :
+         {"mgmtCustom", "oneDrive", "google", "boxSyn", "dropBox", "oneDriveBusiness"}) {
+        const auto items = shown(arrays("[]", "\"" + key + "\":[7]"));
+        ASSERT_EQ(1u, items.size()) << key;
+        EXPECT_EQ(1, items.back().index) << key;
+    }
+}
+
 TEST_F(NamespaceItems, number_among_the_local_folders_uses_up_no_index) {
     const auto items = shown(arrays(R"(["D:\\local",7,"D:\\more"])", R"("mgmtCustom":["D:\\managed"])"));
     // All user folders, because the rules could not be read to their end.

@@ -58,6 +58,17 @@ TEST_F(NoMemory, folder_status_is_false_and_leaves_the_flags) {
     EXPECT_TRUE(is_protected && restricted && exports_available);
 }
 
+TEST_F(NoMemory, restore_points_are_none) {
+    answer(R"({"statusCode":0,"data":{"restorePoints":[{"createdOn":5,"sequenceNumber":6}]}})");
+    std::int64_t createdOn = 0;
+    std::int64_t sequenceNumber = 0;
+    bool found = false;
+    EXPECT_GT(fail_each([&] { found = get_restore_points(createdOn, sequenceNumber); },
+                        [&] { EXPECT_FALSE(found); }),
+              5);
+    EXPECT_TRUE(found);
+}
+
 TEST_F(NoMemory, restore_from_point_is_true) {
     answer(R"({"statusCode":5})");
     bool restored = false;
