@@ -27,12 +27,12 @@ TEST(SignerCheck, makers_name_in_other_letter_case_is_true) {
 
 TEST(SignerCheck, lack_of_memory_is_no_signature) {
     const std::wstring path = sample(L"maker");
-    const int failures = test::fail_each_allocation(
-        GetModuleHandleW(nullptr), test::failing_allocations::mode::once, [&](auto& memory) {
-            const bool is_signed = is_signed_by_maker(path);
-            memory.pause();
-            EXPECT_EQ(is_signed, !memory.met());
-        });
+    const int failures = test::fail_each_allocation(GetModuleHandleW(nullptr),
+                                                    test::failing_allocations::mode::once, [&](auto& memory) {
+                                                        const bool is_signed = is_signed_by_maker(path);
+                                                        memory.pause();
+                                                        EXPECT_EQ(is_signed, !memory.met());
+                                                    });
     EXPECT_GE(failures, 1);
 }
 
