@@ -19,7 +19,7 @@ steps=(
     'ubsan          30  scripts/check-ubsan.sh'
     'installer      15  scripts/check-installer.sh'
     'arm64           5  scripts/check-arm64.sh'
-    'reproducible   10  scripts/check-reproducible.sh'
+    'reproducible   15  scripts/check-reproducible.sh'
     'lint           11  scripts/lint.sh --limit-s 240'
 )
 
