@@ -100,8 +100,10 @@ close_window() {
 }
 
 protect() {
-    # Protected already only where an earlier story was broken off.
-    service unprotect "$windows_folder" >/dev/null 2>&1 || true
+    # Where an earlier story was broken off.
+    if grep -qxF "protected: $windows_folder" <<<"$(service list)"; then
+        service unprotect "$windows_folder"
+    fi
     step "A right-click on a folder that is not protected: the one item is greyed"
     menu_shows "Not protected"
     step "Protecting it as the product's console does"

@@ -8,7 +8,7 @@
 
 #include "bench/harness/catch2.h"
 #include "bench/harness/compare.h"
-#include "module/state/class_ids.h"
+#include "bench/paths/class_object.h"
 #include "ovufc/cert/signer_check.h"
 #include "ovufc/win/handle.h"
 #include "testkit/process/shipped_module.h"
@@ -22,13 +22,7 @@ using ov::bench::require;
 void load_and_unload(const std::wstring& path) {
     const ov::win::unique_library module(LoadLibraryW(path.c_str()));
     require(static_cast<bool>(module), "LoadLibraryW");
-    const auto get_class_object = reinterpret_cast<decltype(&DllGetClassObject)>(
-        reinterpret_cast<void*>(GetProcAddress(module.get(), "DllGetClassObject")));
-    IUnknown* object = nullptr;
-    if (SUCCEEDED(get_class_object(ov::class_ids::shell_extension, IID_IUnknown,
-                                   reinterpret_cast<void**>(&object)))) {
-        object->Release();
-    }
+    ov::bench::take_class_object(module.get());
 }
 
 TEST_CASE("load", "[alone]") {

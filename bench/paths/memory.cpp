@@ -14,7 +14,7 @@
 
 #include "bench/harness/catch2.h"
 #include "bench/harness/compare.h"
-#include "module/state/class_ids.h"
+#include "bench/paths/class_object.h"
 #include "ovufc/win/handle.h"
 #include "testkit/files/temp_folder.h"
 #include "testkit/process/shipped_module.h"
@@ -69,13 +69,7 @@ void measure(const char* name, const wchar_t* file, const wchar_t* companion) {
     const std::size_t before = private_bytes();
     const ov::win::unique_library module(LoadLibraryW((folder.path() + L'\\' + file).c_str()));
     require(static_cast<bool>(module), "LoadLibraryW");
-    const auto get_class_object = reinterpret_cast<decltype(&DllGetClassObject)>(
-        reinterpret_cast<void*>(GetProcAddress(module.get(), "DllGetClassObject")));
-    IUnknown* object = nullptr;
-    if (SUCCEEDED(get_class_object(ov::class_ids::shell_extension, IID_IUnknown,
-                                   reinterpret_cast<void**>(&object)))) {
-        object->Release();
-    }
+    ov::bench::take_class_object(module.get());
     constexpr int aim = 1 << 20;
     std::printf("memory\tload, first class object\t%d\t%s\t%lld\n", aim, name,
                 static_cast<long long>(private_bytes()) - static_cast<long long>(before));

@@ -11,11 +11,12 @@ failures=0
 
 # expect_lines TITLE FOUND WANTED
 expect_lines() {
-    if [ -z "$3" ] || [ "$2" != "$3" ]; then
-        printf 'FAILED: %s ("<" should, ">" should not)\n' "$1" >&2
-        diff <(printf '%s\n' "$3") <(printf '%s\n' "$2") >&2 || true
-        failures=$((failures + 1))
+    local difference
+    if [ -n "$3" ] && difference=$(diff <(printf '%s\n' "$3") <(printf '%s\n' "$2")); then
+        return
     fi
+    printf 'FAILED: %s ("<" should, ">" should not)\n%s\n' "$1" "${difference:-nothing to compare with}" >&2
+    failures=$((failures + 1))
 }
 
 # read_bill PERL: what the piece of Perl prints of the bill, sorted.

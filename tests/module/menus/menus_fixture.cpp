@@ -130,4 +130,14 @@ std::string json_text(const std::wstring& text) {
     return ov::json(win::to_utf8(text).value()).dump();
 }
 
+std::wstring first_header(const shipped_module& module) {
+    ComPtr<IShellFolder2> folder;
+    EXPECT_EQ(module.create(class_ids::namespace_folder, IID_PPV_ARGS(&folder)), S_OK);
+    SHELLDETAILS header{};
+    EXPECT_EQ(folder->GetDetailsOf(nullptr, 0, &header), S_OK);
+    std::wstring text = header.str.pOleStr;
+    CoTaskMemFree(header.str.pOleStr);
+    return text;
+}
+
 }  // namespace ov::test

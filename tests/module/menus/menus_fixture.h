@@ -86,4 +86,7 @@ std::string request_text(service_call number, const std::string& parameters);
 /// A UTF-16 text as a JSON string, with its quotation marks.
 std::string json_text(const std::wstring& text);
 
+/// The header of the namespace folder's first column, as a new folder shows it.
+[[nodiscard]] std::wstring first_header(const shipped_module& module);
+
 }  // namespace ov::test

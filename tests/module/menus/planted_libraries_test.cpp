@@ -77,16 +77,6 @@ class searched_first : private noncopyable {
     std::array<wchar_t, 8192> path_{};
 };
 
-std::wstring first_text(const shipped_module& module) {
-    ComPtr<IShellFolder2> folder;
-    EXPECT_EQ(module.create(class_ids::namespace_folder, IID_PPV_ARGS(&folder)), S_OK);
-    SHELLDETAILS header{};
-    EXPECT_EQ(folder->GetDetailsOf(nullptr, 0, &header), S_OK);
-    std::wstring text = header.str.pOleStr;
-    CoTaskMemFree(header.str.pOleStr);
-    return text;
-}
-
 class PlantedLibraries : public testing::Test {
   protected:
     PlantedLibraries() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
@@ -114,7 +104,7 @@ TEST_F(PlantedLibraries, current_folder_and_path_are_not_searched) {
     scripted_service service(
         [](const auto&) { return R"({"data":{"protectedFolder":true},"statusCode":0})"; });
     const recorded_loads loads(module.handle());
-    EXPECT_EQ(first_text(module), L"");
+    EXPECT_EQ(first_header(module), L"");
     ComPtr<IContextMenu> menu;
     ASSERT_EQ(module.create(class_ids::shell_extension, IID_PPV_ARGS(&menu)), S_OK);
     ASSERT_EQ(initialize(menu.Get(), select_paths({elsewhere_.path()}).Get()), S_OK);
@@ -136,7 +126,7 @@ TEST_F(PlantedLibraries, library_exchanged_between_check_and_load_is_data_and_no
         EXPECT_EQ(path, texts_path());
         copy_built(L"orvdialog.dll", path);
     };
-    (void)first_text(module);
+    (void)first_header(module);
     ASSERT_EQ(loads.all().size(), 1U);
     const auto handle = reinterpret_cast<std::uintptr_t>(loads.all()[0].library);
     EXPECT_NE(handle, 0U);

@@ -95,17 +95,6 @@ class installation {
     temp_folder folder_;
 };
 
-/// The header of the namespace folder's first column, as a new folder shows it.
-std::wstring first_header(const shipped_module& module) {
-    ComPtr<IShellFolder2> folder;
-    EXPECT_EQ(module.create(class_ids::namespace_folder, IID_PPV_ARGS(&folder)), S_OK);
-    SHELLDETAILS header{};
-    EXPECT_EQ(folder->GetDetailsOf(nullptr, 0, &header), S_OK);
-    std::wstring text = header.str.pOleStr;
-    CoTaskMemFree(header.str.pOleStr);
-    return text;
-}
-
 class WithoutTexts : public testing::TestWithParam<library> {
   protected:
     WithoutTexts() {
