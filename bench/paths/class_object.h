@@ -8,7 +8,7 @@
 namespace ov::bench {
 
 /// What a host does first with the module: takes a class object, here to give it back at once. The empty file
-/// that stands beside the module has none.
+/// has the export, which answers with a failure.
 inline void take_class_object(HMODULE module) {
     const auto get_class_object = reinterpret_cast<decltype(&DllGetClassObject)>(
         reinterpret_cast<void*>(GetProcAddress(module, "DllGetClassObject")));
