@@ -56,10 +56,11 @@ start_display() {
     rm -f "$number_file"
 }
 
-# Wine makes a person's folders in the prefix links into the home.
+# Wine makes a person's folders in the prefix links into the home. The folders for temporary files are the programs' own:
+# they make links there that shall stay, and take away what would be looked through.
 replace_links() {
     local link
-    find "$prefix/drive_c/users" -type l -print0 | while IFS= read -r -d '' link; do
+    find "$prefix/drive_c/users" -path '*/Temp' -prune -o -type l -print0 | while IFS= read -r -d '' link; do
         rm "$link"
         mkdir "$link"
     done

@@ -16,7 +16,7 @@ constexpr std::array with_placeholder{ids::ask_unprotect, ids::ask_restore, ids:
                                       ids::addons_result};
 
 DWORD WINAPI write_number(DWORD flags, LPCVOID /*source*/, DWORD number, DWORD /*language*/, LPWSTR buffer,
-                          DWORD size, void* /*arguments*/) {
+                          DWORD size, char** /*arguments*/) {
     const std::wstring text = message_texts::of(number);
     if (flags != FORMAT_MESSAGE_FROM_HMODULE || text.size() >= size) {
         return 0;

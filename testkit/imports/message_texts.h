@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "testkit/imports/format_message.h"
 #include "testkit/imports/import_patch.h"
 
 namespace ov::test {
@@ -23,8 +24,6 @@ class message_texts {
     [[nodiscard]] static std::wstring of(std::uint32_t number, const std::wstring& argument);
 
   private:
-    // Spelt out: this compiler's va_list carries an attribute that a template argument cannot.
-    using format_message = DWORD WINAPI(DWORD, LPCVOID, DWORD, DWORD, LPWSTR, DWORD, void*);
     import_patch<format_message> patch_;
 };
 

@@ -5,6 +5,7 @@
 #include "namespace/categories/type_categories.h"
 #include "namespace/folder/columns.h"
 #include "ovufc/com/adopt.h"
+#include "testkit/imports/format_message.h"
 #include "tests/unit/namespace/folder_fixture.h"
 #include "tests/unit/namespace/unable_folder.h"
 
@@ -253,7 +254,7 @@ TEST_F(NameSpaceCategorizer, each_category_has_its_name) {
     }
 }
 
-DWORD WINAPI long_message(DWORD, LPCVOID, DWORD, DWORD, LPWSTR text, DWORD capacity_chars, void*) {
+DWORD WINAPI long_message(DWORD, LPCVOID, DWORD, DWORD, LPWSTR text, DWORD capacity_chars, char**) {
     constexpr DWORD length_chars = 200;
     if (capacity_chars <= length_chars) {
         return 0;
@@ -264,8 +265,8 @@ DWORD WINAPI long_message(DWORD, LPCVOID, DWORD, DWORD, LPWSTR text, DWORD capac
 }
 
 TEST_F(NameSpaceCategorizer, category_name_takes_half_of_the_field_at_most) {
-    const import_patch<decltype(long_message)> patch(GetModuleHandleW(nullptr), "kernel32.dll",
-                                                     "FormatMessageW", long_message);
+    const import_patch<format_message> patch(GetModuleHandleW(nullptr), "kernel32.dll", "FormatMessageW",
+                                             long_message);
     CATEGORY_INFO info;
     std::memset(&info, 0x23, sizeof(info));
     EXPECT_EQ(S_OK, categorizer->GetCategoryInfo(1, &info));

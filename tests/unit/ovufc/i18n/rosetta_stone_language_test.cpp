@@ -7,17 +7,16 @@
 
 #include "ovufc/i18n/language_choice.h"
 #include "ovufc/i18n/rosetta_stone.h"
+#include "testkit/imports/format_message.h"
 #include "testkit/imports/import_patch.h"
 #include "tests/unit/ovufc/cert/samples.h"
 
 namespace ov::i18n {
 namespace {
 
+using test::format_message;
 using test::import_patch;
 using test::sample;
-
-// Spelt out, with a plain pointer at its end: va_list carries attributes that a template argument cannot.
-using format_message = DWORD WINAPI(DWORD, LPCVOID, DWORD, DWORD, LPWSTR, DWORD, void*);
 
 LANGID locale_language;
 LANGID interface_language;
@@ -94,7 +93,7 @@ TEST_F(LanguageOfUser, since_windows_8_is_that_of_the_locale) {
 }
 
 DWORD asked_language;
-DWORD WINAPI recorded_format(DWORD, LPCVOID, DWORD, DWORD language, LPWSTR, DWORD, void*) {
+DWORD WINAPI recorded_format(DWORD, LPCVOID, DWORD, DWORD language, LPWSTR, DWORD, char**) {
     asked_language = language;
     return 0;
 }

@@ -8,20 +8,19 @@
 
 #include "ovufc/i18n/rosetta_stone.h"
 #include "testkit/checks/lock_trace.h"
+#include "testkit/imports/format_message.h"
 #include "testkit/imports/import_patch.h"
 #include "tests/unit/ovufc/cert/samples.h"
 
 namespace ov::i18n {
 namespace {
 
+using test::format_message;
 using test::import_patch;
 using test::lock_trace;
 using test::sample;
 using mode = lock_trace::mode;
 using holds = std::vector<lock_trace::hold>;
-
-// Spelt out, with a plain pointer at its end: va_list carries attributes that a template argument cannot.
-using format_message = DWORD WINAPI(DWORD, LPCVOID, DWORD, DWORD, LPWSTR, DWORD, void*);
 
 // What was held at each call of the system that the stone makes.
 const lock_trace* watched = nullptr;
@@ -42,7 +41,7 @@ LANGID WINAPI look_and_tell_english() {
     return 0x0409;
 }
 
-DWORD WINAPI look_and_give_no_text(DWORD, LPCVOID, DWORD, DWORD, LPWSTR, DWORD, void*) {
+DWORD WINAPI look_and_give_no_text(DWORD, LPCVOID, DWORD, DWORD, LPWSTR, DWORD, char**) {
     seen.push_back(watched->held());
     return 0;
 }

@@ -6,17 +6,16 @@
 #include <array>
 #include <atomic>
 
+#include "testkit/imports/format_message.h"
 #include "testkit/imports/import_patch.h"
 #include "tests/unit/ovufc/cert/samples.h"
 
 namespace ov::i18n {
 namespace {
 
+using test::format_message;
 using test::import_patch;
 using test::sample;
-
-// Spelt out, with a plain pointer at its end: va_list carries attributes that a template argument cannot.
-using format_message = DWORD WINAPI(DWORD, LPCVOID, DWORD, DWORD, LPWSTR, DWORD, void*);
 
 // The messages of the sample library (make_sample_texts.sh).
 constexpr std::uint32_t with_insert = 1;
@@ -151,19 +150,19 @@ TEST_F(LoadedStone, format_of_a_plain_text_is_the_text) {
 TEST_F(LoadedStone, lookup_asks_the_message_table_as_it_must) {
     static int calls;
     calls = 0;
-    const import_patch<format_message> formatting(
-        GetModuleHandleW(nullptr), "kernel32.dll", "FormatMessageW",
-        [](DWORD flags, LPCVOID source, DWORD number, DWORD, LPWSTR buffer, DWORD capacity, void* arguments) {
-            ++calls;
-            EXPECT_EQ(flags, 0x800U);
-            EXPECT_NE(source, nullptr);
-            EXPECT_EQ(number, 0x40003U);
-            EXPECT_EQ(capacity, 2048U);
-            EXPECT_EQ(arguments, nullptr);
-            // A text ends at its zero, whatever the count says.
-            std::copy_n(L"cut\0here", 9, buffer);
-            return DWORD{8};
-        });
+    const import_patch<format_message> formatting(GetModuleHandleW(nullptr), "kernel32.dll", "FormatMessageW",
+                                                  [](DWORD flags, LPCVOID source, DWORD number, DWORD,
+                                                     LPWSTR buffer, DWORD capacity, char** arguments) {
+                                                      ++calls;
+                                                      EXPECT_EQ(flags, 0x800U);
+                                                      EXPECT_NE(source, nullptr);
+                                                      EXPECT_EQ(number, 0x40003U);
+                                                      EXPECT_EQ(capacity, 2048U);
+                                                      EXPECT_EQ(arguments, nullptr);
+                                                      // A text ends at its zero, whatever the count says.
+                                                      std::copy_n(L"cut\0here", 9, buffer);
+                                                      return DWORD{8};
+                                                  });
     EXPECT_EQ(stone.lookup(0x40003), L"cut");
     EXPECT_EQ(calls, 1);
 }
