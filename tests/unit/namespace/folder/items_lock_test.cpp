@@ -116,6 +116,19 @@ TEST_F(ItemsLock, making_a_folder_copies_under_the_caches_lock_and_adds_under_it
     EXPECT_EQ(taken[1], seen_under) << "room for the locations is made within the folder's lock";
 }
 
+TEST_F(ItemsLock, two_lists_at_once_are_kept_one_after_the_other) {
+    ComPtr<orvNameSpace> folder;
+    const SRWLOCK* const items_lock = lock_of_new_folder(folder);
+    const ITEMIDLIST_ABSOLUTE desktop{};
+    const holds taken = locks_taken_by([&] { EXPECT_EQ(S_OK, folder->Initialize(&desktop)); });
+    ASSERT_EQ(1U, taken.size());
+    EXPECT_EQ(mode::exclusive, taken[0].how);
+    EXPECT_NE(items_lock, taken[0].lock);
+    EXPECT_NE(&cacheLock, taken[0].lock);
+    EXPECT_TRUE(seen) << "nothing was kept";
+    EXPECT_EQ(taken[0], seen_under) << "room for the list is made within the lock";
+}
+
 TEST_F(ItemsLock, parsing_walks_the_items_under_the_lock_held_shared) {
     ComPtr<orvNameSpace> folder;
     const SRWLOCK* const lock = lock_of_new_folder(folder);

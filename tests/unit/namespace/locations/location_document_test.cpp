@@ -206,6 +206,9 @@ TEST(LocationDocument, nesting_without_end_is_refused) {
     std::string closed = document_with_folders("[]");
     closed.insert(1, R"("x":)" + std::string(100'000, '[') + std::string(100'000, ']') + ",");
     EXPECT_EQ(all_folders, mask_of(closed));
+    std::string at_the_end = document_with_folders("[]");
+    at_the_end.insert(at_the_end.rfind('}'), R"(,"x":)" + std::string(257, '[') + std::string(257, ']'));
+    EXPECT_EQ(all_folders, mask_of(at_the_end));
 }
 
 TEST(LocationDocument, nesting_within_reason_is_walked_over) {

@@ -92,6 +92,20 @@ TEST(SharedDocument, threads_that_meet_at_a_new_text_all_see_it) {
     }
 }
 
+TEST(SharedDocument, text_that_there_was_no_memory_for_is_read_by_the_next) {
+    ov::test::document_service service;
+    const int allocations = ov::test::fail_each_allocation(
+        GetModuleHandleW(nullptr), ov::test::failing_allocations::mode::once, [&](auto& memory) {
+            memory.pause();
+            serve(service, R"("D:\\needs memory")");
+            memory.resume();
+            (void)protected_locations();
+            memory.pause();
+            EXPECT_EQ(names{L"D:\\needs memory"}, protected_locations()->local().names);
+        });
+    EXPECT_GE(allocations, 4);
+}
+
 TEST(SharedDocument, further_folder_and_its_enumerator_cost_no_allocation_an_item) {
     constexpr int items = 1000;
     std::string folders;

@@ -78,6 +78,8 @@ TEST(RegularExpression, text_that_is_too_long_does_not_match) {
     EXPECT_TRUE(pattern.matches(std::wstring(63, L'a')));
     EXPECT_FALSE(pattern.matches(std::wstring(64, L'a')));
     EXPECT_FALSE(pattern.matches(std::wstring(1'000'000, L'a')));
+    // One place more than there are bits: it would be taken for the first, where this one may end.
+    EXPECT_FALSE(regular_expression(L"^a?$").matches(std::wstring(64, L'b')));
 }
 
 struct pattern_row {
