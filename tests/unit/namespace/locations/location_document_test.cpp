@@ -147,7 +147,7 @@ TEST(LocationDocument, last_of_two_equal_keys_counts) {
     const auto document = read_location_document(
         R"({"hardDrive":{"folders":["C:\\Users\\[^\\\\]*\\Music\\","D:\\old",1]},"google":["old"],)"
         R"("google":["new"],"mgmtCustom":["kept"],"mgmtCustom":3,)"
-        R"("hardDrive":{"folders":["D:\\older"],"folders":["D:\\new"]}})");
+        R"("hardDrive":{"folders":["C:\\Users\\[^\\\\]*\\Videos\\","D:\\older"],"folders":["D:\\new"]}})");
     EXPECT_EQ(names{L"new"}, document.lists[3].names);
     EXPECT_FALSE(document.lists[1].is_array);
     EXPECT_EQ(names{L"D:\\new"}, document.local().names);
