@@ -21,7 +21,7 @@ TEST_LIMIT_S = 120
 
 # The quick tests of each folder, nearest first; a variant that they miss meets the programs of the whole product too.
 NEAREST = {
-    "module": ["module_frame_tests", "registration_tests", "module_registration_tests"],
+    "module": ["module_unit_tests", "module_frame_tests", "registration_tests", "module_registration_tests"],
     "module/registration": ["registration_tests", "module_registration_tests"],
     "shell": ["shell_tests", "module_menus_tests"],
     "namespace": ["namespace_unit_tests", "namespace_module_tests", "namespace_lock_tests"],
@@ -29,9 +29,9 @@ NEAREST = {
     "ovufc": ["json_tests", "service_tests"],
     "ovufc/cert": ["ovufc_signer_check_tests"],
     "ovufc/com": ["namespace_unit_tests", "shell_tests", "module_frame_tests"],
-    "ovufc/i18n": ["ovufc_language_choice_tests", "ovufc_rosetta_stone_tests"],
+    "ovufc/i18n": ["ovufc_language_choice_tests", "ovufc_rosetta_stone_tests", "orvres_message_table_tests"],
     "ovufc/ipc/drvport": ["drvport_tests", "driver_port_tests"],
-    "ovufc/runtime": ["module_load_tests", "module_exit_tests"],
+    "ovufc/runtime": ["ovufc_exceptions_tests", "module_frame_tests", "module_load_tests", "module_exit_tests"],
     "ovufc/time": ["ovufc_time_tests"],
     "ovufc/win": ["ovufc_win_tests"],
 }

@@ -1,10 +1,14 @@
 #include "shell/file_menu/selected_path.h"
 
+#include <windows.h>
+#include <shellapi.h>
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <vector>
 
+#include "testkit/imports/import_patch.h"
 #include "testkit/memory/guarded_buffer.h"
 #include "testkit/shell/data_object.h"
 
@@ -47,6 +51,23 @@ TEST(SelectedPath, long_path_is_cut_at_260_characters) {
     EXPECT_EQ(selected_path(select_paths({path}).Get()), path.substr(0, 260));
     const std::wstring just_fits = path.substr(0, 260);
     EXPECT_EQ(selected_path(select_paths({just_fits}).Get()), just_fits);
+}
+
+UINT offered_chars = 0;
+
+UINT WINAPI record_room(HDROP, UINT number, LPWSTR, UINT capacity_chars) {
+    if (number == 0xFFFFFFFF) {
+        return 1;
+    }
+    offered_chars = capacity_chars;
+    return 0;
+}
+
+TEST(SelectedPath, room_for_260_characters_and_their_end_is_offered) {
+    const test::import_patch<decltype(DragQueryFileW)> patch(GetModuleHandleW(nullptr), "shell32.dll",
+                                                             "DragQueryFileW", record_room);
+    EXPECT_EQ(selected_path(select_paths({L"C:\\a"}).Get()), std::nullopt);
+    EXPECT_EQ(offered_chars, 261U);
 }
 
 // Whatever was lent must come back unlocked, once.
