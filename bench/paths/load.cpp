@@ -34,19 +34,23 @@ TEST_CASE("load", "[alone]") {
     require(CopyFileW((built + L"empty_module.dll").c_str(), empty.c_str(), FALSE) != FALSE, "CopyFileW");
     // What both import stays loaded, as it is in Explorer.
     const ov::win::unique_library imports(LoadLibraryW((built + L"empty_module.dll").c_str()));
+    const auto load = [](const std::wstring& path) {
+        (void)ov::win::unique_library(LoadLibraryW(path.c_str()));
+    };
     compare(
-        "load, class object, unload", {.aim = 1.15, .rounds = 12},
-        {{"ours", [&] { load_and_unload(ours); }, {}},
-         {"empty file, same size and imports", [&] { load_and_unload(empty); }, {}},
-         // A class object looks for the resource library by checking it.
-         {"empty file, and a library checked that is not there",
-          [&] {
-              load_and_unload(empty);
-              (void)ov::cert::is_signed_by_maker(folder.path() + L"\\orvres.dll");
-          },
-          {}},
-         {"ours, no class object", [&] { (void)ov::win::unique_library(LoadLibraryW(ours.c_str())); }, {}},
-         {"ours, resource library checked", [&] { load_and_unload(built + L"orvshellext.dll"); }, {}}});
+        "load, unload", {.aim = 1.15, .rounds = 12},
+        {{"ours", [&] { load(ours); }, {}}, {"empty file, same size and imports", [&] { load(empty); }, {}}});
+    compare("load, class object, unload", {.aim = 1.15, .rounds = 12},
+            {{"ours", [&] { load_and_unload(ours); }, {}},
+             // A class object asks the system to check a resource library, here one that is not there.
+             {"the empty file and that check",
+              [&] {
+                  load_and_unload(empty);
+                  (void)ov::cert::is_signed_by_maker(folder.path() + L"\\orvres.dll");
+              },
+              {}},
+             {"the empty file alone", [&] { load_and_unload(empty); }, {}},
+             {"ours, with a resource library", [&] { load_and_unload(built + L"orvshellext.dll"); }, {}}});
 }
 
 }  // namespace

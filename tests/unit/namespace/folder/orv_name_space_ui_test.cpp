@@ -350,6 +350,15 @@ TEST_F(OrvNameSpaceDataObject, block_that_is_not_taken_is_freed_and_the_object_h
     EXPECT_EQ(seen_data->block, freed_block);
 }
 
+TEST_F(OrvNameSpaceDataObject, block_that_cannot_be_locked_is_freed_and_not_set) {
+    freed_block = nullptr;
+    const import_patch<decltype(GlobalLock)> unlockable(program(), "kernel32.dll", "GlobalLock",
+                                                        [](HGLOBAL) WINAPI -> LPVOID { return nullptr; });
+    const import_patch<decltype(GlobalFree)> patch(program(), "kernel32.dll", "GlobalFree", see_free);
+    EXPECT_EQ(0, sets_for(entry(item_types::folder).get()));
+    EXPECT_NE(nullptr, freed_block);
+}
+
 TEST_F(OrvNameSpaceDataObject, object_that_cannot_be_made_fails_with_the_systems_code) {
     const import_patch<decltype(SHCreateDataObject)> none(program(), "shell32.dll", "SHCreateDataObject",
                                                           make_no_data);
