@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "ovufc/win/handle.h"
+#include "testkit/imports/import_patch.h"
+#include "testkit/memory/failing_allocations.h"
 
 namespace ov {
 namespace {
@@ -69,6 +71,48 @@ TEST(Exceptions, handlers_within_handlers_go_back_to_the_one_before) {
         thrown_on = value;
     }
     EXPECT_EQ(thrown_on, 1);
+}
+
+TEST(Exceptions, two_in_flight_without_memory_are_kept_apart) {
+    int outer_value = 0;
+    int inner_value = 0;
+    test::failing_allocations memory(GetModuleHandleW(nullptr),
+                                     test::failing_allocations::mode::from_then_on);
+    memory.start(1);
+    try {
+        throw 1;
+    } catch (const int& outer) {
+        try {
+            throw 2;
+        } catch (const int& inner) {
+            outer_value = outer;
+            inner_value = inner;
+        }
+    }
+    memory.pause();
+    EXPECT_EQ(outer_value, 1);
+    EXPECT_EQ(inner_value, 2);
+}
+
+int frees = 0;
+
+void count_and_free(void* block) {
+    ++frees;
+    // By address, not by the import that is patched.
+    static auto* const real = reinterpret_cast<void (*)(void*)>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"msvcrt.dll"), "free")));
+    real(block);
+}
+
+TEST(Exceptions, memory_of_a_handled_one_is_given_back) {
+    const test::import_patch<void(void*)> counting(GetModuleHandleW(nullptr), "msvcrt.dll;ucrtbase.dll",
+                                                   "free", count_and_free);
+    frees = 0;
+    try {
+        throw 1;
+    } catch (int) {
+    }
+    EXPECT_EQ(frees, 1);
 }
 
 }  // namespace
