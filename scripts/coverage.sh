@@ -23,8 +23,12 @@ build=build/$ORV_PRESET
 result=0
 if [ -z "$report_only" ]; then
     [ ! -d "$build" ] || find "$build" -name '*.gcda' -delete
-    # The checks of the built files are for what ships, and counters are written while the process ends.
-    ./test.sh -E '^image_|^module_exit_tests$' || result=$?
+    # The checks of the built files are for what ships. The counters are written while the process ends, by functions of
+    # Windows that the module itself does not call, and so the libraries keep the compiler's entry point: nothing draws
+    # the stack guard's number and closes the runtime's semaphores. To run longer reaches nothing more.
+    entry_point='Unload.loads_that_open_the_port_cost_the_host_nothing:StackGuard.number_is_another_one_at_each_load'
+    GTEST_FILTER="-$entry_point:FailingImports.*" \
+        ./test.sh -E '^image_|^module_exit_tests$' -LE '^(long|soak)$' || result=$?
 fi
 mkdir -p "$build/coverage"
 gcovr --root . --object-directory "$build" --gcov-executable x86_64-w64-mingw32-gcov \
