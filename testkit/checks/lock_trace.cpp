@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "testkit/imports/import_patch.h"
+#include "testkit/imports/unpatched.h"
 
 namespace ov::test {
 
@@ -19,15 +20,9 @@ bool is_traced() noexcept {
     return trace != nullptr && GetCurrentThreadId() == traced_thread;
 }
 
-// By address, not by the imports that are patched.
-template <class Function>
-Function* system_function(const char* name) {
-    return reinterpret_cast<Function*>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name)));
-}
-
 void WINAPI acquire_shared(SRWLOCK* lock) {
-    static auto* const real = system_function<decltype(AcquireSRWLockShared)>("AcquireSRWLockShared");
+    static auto* const real =
+        unpatched<decltype(AcquireSRWLockShared)>(L"kernel32.dll", "AcquireSRWLockShared");
     real(lock);
     if (is_traced()) {
         trace->note_taken(lock, lock_trace::mode::shared);
@@ -35,7 +30,8 @@ void WINAPI acquire_shared(SRWLOCK* lock) {
 }
 
 void WINAPI acquire_exclusive(SRWLOCK* lock) {
-    static auto* const real = system_function<decltype(AcquireSRWLockExclusive)>("AcquireSRWLockExclusive");
+    static auto* const real =
+        unpatched<decltype(AcquireSRWLockExclusive)>(L"kernel32.dll", "AcquireSRWLockExclusive");
     real(lock);
     if (is_traced()) {
         trace->note_taken(lock, lock_trace::mode::exclusive);
@@ -43,7 +39,8 @@ void WINAPI acquire_exclusive(SRWLOCK* lock) {
 }
 
 void WINAPI release_shared(SRWLOCK* lock) {
-    static auto* const real = system_function<decltype(ReleaseSRWLockShared)>("ReleaseSRWLockShared");
+    static auto* const real =
+        unpatched<decltype(ReleaseSRWLockShared)>(L"kernel32.dll", "ReleaseSRWLockShared");
     if (is_traced()) {
         trace->note_released(lock, lock_trace::mode::shared);
     }
@@ -51,7 +48,8 @@ void WINAPI release_shared(SRWLOCK* lock) {
 }
 
 void WINAPI release_exclusive(SRWLOCK* lock) {
-    static auto* const real = system_function<decltype(ReleaseSRWLockExclusive)>("ReleaseSRWLockExclusive");
+    static auto* const real =
+        unpatched<decltype(ReleaseSRWLockExclusive)>(L"kernel32.dll", "ReleaseSRWLockExclusive");
     if (is_traced()) {
         trace->note_released(lock, lock_trace::mode::exclusive);
     }

@@ -1,5 +1,7 @@
 #include "testkit/memory/failing_allocations.h"
 
+#include "testkit/imports/unpatched.h"
+
 namespace ov::test {
 namespace {
 
@@ -28,9 +30,7 @@ void failing_allocations::start(int nth) noexcept {
 }
 
 void* failing_allocations::allocate(std::size_t bytes) noexcept {
-    // By address: the import may be the one that is patched.
-    static auto* const real = reinterpret_cast<void* (*)(std::size_t)>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"msvcrt.dll"), "malloc")));
+    static auto* const real = unpatched<void*(std::size_t)>(L"msvcrt.dll", "malloc");
     return current != nullptr && current->fails() ? nullptr : real(bytes);
 }
 

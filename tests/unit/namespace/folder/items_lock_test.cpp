@@ -16,6 +16,7 @@
 #include "ovufc/com/adopt.h"
 #include "testkit/checks/lock_trace.h"
 #include "testkit/imports/import_patch.h"
+#include "testkit/imports/unpatched.h"
 #include "testkit/process/module_attach.h"
 #include "testkit/service/document_service.h"
 
@@ -53,9 +54,7 @@ int WINAPI look_and_compare(LPCWCH a, int a_length, LPCWCH b, int b_length, BOOL
 }
 
 void* look_and_allocate(std::size_t size) {
-    // By address, not by the import that is patched.
-    static auto* const real = reinterpret_cast<void* (*)(std::size_t)>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"msvcrt.dll"), "malloc")));
+    static auto* const real = unpatched<void*(std::size_t)>(L"msvcrt.dll", "malloc");
     look();
     return real(size);
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "ovufc/ipc/drvport/client_port.h"
+#include "testkit/imports/unpatched.h"
 #include "tests/unit/ovufc/drvport/fake_driver.h"
 
 namespace {
@@ -10,25 +11,21 @@ namespace {
 using ov::ipc::drvport::details::client_port;
 using ov::test::fake_driver;
 using ov::test::import_patch;
+using ov::test::unpatched;
 
 int entered = 0;
 int left = 0;
 
-// By address, not by the imports that are patched.
-template <class Function>
-Function* system_function(const char* name) {
-    return reinterpret_cast<Function*>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name)));
-}
-
 void WINAPI count_enter(CRITICAL_SECTION* section) {
-    static auto* const real = system_function<decltype(EnterCriticalSection)>("EnterCriticalSection");
+    static auto* const real =
+        unpatched<decltype(EnterCriticalSection)>(L"kernel32.dll", "EnterCriticalSection");
     ++entered;
     real(section);
 }
 
 void WINAPI count_leave(CRITICAL_SECTION* section) {
-    static auto* const real = system_function<decltype(LeaveCriticalSection)>("LeaveCriticalSection");
+    static auto* const real =
+        unpatched<decltype(LeaveCriticalSection)>(L"kernel32.dll", "LeaveCriticalSection");
     ++left;
     real(section);
 }

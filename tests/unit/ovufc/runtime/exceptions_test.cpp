@@ -7,6 +7,7 @@
 #include "ovufc/win/handle.h"
 #include "testkit/imports/import_patch.h"
 #include "testkit/memory/failing_allocations.h"
+#include "testkit/imports/unpatched.h"
 
 namespace ov {
 namespace {
@@ -98,9 +99,7 @@ int frees = 0;
 
 void count_and_free(void* block) {
     ++frees;
-    // By address, not by the import that is patched.
-    static auto* const real = reinterpret_cast<void (*)(void*)>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"msvcrt.dll"), "free")));
+    static auto* const real = test::unpatched<void(void*)>(L"msvcrt.dll", "free");
     real(block);
 }
 

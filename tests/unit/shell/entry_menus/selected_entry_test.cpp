@@ -14,6 +14,7 @@
 #include "shell/entry_menus/orv_restore_ctx_menu.h"
 #include "testkit/checks/message_box_script.h"
 #include "testkit/imports/import_patch.h"
+#include "testkit/imports/unpatched.h"
 #include "testkit/process/module_attach.h"
 #include "testkit/shell/data_object.h"
 
@@ -93,9 +94,7 @@ HRESULT WINAPI make_items(IDataObject*, REFIID riid, void** result) {
 
 void WINAPI note_freed(void* memory) {
     freed.push_back(memory);
-    // By address, not by the import that is patched.
-    static auto* const real = reinterpret_cast<decltype(&CoTaskMemFree)>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ole32.dll"), "CoTaskMemFree")));
+    static auto* const real = test::unpatched<decltype(CoTaskMemFree)>(L"ole32.dll", "CoTaskMemFree");
     real(memory);
 }
 
