@@ -51,6 +51,17 @@ void compare_list(const location_list& read, const json* listed, bool is_local) 
     expect(count == read.names.size() && read.is_broken == is_broken);
 }
 
+std::uint32_t mask_of(const location_list& local, const json* listed) {
+    if (!local.is_array || local.is_broken) {
+        return user_folder_bits::all;
+    }
+    std::uint32_t mask = 0;
+    for (const json& entry : *listed) {
+        mask |= user_folder_bit_of_rule(entry.get_ref<const std::string&>());
+    }
+    return mask;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -66,5 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (std::size_t row = 0; row < location_arrays.size(); ++row) {
         compare_list(document.lists[row], array_of(tree.value, location_arrays[row]), row == 0);
     }
+    expect(document.user_folder_mask ==
+           mask_of(document.local(), array_of(tree.value, location_arrays.front())));
     return 0;
 }
