@@ -5,6 +5,8 @@
 namespace ov::test {
 namespace {
 
+constexpr unsigned percent_at_random = 6;
+
 failing_allocations* current = nullptr;
 
 }  // namespace
@@ -26,6 +28,8 @@ failing_allocations::~failing_allocations() {
 
 void failing_allocations::start(int nth) noexcept {
     until_failure_ = nth;
+    dice_.seed(static_cast<unsigned>(nth));
+    met_ = false;
     is_counting_ = true;
 }
 
@@ -38,6 +42,12 @@ bool failing_allocations::fails() noexcept {
     if (!is_counting_ || GetCurrentThreadId() != thread_id_) {
         return false;
     }
+    const bool is_failing = mode_ == mode::at_random ? dice_() % 100 < percent_at_random : is_reached();
+    met_ = met_ || is_failing;
+    return is_failing;
+}
+
+bool failing_allocations::is_reached() noexcept {
     if (until_failure_ > 0) {
         --until_failure_;
         return until_failure_ == 0;

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <cstddef>
+#include <random>
 
 #include "ovufc/noncopyable.h"
 #include "testkit/imports/import_patch.h"
@@ -18,27 +19,32 @@ class failing_allocations : private noncopyable {
     enum class mode {
         once,          ///< one allocation fails
         from_then_on,  ///< and all that follow it
+        at_random,     ///< each by itself fails with a chance of 6 in a hundred
     };
 
     failing_allocations(HMODULE module, mode how);
     ~failing_allocations();
 
-    /// The `nth` allocation from now on, counted from 1, is the first to fail.
+    /// The `nth` allocation from now on, counted from 1, is the first to fail. At random, `nth` names one of
+    /// as many series of dice, always the same.
     void start(int nth) noexcept;
     /// Between the two nothing is counted and nothing fails.
     void pause() noexcept { is_counting_ = false; }
     void resume() noexcept { is_counting_ = true; }
     /// True once an allocation has failed.
-    [[nodiscard]] bool met() const noexcept { return until_failure_ <= 0; }
+    [[nodiscard]] bool met() const noexcept { return met_; }
 
   private:
     static void* allocate(std::size_t bytes) noexcept;
     [[nodiscard]] bool fails() noexcept;
+    [[nodiscard]] bool is_reached() noexcept;
 
     mode mode_;
     DWORD thread_id_ = GetCurrentThreadId();
     bool is_counting_ = false;
+    bool met_ = false;
     int until_failure_ = 1;
+    std::minstd_rand dice_;
     import_patch<void*(std::size_t)> patch_;
 };
 

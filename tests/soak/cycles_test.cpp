@@ -24,8 +24,10 @@ using Microsoft::WRL::ComPtr;
 constexpr std::size_t tolerance = 15;
 
 void expect_nothing_grows(unsigned cycles, const std::function<void()>& cycle) {
+    // What is made once is made now, by the first count too.
+    (void)process_costs();
     for (int i = 0; i < 20; ++i) {
-        cycle();  // what is made once is made now
+        cycle();
     }
     const process_costs before;
     for (unsigned i = 0; i < cycles; ++i) {

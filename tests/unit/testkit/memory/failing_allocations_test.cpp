@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <bitset>
 #include <memory>
 #include <new>
 #include <vector>
@@ -36,6 +37,24 @@ TEST(FailingAllocations, one_failure_is_the_nth_allocation_alone) {
 TEST(FailingAllocations, failure_for_good_is_the_nth_allocation_and_all_that_follow) {
     failing_allocations memory(program, mode::from_then_on);
     EXPECT_EQ(three_allocations(memory, 2), (std::vector<bool>{true, false, false}));
+}
+
+TEST(FailingAllocations, failures_at_random_are_six_in_a_hundred_and_the_same_each_time) {
+    failing_allocations memory(program, mode::at_random);
+    const auto failures = [&](int series) {
+        std::bitset<1000> failed;
+        memory.start(series);
+        for (std::size_t i = 0; i < failed.size(); ++i) {
+            failed[i] = std::unique_ptr<int>(new (std::nothrow) int) == nullptr;
+        }
+        memory.pause();
+        return failed;
+    };
+    const auto first = failures(1);
+    EXPECT_TRUE(memory.met());
+    EXPECT_NEAR(static_cast<double>(first.count()), 60, 20);
+    EXPECT_EQ(failures(1), first);
+    EXPECT_NE(failures(2), first);
 }
 
 TEST(FailingAllocations, allocation_while_paused_does_not_count) {
