@@ -83,13 +83,34 @@ std::size_t handles() {
     return open;
 }
 
+// Both are known by the lower half of their handles alone.
+std::size_t gdi_objects() {
+    constexpr std::uintptr_t most = 1U << 14;
+    std::size_t objects = 0;
+    for (std::uintptr_t number = 0; number < most; ++number) {
+        objects += GetObjectType(reinterpret_cast<HGDIOBJ>(number)) != 0 ? 1 : 0;
+    }
+    return objects;
+}
+
+std::size_t menus() {
+    constexpr std::uintptr_t most = 1U << 16;
+    std::size_t menus = 0;
+    for (std::uintptr_t number = 0; number < most; number += 2) {
+        menus += IsMenu(reinterpret_cast<HMENU>(number)) ? 1 : 0;
+    }
+    return menus;
+}
+
 }  // namespace
 
 process_costs::process_costs() {
-    amounts_.reserve(5);  // so that counting changes nothing of what is counted
+    amounts_.reserve(7);  // so that counting changes nothing of what is counted
     amounts_.push_back({"TLS indexes", tls_indexes()});
     amounts_.push_back({"FLS indexes", fls_indexes()});
     amounts_.push_back({"handles", handles()});
+    amounts_.push_back({"GDI objects", gdi_objects()});
+    amounts_.push_back({"menus", menus()});
     amounts_.push_back({"heap blocks", heap_blocks()});
     amounts_.push_back({"private pages", private_pages()});
 }

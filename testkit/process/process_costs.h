@@ -6,9 +6,9 @@
 
 namespace ov::test {
 
-/// What this process has taken of the things that a host has only so much of. Heaps, memory and handles are
-/// read from outside their owners (the system's own counters stand still under Wine); indexes are counted by
-/// taking all that are left.
+/// What this process has taken of the things that a host has only so much of: indexes, handles, GDI objects,
+/// menus, blocks of the heaps and memory. All are counted from outside their owners (the system's own
+/// counters stand still under Wine), indexes by taking all that are left.
 ///
 ///     const process_costs before;
 ///     work();

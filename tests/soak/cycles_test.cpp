@@ -2,18 +2,22 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <windows.h>
 #include <shlobj.h>
 #include <wrl/client.h>
 
 #include <functional>
+#include <string_view>
 
 #include "module/state/class_ids.h"
 #include "testkit/files/temp_folder.h"
+#include "testkit/imports/import_patch.h"
 #include "testkit/process/process_costs.h"
 #include "testkit/process/shipped_module.h"
 #include "testkit/service/scripted_service.h"
 #include "testkit/shell/data_object.h"
 #include "tests/soak/effort.h"
+#include "tests/soak/main_paths.h"
 
 namespace ov::test {
 namespace {
@@ -36,58 +40,66 @@ void expect_nothing_grows(unsigned cycles, const std::function<void()>& cycle) {
     EXPECT_THAT(process_costs().grown_since(before, tolerance), testing::IsEmpty());
 }
 
-class Cycles : public testing::Test {
+class Cycles : public main_paths {
   protected:
-    Cycles() { (void)CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
-    ~Cycles() override { CoUninitialize(); }
-
-    scripted_service service_{
-        [](const auto&) { return R"({"statusCode":0,"data":{"protectedFolder":true,"uiLevel":"full"}})"; }};
-    temp_folder folder_;
-    ComPtr<data_object> selection_ = select_paths({folder_.path()});
+    void expect_free(const std::function<outcome()>& path, const outcome& whole) {
+        expect_nothing_grows(effort(50, 10'000), [&] {
+            ASSERT_EQ(path(), whole);
+            service_.forget_requests();  // it keeps each text
+        });
+        EXPECT_EQ(module_.can_unload_now(), S_OK);
+    }
 };
 
-void click(const shipped_module& module, IDataObject* selection) {
-    ComPtr<IContextMenu> menu;
-    ComPtr<IShellExtInit> init;
-    ASSERT_EQ(module.create(class_ids::shell_extension, IID_PPV_ARGS(&menu)), S_OK);
-    ASSERT_EQ(menu.As(&init), S_OK);
-    ASSERT_EQ(init->Initialize(nullptr, selection, nullptr), S_OK);
-    const HMENU host = CreatePopupMenu();
-    EXPECT_GT(menu->QueryContextMenu(host, 0, 1, 0x7FFF, CMF_NORMAL), 0);
-    DestroyMenu(host);
-}
-
-void open_folder(const shipped_module& module) {
-    ComPtr<IShellFolder2> folder;
-    ComPtr<IEnumIDList> list;
-    ASSERT_EQ(module.create(class_ids::namespace_folder, IID_PPV_ARGS(&folder)), S_OK);
-    ASSERT_EQ(folder->EnumObjects(nullptr, SHCONTF_FOLDERS, &list), S_OK);
-    PITEMID_CHILD entry = nullptr;
-    for (ULONG fetched = 0; list->Next(1, &entry, &fetched) == S_OK;) {
-        CoTaskMemFree(entry);
-    }
-}
-
 TEST_F(Cycles, right_clicks_cost_nothing_in_the_end) {
-    const shipped_module module;
-    expect_nothing_grows(effort(100, 10'000), [&] {
-        click(module, selection_.Get());
-        service_.forget_requests();  // it keeps each text
-    });
+    expect_free([&] { return right_click_on_a_folder(); }, " 0 5 0 0 0");
+}
+
+TEST_F(Cycles, dialogs_cost_nothing_in_the_end) {
+    expect_free([&] { return dialog_of_a_tracked_file(); }, " 0 1 0");
+}
+
+TEST_F(Cycles, restores_cost_nothing_in_the_end) {
+    expect_free([&] { return restore(); }, " 0 0");
+}
+
+TEST_F(Cycles, addons_cost_nothing_in_the_end) {
+    expect_free([&] { return addons(); }, " 0 0");
 }
 
 TEST_F(Cycles, folders_opened_and_closed_cost_nothing_in_the_end) {
-    const shipped_module module;
-    expect_nothing_grows(effort(50, 10'000), [&] { open_folder(module); });
+    expect_free([&] { return folder(); }, " 0 2 0 0 0 0 0");
 }
 
-TEST_F(Cycles, loads_with_a_failure_inside_cost_nothing_in_the_end) {
-    service_.set_answer([](const auto&) { return "no JSON"; });
+// The device is not there.
+HANDLE WINAPI open_no_device(LPCWSTR name, DWORD access, DWORD sharing, LPSECURITY_ATTRIBUTES security,
+                             DWORD how, DWORD flags, HANDLE like) {
+    if (std::wstring_view(name).starts_with(L"\\\\.\\")) {
+        SetLastError(ERROR_FILE_NOT_FOUND);
+        return INVALID_HANDLE_VALUE;
+    }
+    return CreateFileW(name, access, sharing, security, how, flags, like);
+}
+
+TEST_F(Cycles, right_clicks_without_a_driver_cost_nothing_in_the_end) {
+    const import_patch<decltype(CreateFileW)> no_driver(module_.handle(), "kernel32.dll", "CreateFileW",
+                                                        &open_no_device);
+    expect_free([&] { return right_click_on_a_folder(); }, " 0 2 8000ffff 0 0");
+}
+
+TEST(LoadCycles, loads_with_a_failure_inside_cost_nothing_in_the_end) {
+    scripted_service service([](const auto&) { return "no JSON"; });
+    const temp_folder folder;
+    const auto selection = select_paths({folder.path()});
     expect_nothing_grows(effort(30, 5'000), [&] {
         const shipped_module module;
-        click(module, selection_.Get());
-        service_.forget_requests();
+        ComPtr<IContextMenu> menu;
+        ASSERT_EQ(module.create(class_ids::shell_extension, IID_PPV_ARGS(&menu)), S_OK);
+        ASSERT_EQ(initialize(menu.Get(), selection.Get()), S_OK);
+        const HMENU host = CreatePopupMenu();
+        EXPECT_EQ(menu->QueryContextMenu(host, 0, 1, 0x7FFF, CMF_NORMAL), 2);
+        DestroyMenu(host);
+        service.forget_requests();
     });
 }
 

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
+#include <objbase.h>
 
 namespace ov::test {
 namespace {
@@ -38,8 +39,15 @@ TEST(ProcessCosts, what_is_taken_is_found_by_its_kind_and_gone_when_given_back) 
         "handles", [] { return CreateEventW(nullptr, TRUE, FALSE, nullptr); },
         [](HANDLE event) { CloseHandle(event); });
     expect_found(
+        "GDI objects", [] { return CreateBitmap(1, 1, 1, 1, nullptr); },
+        [](HBITMAP bitmap) { DeleteObject(bitmap); });
+    expect_found(
+        "menus", [] { return CreateMenu(); }, [](HMENU menu) { DestroyMenu(menu); });
+    expect_found(
         "heap blocks", [] { return HeapAlloc(GetProcessHeap(), 0, 16); },
         [](void* block) { HeapFree(GetProcessHeap(), 0, block); });
+    expect_found(
+        "heap blocks", [] { return CoTaskMemAlloc(16); }, [](void* block) { CoTaskMemFree(block); });
     expect_found(
         "private pages", [] { return VirtualAlloc(nullptr, 1, MEM_COMMIT, PAGE_READWRITE); },
         [](void* page) { VirtualFree(page, 0, MEM_RELEASE); });
