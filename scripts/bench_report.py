@@ -37,6 +37,13 @@ def read_memory(path):
     return [(name, int(aim), candidate, int(taken)) for name, aim, candidate, taken in rows]
 
 
+def read_processor_times(path):
+    """The run's rows about processor time: what was waited for, candidate and microseconds."""
+    lines = pathlib.Path(path).read_text(encoding="utf-8").splitlines()
+    rows = [line.split("\t")[1:] for line in lines if line.startswith("processor\t")]
+    return [(name, candidate, int(spent)) for name, candidate, spent in rows]
+
+
 def figures(samples):
     return {
         "samples": len(samples),
@@ -125,13 +132,16 @@ def main():
     out = pathlib.Path(sys.argv[1])
     runs = [read_run(path) for path in sys.argv[2:]]
     memories = [read_memory(path) for path in sys.argv[2:]]
+    processor_times = [read_processor_times(path) for path in sys.argv[2:]]
     out.mkdir(parents=True, exist_ok=True)
     missed = None
-    for number, (paths, memory) in enumerate(zip(runs, memories), 1):
+    for number, (paths, memory, spent) in enumerate(zip(runs, memories, processor_times), 1):
         print(f"-- run {number} of {len(runs)}")
         print_table(paths)
         now_missed = {name for name, measured in paths.items() if judge(measured)[1] is False}
         now_missed |= print_memory(memory)
+        for name, candidate, spent_us in spent:
+            print(f"processor time of {name}, ms: {spent_us / 1000:9,.0f}  {candidate}")
         missed = now_missed if missed is None else missed & now_missed
     draw(runs[-1], out)
     shown = [
@@ -144,7 +154,8 @@ def main():
             for name, measured in paths.items()
         }
         | {f"private memory after {name}: {candidate}": {"bytes": taken} for name, _, candidate, taken in memory}
-        for paths, memory in zip(runs, memories)
+        | {f"processor time of {name}: {candidate}": {"us": spent_us} for name, candidate, spent_us in spent}
+        for paths, memory, spent in zip(runs, memories, processor_times)
     ]
     (out / "results.json").write_text(json.dumps(shown, indent=1) + "\n", encoding="utf-8")
     for name in sorted(missed):

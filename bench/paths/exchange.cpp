@@ -59,19 +59,4 @@ TEST_CASE("get_folder_status", "[served]") {
             {{"ours", ours, {}}, {"exchange, one parse, one dump", floor, {}}});
 }
 
-// How long a click waits for a service that takes its time; nothing is asked of these.
-TEST_CASE("delays", "[served]") {
-    for (const long delay_us : {0L, 100L, 500L, 1000L, 5000L, 20'000L, 100'000L}) {
-        const ov::test::scripted_service service([delay_us](const auto&) {
-            const auto started = std::chrono::steady_clock::now();
-            while (std::chrono::steady_clock::now() - started < std::chrono::microseconds(delay_us)) {
-            }
-            return status_reply;
-        });
-        client_port port;
-        const std::string path = "service takes " + std::to_string(delay_us) + " us";
-        compare(path.c_str(), {.pause_ms = 25, .rounds = 4}, {{"ours", [&] { exchange(port); }, {}}});
-    }
-}
-
 }  // namespace
