@@ -9,6 +9,7 @@ missed in every one of several runs.
 
 import json
 import pathlib
+import re
 import sys
 from html import escape
 
@@ -101,7 +102,7 @@ def bars(title, rows):
     high = max(p90 for _, _, p90 in rows) * 1.2
 
     def place(value):
-        return 330 + 520 * log10(value / low) / log10(high / low)
+        return 330 + 480 * log10(value / low) / log10(high / low)
 
     lines = [f'<svg xmlns="http://www.w3.org/2000/svg" width="960" height="{60 + 24 * len(rows)}" font-family="sans-serif" font-size="12">']
     lines.append('<rect width="100%" height="100%" fill="#fff"/>')
@@ -115,7 +116,50 @@ def bars(title, rows):
     return "\n".join(lines + ["</svg>", ""])
 
 
+def growth(lines):
+    """Each line's points (number of locations, microseconds for one of them), both on logarithmic scales."""
+    from math import log10
+
+    counts = [count for points in lines.values() for count, _ in points]
+    costs = [cost for points in lines.values() for _, cost in points]
+    low, high = min(costs) / 1.5, max(costs) * 1.5
+
+    def across(count):
+        return 70 + 480 * log10(count / min(counts)) / log10(max(counts) / min(counts))
+
+    def down(cost):
+        return 360 - 310 * log10(cost / low) / log10(high / low)
+
+    colours = ("#1f5fa8", "#c0392b", "#2e8b57", "#8e44ad", "#d68910", "#555")
+    text = ['<svg xmlns="http://www.w3.org/2000/svg" width="1100" height="410" font-family="sans-serif" font-size="12">']
+    text.append('<rect width="100%" height="100%" fill="#fff"/>')
+    text.append('<text x="10" y="24" font-size="15">growth: microseconds for one location, by the number of them</text>')
+    for count in sorted(set(counts)):
+        text.append(f'<text x="{across(count):.0f}" y="390" text-anchor="middle">{count:,}</text>')
+        text.append(f'<path d="M{across(count):.0f} 50V370" stroke="#ddd"/>')
+    for number, (name, points) in enumerate(lines.items()):
+        colour = colours[number % len(colours)]
+        along = " ".join(f"{across(count):.1f},{down(cost):.1f}" for count, cost in sorted(points))
+        text.append(f'<polyline points="{along}" fill="none" stroke="{colour}" stroke-width="2"/>')
+        text += [f'<text x="{across(count):.0f}" y="{down(cost) - 5:.0f}" fill="{colour}">{cost:.2f}</text>' for count, cost in points]
+        text.append(f'<text x="640" y="{60 + 20 * number}" fill="{colour}">{escape(name)}</text>')
+    return "\n".join(text + ["</svg>", ""])
+
+
+def growth_lines(paths):
+    lines = {}
+    for name, measured in paths.items():
+        if found := re.fullmatch(r"(.*?),? (\d+) locations", name):
+            kind, count = found[1], int(found[2])
+            for candidate, samples in measured["samples"].items():
+                cost = figures(samples)["median_us"] / count
+                lines.setdefault(f"{kind}: {candidate}"[:70], []).append((count, cost))
+    return lines
+
+
 def draw(paths, out):
+    if lines := growth_lines(paths):
+        (out / "growth.svg").write_text(growth(lines), encoding="utf-8")
     groups = {"clicks": "right-click", "delays": "service takes", "folders": "folder", "dates": "date", "items": "of 300 items"}
     for file, words in groups.items():
         rows = []
