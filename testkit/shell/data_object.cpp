@@ -106,10 +106,16 @@ data_object::GetData(FORMATETC* format, STGMEDIUM* medium) noexcept {
     }
     last_format_ = *format;
     HGLOBAL memory = find(*format);
-    if (memory == nullptr || answer != S_OK) {
-        return memory == nullptr ? DV_E_FORMATETC : answer;
-    }
     *medium = {};
+    if (memory == nullptr) {
+        return DV_E_FORMATETC;
+    }
+    if (answer != S_OK) {
+        // As careless sources do: what a refusal leaves there is nobody's to release.
+        medium->tymed = TYMED_HGLOBAL;
+        medium->pUnkForRelease = this;
+        return answer;
+    }
     if (format->cfFormat != CF_HDROP) {
         // Given away as a copy: Wine's shell frees this memory whatever the medium says.
         medium->tymed = TYMED_HGLOBAL;

@@ -7,11 +7,10 @@
 #include <wrl/client.h>
 
 #include <functional>
-#include <string_view>
 
 #include "module/state/class_ids.h"
 #include "testkit/files/temp_folder.h"
-#include "testkit/imports/import_patch.h"
+#include "testkit/imports/absent_driver.h"
 #include "testkit/process/process_costs.h"
 #include "testkit/process/shipped_module.h"
 #include "testkit/service/scripted_service.h"
@@ -71,19 +70,8 @@ TEST_F(Cycles, folders_opened_and_closed_cost_nothing_in_the_end) {
     expect_free([&] { return folder(); }, " 0 2 0 0 0 0 0");
 }
 
-// The device is not there.
-HANDLE WINAPI open_no_device(LPCWSTR name, DWORD access, DWORD sharing, LPSECURITY_ATTRIBUTES security,
-                             DWORD how, DWORD flags, HANDLE like) {
-    if (std::wstring_view(name).starts_with(L"\\\\.\\")) {
-        SetLastError(ERROR_FILE_NOT_FOUND);
-        return INVALID_HANDLE_VALUE;
-    }
-    return CreateFileW(name, access, sharing, security, how, flags, like);
-}
-
 TEST_F(Cycles, right_clicks_without_a_driver_cost_nothing_in_the_end) {
-    const import_patch<decltype(CreateFileW)> no_driver(module_.handle(), "kernel32.dll", "CreateFileW",
-                                                        &open_no_device);
+    const absent_driver no_driver(module_.handle());
     expect_free([&] { return right_click_on_a_folder(); }, " 0 2 8000ffff 0 0");
 }
 

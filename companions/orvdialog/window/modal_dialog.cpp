@@ -126,10 +126,19 @@ INT_PTR CALLBACK modal_dialog::procedure(HWND window, UINT message, WPARAM wpara
 }
 
 bool modal_dialog::handle(UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_INITDIALOG) {
+        open();
+        return false;  // on_open has set the focus
+    }
+    if (message == WM_DESTROY) {
+        RemovePropW(window_, dialog_property);
+    }
+    // A dialog that could not be measured hears of its own end.
+    return metrics_.has_value() && handle_measured(message, wparam, lparam);
+}
+
+bool modal_dialog::handle_measured(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
-        case WM_INITDIALOG:
-            open();
-            return false;  // on_open has set the focus
         case WM_COMMAND:
             on_command(LOWORD(wparam), HIWORD(wparam));
             return true;
@@ -161,9 +170,6 @@ bool modal_dialog::handle(UINT message, WPARAM wparam, LPARAM lparam) {
             for (const control_text& shown : controls_) {
                 SendMessageW(control(shown.control_id), message, wparam, lparam);
             }
-            break;
-        case WM_DESTROY:
-            RemovePropW(window_, dialog_property);
             break;
         default:
             break;

@@ -70,6 +70,7 @@ class modal_dialog : private noncopyable, private nonmoveable {
   private:
     static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
     bool handle(UINT message, WPARAM wparam, LPARAM lparam);
+    bool handle_measured(UINT message, WPARAM wparam, LPARAM lparam);
     void open();
     void take_metrics(UINT dpi);
     void measure_again(UINT dpi, POINT at);

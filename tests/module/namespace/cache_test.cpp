@@ -2,6 +2,7 @@
 // failures.
 
 #include "ovufc/com/adopt.h"
+#include "testkit/imports/absent_driver.h"
 #include "testkit/process/watchdog.h"
 #include "testkit/service/document_service.h"
 #include "tests/module/namespace/module_folder.h"
@@ -27,6 +28,13 @@ TEST_F(NamespaceCache, generation_of_zero_never_fetches) {
     service.set_generation(0);
     EXPECT_GE(items_of(*make_folder().Get()).size(), 7u) << "the user folders";
     EXPECT_EQ(0, service.fetches());
+}
+
+TEST_F(NamespaceCache, absent_driver_is_asked_for_its_generation_and_its_flags_alone) {
+    const absent_driver no_driver(module.handle());
+    const auto folder = make_folder();
+    EXPECT_EQ(known_path(FOLDERID_Desktop), items_of(*folder.Get()).front().name);
+    EXPECT_EQ(no_driver.opens(), 2);
 }
 
 TEST_F(NamespaceCache, same_generation_is_fetched_once) {

@@ -2,6 +2,7 @@
 
 #include "module/state/class_ids.h"
 #include "ovufc/ipc/drvport/wire.h"
+#include "testkit/imports/absent_driver.h"
 #include "testkit/imports/import_patch.h"
 #include "tests/module/menus/menus_fixture.h"
 
@@ -101,29 +102,14 @@ TEST_F(FolderMenu, driver_that_serves_nothing_leaves_the_grey_item) {
     EXPECT_THAT(sent(), IsEmpty());
 }
 
-// The device of a driver that is not installed.
-import_patch<decltype(CreateFileW)>* open_device = nullptr;
-int device_opens = 0;
-HANDLE WINAPI refuse_device(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
-                            DWORD disposition, DWORD flags, HANDLE pattern) {
-    if (std::wstring(path) == ORV_DEVICE_PATH) {
-        ++device_opens;
-        SetLastError(ERROR_FILE_NOT_FOUND);
-        return INVALID_HANDLE_VALUE;
-    }
-    return open_device->original()(path, access, share, security, disposition, flags, pattern);
-}
-
 TEST_F(FolderMenu, absent_driver_leaves_the_grey_item) {
-    import_patch<decltype(CreateFileW)> patch(module_.handle(), "kernel32.dll", "CreateFileW",
-                                              &refuse_device);
-    open_device = &patch;
-    device_opens = 0;
+    const absent_driver no_driver(module_.handle());
     const auto menu = menu_on(folder_.path());
     const queried_menu queried(menu.Get(), CMF_NORMAL);
     EXPECT_EQ(queried.result, 2);
     EXPECT_THAT(queried.submenu, ElementsAre(menu_item{L"Not protected", first, MF_GRAYED}));
-    EXPECT_EQ(device_opens, 3) << "one to ask about the folder, one for its flags, one to build the menu";
+    EXPECT_EQ(no_driver.opens(), 3)
+        << "one to ask about the folder, one for its flags, one to build the menu";
 }
 
 TEST_F(FolderMenu, hosts_that_want_other_menus_get_nothing) {
