@@ -19,7 +19,8 @@ expect_end "$@"
 "$ORV_ROOT/scripts/bootstrap.sh" --fuzz
 out="$ORV_ROOT/build/fuzz"
 native="$ORV_ROOT/tests/fuzz/native"
-flags=(-std=c++20 -O1 -g -I"$ORV_ROOT" -I"$native/windows" "-fsanitize=fuzzer,address,undefined" -fno-sanitize-recover=all)
+flags=(-std=c++20 -O1 -g -I"$ORV_ROOT" -I"$native/windows" "-fsanitize=fuzzer,address,undefined"
+    -fno-sanitize-recover=all -D_GLIBCXX_ASSERTIONS)
 
 fuzz() { # NAME LONGEST SOURCE...
     local name=$1 longest=$2
