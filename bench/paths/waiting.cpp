@@ -17,11 +17,13 @@
 #include "ovufc/ipc/drvport/client_port.h"
 #include "ovufc/noncopyable.h"
 #include "ovufc/win/handle.h"
+#include "testkit/process/processor_time.h"
 #include "testkit/service/scripted_service.h"
 
 namespace {
 
 using ov::ipc::drvport::details::client_port;
+using ov::test::processor_time_us;
 using ov::test::scripted_reply;
 using ov::test::scripted_service;
 
@@ -86,16 +88,6 @@ TEST_CASE("delays", "[served]") {
 TEST_CASE("delays of a busy machine", "[served]") {
     const busy_machine busy;
     measure_delays(", busy");
-}
-
-LONGLONG processor_time_us() {
-    FILETIME made{};
-    FILETIME ended{};
-    ULARGE_INTEGER kernel{};
-    ULARGE_INTEGER user{};
-    GetProcessTimes(GetCurrentProcess(), &made, &ended, reinterpret_cast<FILETIME*>(&kernel),
-                    reinterpret_cast<FILETIME*>(&user));
-    return static_cast<LONGLONG>((kernel.QuadPart + user.QuadPart) / 10);
 }
 
 void print_processor_time(const char* candidate, const std::function<void()>& wait) {

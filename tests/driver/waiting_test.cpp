@@ -6,6 +6,7 @@
 
 #include "ovufc/win/handle.h"
 #include "testkit/imports/import_patch.h"
+#include "testkit/process/processor_time.h"
 #include "testkit/service/scripted_service.h"
 #include "tests/driver/exchange.h"
 
@@ -14,6 +15,7 @@ namespace {
 using ov::ipc::drvport::details::client_port;
 using ov::test::ask;
 using ov::test::import_patch;
+using ov::test::processor_time_us;
 using ov::test::scripted_reply;
 using ov::test::scripted_request;
 using ov::test::scripted_service;
@@ -31,16 +33,6 @@ void work_for(LONGLONG length_us) {
     const LONGLONG started_us = now_us();
     while (now_us() - started_us < length_us) {
     }
-}
-
-LONGLONG processor_time_us() {
-    FILETIME made{};
-    FILETIME ended{};
-    ULARGE_INTEGER kernel{};
-    ULARGE_INTEGER user{};
-    GetProcessTimes(GetCurrentProcess(), &made, &ended, reinterpret_cast<FILETIME*>(&kernel),
-                    reinterpret_cast<FILETIME*>(&user));
-    return static_cast<LONGLONG>((kernel.QuadPart + user.QuadPart) / 10);
 }
 
 // What the port does while it waits, counted through this program's import table.
