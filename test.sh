@@ -3,7 +3,7 @@
 #
 #   ./test.sh                     all tests but those labelled "long" or "soak"
 #   ./test.sh OPTION...           what these pick, for example ./test.sh -R driver
-#   ./test.sh --soak              endurance: crowds, deep nesting, mutations and cycles, at length (some 7 minutes on two idle cores)
+#   ./test.sh --soak              endurance: crowds, deep nesting, mutations and cycles, at length (some 7 minutes)
 #   ./test.sh --all               all tests, and every other check of this project: what CI runs
 #
 # The options are ctest's: -R and -E pick tests by name, -L and -LE by label (each with a pattern), --rerun-failed those

@@ -36,7 +36,8 @@ else()
         # not for us: one would have virtual destructors taken out of final classes, which have them on purpose; one
         # is about GCC's own headers; one about names of warnings that GCC alone has.
         target_compile_options(
-            orv_compile INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-O1 -fsanitize=undefined -fsanitize-trap=all -D_GLIBCXX_ASSERTIONS
+            orv_compile INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-O1 -fsanitize=undefined -fsanitize-trap=all
+                                  -D_GLIBCXX_ASSERTIONS
                                   -Wno-unnecessary-virtual-specifier -Wno-deprecated-declarations
                                   -Wno-unknown-warning-option>)
     endif()

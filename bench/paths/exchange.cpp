@@ -1,11 +1,11 @@
 // One exchange, and the call that a right-click makes.
 
-#include <array>
 #include <string>
 
 #include "bench/harness/catch2.h"
 #include "bench/harness/compare.h"
 #include "bench/harness/round_trip.h"
+#include "bench/paths/exchange.h"
 #include "ovufc/ipc/drvport/client_port.h"
 #include "ovufc/json.h"
 #include "service/calls.h"
@@ -15,24 +15,19 @@
 namespace {
 
 using ov::bench::compare;
+using ov::bench::exchange;
 using ov::bench::require;
 using ov::ipc::drvport::details::client_port;
 
 constexpr const char* status_reply = R"({"statusCode":0,"data":{"protectedFolder":true,"uiLevel":"full"}})";
-
-void exchange(client_port& port) {
-    static orv_request request{};
-    std::array<char, ORV_REPLY_LIMIT_BYTES> reply{};
-    std::uint32_t reply_bytes = 0;
-    require(port.transact(request, reply.data(), reply_bytes), "an exchange");
-}
 
 TEST_CASE("exchange", "[served]") {
     const ov::test::scripted_service service([](const auto&) { return status_reply; });
     client_port port;
     ov::bench::round_trip trip;
     compare("one exchange", {.aim = 2.5, .quantile = 0.9, .pause_ms = 25, .rounds = 12},
-            {{"ours", [&] { exchange(port); }, {}}, {"event round trip", [&] { trip.go(); }, {}}});
+            {{"ours", [&] { require(exchange(port), "an exchange"); }, {}},
+             {"event round trip", [&] { trip.go(); }, {}}});
 }
 
 TEST_CASE("get_folder_status", "[served]") {
@@ -51,7 +46,7 @@ TEST_CASE("get_folder_status", "[served]") {
         asked["parameters"]["folderName"] = "C:\\Users\\Public\\Documents";
         asked["serviceCall"] = 13;
         const std::string text = asked.dump();
-        exchange(port);
+        require(exchange(port), "an exchange");
         const auto answer = ov::json::parse(status_reply);
         require(!text.empty() && answer.is_object(), "JSON");
     };

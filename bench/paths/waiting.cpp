@@ -2,10 +2,8 @@
 
 #include <windows.h>
 
-#include <array>
 #include <atomic>
 #include <chrono>
-#include <cstdint>
 #include <cstdio>
 #include <functional>
 #include <optional>
@@ -14,6 +12,7 @@
 
 #include "bench/harness/catch2.h"
 #include "bench/harness/compare.h"
+#include "bench/paths/exchange.h"
 #include "ovufc/ipc/drvport/client_port.h"
 #include "ovufc/noncopyable.h"
 #include "ovufc/win/handle.h"
@@ -22,17 +21,11 @@
 
 namespace {
 
+using ov::bench::exchange;
 using ov::ipc::drvport::details::client_port;
 using ov::test::processor_time_us;
 using ov::test::scripted_reply;
 using ov::test::scripted_service;
-
-bool exchange(client_port& port) {
-    static orv_request request{};
-    std::array<char, ORV_REPLY_LIMIT_BYTES> reply{};
-    std::uint32_t reply_bytes = 0;
-    return port.transact(request, reply.data(), reply_bytes);
-}
 
 // Works for `length_us`, as a service does: a nap would not be as short.
 void work_for(long length_us) {

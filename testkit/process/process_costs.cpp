@@ -66,9 +66,9 @@ std::size_t private_pages() {
     return bytes / page_bytes;
 }
 
-// Each number that a handle can have is tried, as nothing else counts them (Wine's own counter stands still,
-// and its list of all handles goes astray while a program starts). A new handle is given the lowest number
-// that is free.
+// The lowest numbers that a handle can have are tried, of which a new one is given the first that is free.
+// Nothing else counts them: Wine's own counter stands still, and its list of all handles goes astray while a
+// program starts.
 std::size_t handles() {
     constexpr std::uintptr_t between_handles = 4;
     constexpr std::size_t most = 1024;
@@ -83,7 +83,7 @@ std::size_t handles() {
     return open;
 }
 
-// Both are known by the lower half of their handles alone.
+// GDI objects and menus are known to Wine by the lower half of their handles alone.
 std::size_t gdi_objects() {
     constexpr std::uintptr_t most = 1U << 14;
     std::size_t objects = 0;

@@ -11,11 +11,6 @@ program=$2
 . "$scripts/lib.sh"
 wine_environment
 
-fail() {
-    printf 'FAILED: %s\n' "$*" >&2
-    exit 1
-}
-
 # The desktop ends a second after its last window did: it shall be the program's own.
 sleep 3
 (
@@ -27,9 +22,9 @@ other=$!
 trap 'pkill -P "$other" || true' EXIT
 
 start_s=$SECONDS
-said=$("$scripts/wine-run.sh" -- "$program" --title 'No window has this title' --timeout 4 2>&1) && fail "it found a window"
+said=$("$scripts/wine-run.sh" -- "$program" --title 'No window has this title' --timeout 4 2>&1) && die "it found a window"
 took_s=$((SECONDS - start_s))
-[[ $said == *'No window has this title'* ]] || fail "its standard error did not arrive: '$said'"
-kill -0 "$other" 2>/dev/null || fail "the other window was gone, so nothing was shown"
-[ "$took_s" -lt 12 ] || fail "the output was held open for $took_s s by a program that lasts 4"
+[[ $said == *'No window has this title'* ]] || die "its standard error did not arrive: '$said'"
+kill -0 "$other" 2>/dev/null || die "the other window was gone, so nothing was shown"
+[ "$took_s" -lt 12 ] || die "the output was held open for $took_s s by a program that lasts 4"
 echo "passed"

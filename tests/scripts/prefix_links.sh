@@ -10,19 +10,14 @@ scripts=$1
 . "$scripts/lib.sh"
 wine_environment
 
-fail() {
-    printf 'FAILED: %s\n' "$*" >&2
-    exit 1
-}
-
 person=$ORV_PREFIX/drive_c/users/$(id -un)
-[ -d "$person/Temp" ] || fail "$person/Temp is not where temporary files are"
+[ -d "$person/Temp" ] || die "$person/Temp is not where temporary files are"
 trap 'rm -rf "$person/Temp/kept" "$person/Linked"' EXIT
 ln -sfn "$HOME" "$person/Linked"
 ln -sfn "$HOME" "$person/Temp/kept"
 
 "$scripts/prefix.sh" up
-[ ! -L "$person/Linked" ] || fail "a person's folder is still a link"
-[ -d "$person/Linked" ] || fail "a person's folder is gone"
-[ -L "$person/Temp/kept" ] || fail "a program's own link is gone"
+[ ! -L "$person/Linked" ] || die "a person's folder is still a link"
+[ -d "$person/Linked" ] || die "a person's folder is gone"
+[ -L "$person/Temp/kept" ] || die "a program's own link is gone"
 echo "passed"

@@ -19,13 +19,6 @@ int WINAPI say_yes(HWND, LPCWSTR, LPCWSTR, UINT) {
     return IDOK;
 }
 
-outcome query(IContextMenu& menu) {
-    const HMENU host = CreatePopupMenu();
-    const HRESULT result = menu.QueryContextMenu(host, 0, 1, 0x7FFF, CMF_NORMAL);
-    DestroyMenu(host);
-    return in_hex(result);
-}
-
 outcome held(data_object& selection) {
     return selection.references() == 1 && selection.lock_count() == 0 ? "" : " held";
 }
@@ -80,7 +73,7 @@ outcome main_paths::right_click_on_a_folder() {
         return "none";
     }
     outcome seen = in_hex(initialize(menu.Get(), selection.Get()));
-    seen += query(*menu.Get());
+    seen += in_hex(queried_menu(menu.Get(), CMF_NORMAL).result);
     for (const UINT_PTR command : {1, 2, 3}) {
         seen += in_hex(invoke(menu.Get(), command));
     }
@@ -102,7 +95,7 @@ outcome main_paths::dialog_of_a_tracked_file() {
         return 1;
     };
     outcome seen = in_hex(initialize(menu.Get(), selection.Get()));
-    seen += query(*menu.Get());
+    seen += in_hex(queried_menu(menu.Get(), CMF_NORMAL).result);
     seen += in_hex(invoke(menu.Get(), 0));
     return seen + held(*selection.Get());
 }

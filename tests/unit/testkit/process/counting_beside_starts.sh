@@ -11,11 +11,6 @@ program=$2
 . "$scripts/lib.sh"
 wine_environment
 
-fail() {
-    printf 'FAILED: %s\n' "$*" >&2
-    exit 1
-}
-
 count_for_long() {
     run_wine 60 "$program" --gtest_filter=ProcessCosts.nothing_taken_nothing_has_grown --gtest_repeat=-1 \
         --gtest_fail_fast >/dev/null 2>&1
@@ -27,7 +22,7 @@ trap 'kill "$counting" 2>/dev/null || true' EXIT
 
 # Only a start from outside of Wine leaves a process without a handle for a moment.
 for start in {1..30}; do
-    run_wine 20 cmd /c exit || fail "start $start failed"
-    kill -0 "$counting" 2>/dev/null || fail "start $start ended the program that counts"
+    run_wine 20 cmd /c exit || die "start $start failed"
+    kill -0 "$counting" 2>/dev/null || die "start $start ended the program that counts"
 done
 echo "passed"
