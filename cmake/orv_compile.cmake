@@ -21,7 +21,7 @@ else()
     # The module is loaded into every process with a file dialog: its size counts for more than the last cycle.
     set(CMAKE_C_FLAGS_RELEASE "-O2 -DNDEBUG")
     set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
-    target_compile_options(orv_compile INTERFACE $<$<COMPILE_LANGUAGE:C,CXX>:-Wall -Wextra -Werror>)
+    target_compile_options(orv_compile INTERFACE $<$<COMPILE_LANGUAGE:C,CXX>:-Wall -Wextra -Wredundant-decls -Werror>)
     target_compile_options(
         orv_compile INTERFACE $<$<AND:$<CONFIG:Release>,$<COMPILE_LANGUAGE:C,CXX>>:-ffunction-sections
                               -fdata-sections>)

@@ -20,7 +20,7 @@ steps=(
     'installer      15  scripts/check-installer.sh'
     'arm64           5  scripts/check-arm64.sh'
     'reproducible   15  scripts/check-reproducible.sh'
-    'lint           11  scripts/lint.sh --limit-s 240'
+    'lint           15  scripts/lint.sh'
 )
 
 wanted() {

@@ -36,7 +36,6 @@ namespace {
 using Microsoft::WRL::ComPtr;
 using stand_ins::IMergedMenu;
 using stand_ins::menu_part;
-using stand_ins::menu_source;
 
 struct menu_options {
     std::vector<std::wstring> paths;
