@@ -28,7 +28,9 @@ class ItemData {
     virtual ~ItemData() = default;
 
     /// Folders: the full path as the driver or the system gave it. Action entries: their localised name.
-    shared_text name;
+    /// What its alignment leaves behind it holds the two fields that follow: of 100,000 records the time goes
+    /// by their size.
+    [[no_unique_address]] shared_text name;
     /// One of `item_types`.
     std::uint16_t type = unset;
     /// The folder's running counter when the item was added; informational.
