@@ -69,11 +69,17 @@ orvNameSpace::GetDetailsOf(PCUITEMID_CHILD entry, UINT column, SHELLDETAILS* det
         return mapped;
     }
     return com::guarded([&] {
+        // The details are packed: what stands in them need not be aligned as a text of its own is.
+        STRRET text{};
         if (entry == nullptr) {
             details->fmt = LVCFMT_LEFT;
-            return put_text(column_header(column), details->str);
         }
-        return put_text(column_text(entry, key), details->str);
+        const HRESULT put =
+            put_text(entry == nullptr ? column_header(column) : column_text(entry, key), text);
+        if (SUCCEEDED(put)) {
+            details->str = text;
+        }
+        return put;
     });
 }
 

@@ -109,7 +109,7 @@ inline void PrintTo(const listed_item& item, std::ostream* out) {
     return items;
 }
 
-[[nodiscard]] inline std::wstring text_of(STRRET& value) {
+[[nodiscard]] inline std::wstring text_of(STRRET value) {
     if (value.uType != STRRET_WSTR || value.pOleStr == nullptr) {
         ADD_FAILURE() << "not a STRRET_WSTR";
         return {};

@@ -1,3 +1,6 @@
+#include <array>
+#include <cstddef>
+
 #include "namespace/folder/columns.h"
 #include "tests/unit/namespace/folder_fixture.h"
 
@@ -66,6 +69,16 @@ TEST_F(OrvNameSpaceColumns, headers_are_localised_texts) {
     EXPECT_EQ(text(0x4000A), details_of(nullptr, 0));
     EXPECT_EQ(text(0x4000B), details_of(nullptr, 1));
     EXPECT_FALSE(text(0x4000A).empty());
+}
+
+// Their type is packed, so a host may have them at any address. The build that traps tells a wrong one.
+TEST_F(OrvNameSpaceColumns, details_may_stand_at_any_address) {
+    alignas(8) std::array<std::byte, sizeof(SHELLDETAILS) + 8> room{};
+    for (std::size_t at = 0; at < 8; ++at) {
+        auto* const details = reinterpret_cast<SHELLDETAILS*>(&room[at]);
+        ASSERT_EQ(S_OK, folder->GetDetailsOf(nullptr, 0, details));
+        EXPECT_EQ(text(0x4000A), text_of(details->str));
+    }
 }
 
 TEST_F(OrvNameSpaceColumns, header_request_clears_the_alignment) {
