@@ -32,11 +32,13 @@ else()
         target_link_options(orv_image INTERFACE -Wl,--high-entropy-va)
     endif()
     if(ORV_TRAP_UNDEFINED)
+        # As a flag of the build, which a target's own options follow: the tests' -O0 holds here too.
+        set(CMAKE_CXX_FLAGS_DEBUG "-gline-tables-only -O1")
         # No runtime library for this target: a trap ends the program as an illegal instruction. Three warnings are
         # not for us: one would have virtual destructors taken out of final classes, which have them on purpose; one
         # is about GCC's own headers; one about names of warnings that GCC alone has.
         target_compile_options(
-            orv_compile INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-O1 -fsanitize=undefined -fsanitize-trap=all
+            orv_compile INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fsanitize=undefined -fsanitize-trap=all
                                   -D_GLIBCXX_ASSERTIONS
                                   -Wno-unnecessary-virtual-specifier -Wno-deprecated-declarations
                                   -Wno-unknown-warning-option>)
